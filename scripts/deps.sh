@@ -1,0 +1,24 @@
+# Installs the Debian packages the build needs when they are missing.
+# Sourced by run.sh and test.sh.
+
+SD_PACKAGES=(cmake ninja-build g++ pkg-config libgtest-dev libgmock-dev libfmt-dev libcli11-dev
+             nlohmann-json3-dev uuid-dev)
+
+sd_ensure_packages() {
+    local missing=()
+    for package in "${SD_PACKAGES[@]}"; do
+        if ! dpkg-query -W -f='${Status}' "$package" 2>/dev/null | grep -q 'install ok installed'; then
+            missing+=("$package")
+        fi
+    done
+    [ ${#missing[@]} -eq 0 ] && return 0
+    local install="apt-get install -y --no-install-recommends ${missing[*]}"
+    if [ "$(id -u)" -ne 0 ]; then
+        echo "Missing packages. Run as root:" >&2
+        echo "  apt-get update && $install" >&2
+        exit 1
+    fi
+    echo "Installing: ${missing[*]}"
+    apt-get update -qq
+    DEBIAN_FRONTEND=noninteractive $install -qq
+}

@@ -1,0 +1,54 @@
+#include "cli/Output.h"
+
+#include "platform/Utf8.h"
+
+#include <nlohmann/json.hpp>
+
+namespace {
+
+std::string Escaped(const std::wstring& text) {
+    std::wstring out;
+    for (wchar_t c : text) {
+        if (c == L'\t')
+            out += L"\\t";
+        else if (c == L'\n')
+            out += L"\\n";
+        else if (c == L'\r')
+            out += L"\\r";
+        else
+            out += c;
+    }
+    return platform::ToUtf8(out);
+}
+
+} // namespace
+
+void COutput::Write(std::ostream& out, bool json) const {
+    if (json) {
+        nlohmann::json document = nlohmann::json::array();
+        for (const auto& record : m_records) {
+            nlohmann::json object = nlohmann::json::object();
+            for (std::size_t i = 0; i < record.size() && i < m_columns.size(); ++i) {
+                if (const auto* number = std::get_if<std::int64_t>(&record[i]))
+                    object[m_columns[i].name] = *number;
+                else
+                    object[m_columns[i].name] = platform::ToUtf8(std::get<std::wstring>(record[i]));
+            }
+            document.push_back(std::move(object));
+        }
+        // Invalid bytes cannot occur: every text went through ToUtf8.
+        out << document.dump(2) << '\n';
+        return;
+    }
+    for (const auto& record : m_records) {
+        for (std::size_t i = 0; i < record.size(); ++i) {
+            if (i > 0)
+                out << '\t';
+            if (const auto* number = std::get_if<std::int64_t>(&record[i]))
+                out << *number;
+            else
+                out << Escaped(std::get<std::wstring>(record[i]));
+        }
+        out << '\n';
+    }
+}

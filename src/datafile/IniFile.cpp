@@ -1,0 +1,373 @@
+#include "datafile/IniFile.h"
+
+#include "datafile/Text.h"
+#include "platform/System.h"
+#include "platform/Utf8.h"
+
+#include <algorithm>
+#include <filesystem>
+#include <fmt/format.h>
+#include <fmt/xchar.h>
+
+namespace fs = std::filesystem;
+
+namespace {
+
+constexpr std::wstring_view kSectionTrim = L"[]\n \t";
+constexpr std::wstring_view kKeyTrim = L"[]\n\t";
+
+std::wstring TrimKey(const std::wstring& key) { return TrimChars(key, kKeyTrim); }
+
+std::wstring DefaultPath() {
+    std::wstring path = platform::ExecutablePath();
+    while (!path.empty() && (path.back() == L'.' || path.back() == L'e' || path.back() == L'x'))
+        path.pop_back();
+    return path + L".ini";
+}
+
+bool Storable(const std::wstring& text) {
+    return IsOneByteText(text) && text.find(L'\n') == std::wstring::npos;
+}
+
+bool ReadWholeFile(const fs::path& path, std::string& bytes) {
+    std::FILE* file = platform::OpenFile(path, "rb");
+    if (!file)
+        return false;
+    bytes.clear();
+    char buffer[65536];
+    std::size_t got = 0;
+    while ((got = std::fread(buffer, 1, sizeof buffer, file)) > 0)
+        bytes.append(buffer, got);
+    const bool ok = !std::ferror(file);
+    std::fclose(file);
+    return ok;
+}
+
+void AppendBytes(std::string& out, const std::wstring& text) {
+    for (wchar_t c : text)
+        out += static_cast<char>(static_cast<unsigned char>(c));
+}
+
+} // namespace
+
+std::size_t CVX2D_IniFile::SPairHash::operator()(
+    const std::pair<std::wstring, std::wstring>& p) const noexcept {
+    const std::size_t a = std::hash<std::wstring>{}(p.first);
+    const std::size_t b = std::hash<std::wstring>{}(p.second);
+    return a ^ (b + 0x9e3779b97f4a7c15ULL + (a << 6) + (a >> 2));
+}
+
+CVX2D_IniFile::CVX2D_IniFile() : m_strPath(DefaultPath()) {}
+
+CVX2D_IniFile::~CVX2D_IniFile() {
+    if (m_bAutoSave)
+        Save(false);
+}
+
+CVX2D_IniFile::CVX2D_IniFile(const CVX2D_IniFile& other)
+    : m_bAutoSave(other.m_bAutoSave), m_bCaseSensitive(other.m_bCaseSensitive),
+      m_bModified(other.m_bModified), m_strSeparator(other.m_strSeparator),
+      m_strPath(other.m_strPath), m_arrEntries(other.m_arrEntries),
+      m_strSection(other.m_strSection) {}
+
+CVX2D_IniFile& CVX2D_IniFile::operator=(const CVX2D_IniFile& other) {
+    if (this == &other)
+        return *this;
+    m_bAutoSave = other.m_bAutoSave;
+    m_bCaseSensitive = other.m_bCaseSensitive;
+    m_bModified = other.m_bModified;
+    m_strSeparator = other.m_strSeparator;
+    m_strPath = other.m_strPath;
+    m_arrEntries = other.m_arrEntries;
+    m_strSection = other.m_strSection;
+    Invalidate();
+    return *this;
+}
+
+std::wstring CVX2D_IniFile::FormatInt(int value) { return fmt::format(L"{}", value); }
+
+std::wstring CVX2D_IniFile::FormatLong(std::int32_t value) { return fmt::format(L"{}", value); }
+
+std::wstring CVX2D_IniFile::FormatDouble(double value) { return fmt::format(L"{:f}", value); }
+
+int CVX2D_IniFile::Open(const std::wstring& path) {
+    m_strPath = path;
+    return Reload();
+}
+
+int CVX2D_IniFile::OpenForUpdate(const std::wstring& path) {
+    m_strPath = path;
+    if (!m_lock.IsHeld() && !m_lock.Acquire(path))
+        return eCantOpen;
+    std::error_code ec;
+    if (!fs::exists(platform::ToPath(path), ec) && !ec) {
+        Clear();
+        m_bModified = false;
+        return eOk;
+    }
+    return Reload();
+}
+
+void CVX2D_IniFile::Unlock() { m_lock.Release(); }
+
+int CVX2D_IniFile::Reload() {
+    std::string bytes;
+    if (m_strPath.empty() || !ReadWholeFile(platform::ToPath(m_strPath), bytes))
+        return eCantOpen;
+    const bool wasModified = m_bModified;
+    Clear();
+    ParseBytes(bytes);
+    m_bModified = wasModified;
+    m_bModified = false;
+    return eOk;
+}
+
+void CVX2D_IniFile::ParseBytes(const std::string& bytes) {
+    std::size_t start = 0;
+    std::wstring line;
+    while (start < bytes.size()) {
+        std::size_t end = bytes.find('\n', start);
+        if (end == std::string::npos)
+            end = bytes.size();
+        std::size_t length = end - start;
+        if (length > 0 && bytes[start + length - 1] == '\r')
+            --length;
+        line.assign(length, L'\0');
+        for (std::size_t i = 0; i < length; ++i)
+            line[i] = static_cast<wchar_t>(static_cast<unsigned char>(bytes[start + i]));
+        start = end + 1;
+        if (line.empty())
+            continue;
+        if (line.front() == L'[' && line.back() == L']' && line.size() >= 2) {
+            SetSection(line.substr(1, line.size() - 2));
+            continue;
+        }
+        const auto separator = line.find(m_strSeparator);
+        if (separator == std::wstring::npos)
+            continue;
+        SetString(line.substr(0, separator), line.substr(separator + m_strSeparator.size()));
+    }
+}
+
+int CVX2D_IniFile::Save(bool bForce) {
+    if (!m_bModified && !bForce)
+        return eOk;
+    if (m_strPath.empty())
+        return eCantCreate;
+    for (const auto& e : m_arrEntries) {
+        if (!Storable(e.section) || !Storable(e.key) || !Storable(e.value))
+            return eCantCreate;
+    }
+
+    std::stable_sort(m_arrEntries.begin(), m_arrEntries.end(), [](const SEntry& a, const SEntry& b) {
+        if (a.section != b.section)
+            return a.section < b.section;
+        return a.key < b.key;
+    });
+    Invalidate();
+
+    std::string out;
+    for (std::size_t i = 0; i < m_arrEntries.size(); ++i) {
+        const SEntry& e = m_arrEntries[i];
+        const bool newSection = i == 0 ? !e.section.empty() : e.section != m_arrEntries[i - 1].section;
+        if (newSection) {
+            if (i != 0)
+                out += "\r\n";
+            out += '[';
+            AppendBytes(out, e.section);
+            out += "]\r\n";
+        }
+        AppendBytes(out, e.key);
+        AppendBytes(out, m_strSeparator);
+        AppendBytes(out, e.value);
+        out += "\r\n";
+    }
+
+    const fs::path target = platform::ToPath(m_strPath);
+    fs::path temp = target;
+    temp += fmt::format(".{}.tmp", platform::CurrentProcessId());
+    std::FILE* file = platform::OpenFile(temp, "wb");
+    if (!file)
+        return eCantCreate;
+    const bool written = std::fwrite(out.data(), 1, out.size(), file) == out.size();
+    const bool closed = platform::FlushAndClose(file);
+    std::error_code ec;
+    if (!written || !closed) {
+        fs::remove(temp, ec);
+        return eCantCreate;
+    }
+    fs::rename(temp, target, ec);
+    if (ec) {
+        fs::remove(temp, ec);
+        return eCantCreate;
+    }
+    m_bModified = false;
+    return eOk;
+}
+
+void CVX2D_IniFile::Clear() {
+    if (!m_arrEntries.empty())
+        m_bModified = true;
+    m_arrEntries.clear();
+    Invalidate();
+}
+
+void CVX2D_IniFile::SetSection(const std::wstring& name) { m_strSection = TrimChars(name, kSectionTrim); }
+
+void CVX2D_IniFile::Invalidate() {
+    m_bKeyIndexValid = false;
+    m_bValueIndexValid = false;
+}
+
+std::size_t CVX2D_IniFile::FindExact(const std::wstring& section, const std::wstring& key) const {
+    if (!m_bKeyIndexValid) {
+        m_keyIndex.clear();
+        for (std::size_t i = 0; i < m_arrEntries.size(); ++i)
+            m_keyIndex.try_emplace({m_arrEntries[i].section, m_arrEntries[i].key}, i);
+        m_bKeyIndexValid = true;
+    }
+    const auto it = m_keyIndex.find({section, key});
+    return it == m_keyIndex.end() ? std::wstring::npos : it->second;
+}
+
+const CVX2D_IniFile::SEntry* CVX2D_IniFile::Find(const std::wstring& section,
+                                                 const std::wstring& key) const {
+    if (m_bCaseSensitive) {
+        const std::size_t i = FindExact(section, key);
+        return i == std::wstring::npos ? nullptr : &m_arrEntries[i];
+    }
+    for (const auto& e : m_arrEntries) {
+        if (EqualsNoCase(e.section, section) && EqualsNoCase(e.key, key))
+            return &e;
+    }
+    return nullptr;
+}
+
+void CVX2D_IniFile::GetString(const std::wstring& key, std::wstring& out,
+                              const std::wstring& def) const {
+    const SEntry* e = Find(m_strSection, TrimKey(key));
+    out = e ? e->value : def;
+}
+
+std::wstring CVX2D_IniFile::String(const std::wstring& key, const std::wstring& def) const {
+    std::wstring out;
+    GetString(key, out, def);
+    return out;
+}
+
+std::int32_t CVX2D_IniFile::Long(const std::wstring& key, std::int32_t def) const {
+    std::int32_t out = 0;
+    GetLong(key, out, def);
+    return out;
+}
+
+void CVX2D_IniFile::GetInt(const std::wstring& key, int& out, int def) const {
+    out = WToI(String(key, FormatInt(def)));
+}
+
+void CVX2D_IniFile::GetLong(const std::wstring& key, std::int32_t& out, std::int32_t def) const {
+    out = WToL(String(key, FormatLong(def)));
+}
+
+void CVX2D_IniFile::GetDouble(const std::wstring& key, double& out, double def) const {
+    out = WToF(String(key, FormatDouble(def)));
+}
+
+void CVX2D_IniFile::GetBool(const std::wstring& key, bool& out, bool def) const {
+    out = WToI(String(key, FormatInt(def ? 1 : 0))) != 0;
+}
+
+void CVX2D_IniFile::GetGuid(const std::wstring& key, CGuid& out, const CGuid& def) const {
+    out = GuidFromText(String(key, GuidToText(def)));
+}
+
+void CVX2D_IniFile::SetString(const std::wstring& rawKey, const std::wstring& value) {
+    const std::wstring key = TrimKey(rawKey);
+    if (String(key) == value)
+        return;
+    m_bModified = true;
+    m_bValueIndexValid = false;
+    const std::size_t i = FindExact(m_strSection, key);
+    if (i != std::wstring::npos) {
+        m_arrEntries[i].value = value;
+        return;
+    }
+    m_arrEntries.push_back({m_strSection, key, value});
+    m_keyIndex.try_emplace({m_strSection, key}, m_arrEntries.size() - 1);
+}
+
+void CVX2D_IniFile::SetInt(const std::wstring& key, int value) { SetString(key, FormatInt(value)); }
+
+void CVX2D_IniFile::SetInt(const std::wstring& key, std::uint32_t value) {
+    // "%d" of an unsigned value prints its two's-complement reading.
+    SetString(key, FormatInt(static_cast<int>(value)));
+}
+
+void CVX2D_IniFile::SetLong(const std::wstring& key, std::int32_t value) {
+    SetString(key, FormatLong(value));
+}
+
+void CVX2D_IniFile::SetDouble(const std::wstring& key, double value) {
+    SetString(key, FormatDouble(value));
+}
+
+void CVX2D_IniFile::SetBool(const std::wstring& key, bool value) {
+    SetString(key, FormatInt(value ? 1 : 0));
+}
+
+void CVX2D_IniFile::SetGuid(const std::wstring& key, const CGuid& value) {
+    SetString(key, GuidToText(value));
+}
+
+void CVX2D_IniFile::DeleteKey(const std::wstring& key) {
+    const std::size_t i = FindExact(m_strSection, key);
+    if (i == std::wstring::npos)
+        return;
+    m_arrEntries.erase(m_arrEntries.begin() + static_cast<std::ptrdiff_t>(i));
+    m_bModified = true;
+    Invalidate();
+}
+
+void CVX2D_IniFile::DeleteSection(const std::wstring& name) {
+    const auto removed = std::erase_if(m_arrEntries, [&](const SEntry& e) { return e.section == name; });
+    if (removed > 0) {
+        m_bModified = true;
+        Invalidate();
+    }
+}
+
+void CVX2D_IniFile::GetSectionEntries(std::vector<std::wstring>& keys,
+                                      std::vector<std::wstring>& values) const {
+    keys.clear();
+    values.clear();
+    for (const auto& e : m_arrEntries) {
+        if (e.section == m_strSection) {
+            keys.push_back(e.key);
+            values.push_back(e.value);
+        }
+    }
+}
+
+void CVX2D_IniFile::SetSectionEntries(const std::vector<std::wstring>& keys,
+                                      const std::vector<std::wstring>& values) {
+    for (std::size_t i = 0; i < keys.size() && i < values.size(); ++i)
+        SetString(keys[i], values[i]);
+}
+
+std::wstring CVX2D_IniFile::FindKeyByValue(const std::wstring& value) const {
+    if (!m_bCaseSensitive) {
+        for (const auto& e : m_arrEntries) {
+            if (EqualsNoCase(e.section, m_strSection) && EqualsNoCase(e.value, value))
+                return e.key;
+        }
+        return {};
+    }
+    if (!m_bValueIndexValid) {
+        m_valueIndex.clear();
+        for (std::size_t i = 0; i < m_arrEntries.size(); ++i)
+            m_valueIndex.try_emplace({m_arrEntries[i].section, m_arrEntries[i].value}, i);
+        m_bValueIndexValid = true;
+    }
+    const auto it = m_valueIndex.find({m_strSection, value});
+    return it == m_valueIndex.end() ? std::wstring() : m_arrEntries[it->second].key;
+}

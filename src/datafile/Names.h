@@ -1,0 +1,12 @@
+// Whether a name typed by a user can become a folder name and a datafile
+// value on every platform the datafiles folder is shared with.
+#pragma once
+
+#include <string>
+
+// Trims blanks and returns true when the trimmed name is usable: not empty,
+// not "." or "..", no path separator, none of <>:"/\|?*, no control
+// character, no character above 255, and - when `folder` is given - short
+// enough that `folder` + `prefix` + name stays within the platform's limits.
+bool IsValidName(const std::wstring& name, const std::wstring& folder = {},
+                 const std::wstring& prefix = {});

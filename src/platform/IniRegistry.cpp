@@ -1,0 +1,84 @@
+#include "platform/IniRegistry.h"
+
+#include "datafile/IniFile.h"
+#include "datafile/Text.h"
+#include "platform/System.h"
+#include "platform/Utf8.h"
+
+#include <filesystem>
+
+namespace fs = std::filesystem;
+
+CIniRegistry::CIniRegistry(std::wstring machineFolder, std::wstring userFolder)
+    : m_machineFolder(machineFolder.empty() ? DefaultMachineFolder() : std::move(machineFolder)),
+      m_userFolder(userFolder.empty() ? DefaultUserFolder() : std::move(userFolder)) {}
+
+std::wstring CIniRegistry::DefaultMachineFolder() {
+    std::wstring dirs = platform::GetEnv("XDG_CONFIG_DIRS");
+    const auto colon = dirs.find(L':');
+    if (colon != std::wstring::npos)
+        dirs.resize(colon);
+    if (dirs.empty())
+        dirs = L"/etc/xdg";
+    return WithTrailingSeparator(dirs) + L"VANDIX";
+}
+
+std::wstring CIniRegistry::DefaultUserFolder() {
+    std::wstring home = platform::GetEnv("XDG_CONFIG_HOME");
+    if (home.empty())
+        home = WithTrailingSeparator(platform::GetEnv("HOME")) + L".config";
+    return WithTrailingSeparator(home) + L"VANDIX";
+}
+
+std::wstring CIniRegistry::FileOf(ERegistryRoot root) const {
+    const std::wstring& folder = root == ERegistryRoot::CurrentUser ? m_userFolder : m_machineFolder;
+    return WithTrailingSeparator(folder) + L"registry.ini";
+}
+
+std::wstring CIniRegistry::SectionOf(ERegistryRoot root, const std::wstring& path) const {
+    // Class registrations share the machine's file under their own prefix.
+    return root == ERegistryRoot::ClassesRoot ? L"HKEY_CLASSES_ROOT\\" + path : path;
+}
+
+bool CIniRegistry::GetString(ERegistryRoot root, const std::wstring& path, const std::wstring& name,
+                             std::wstring& value) const {
+    value.clear();
+    CVX2D_IniFile ini;
+    ini.SetAutoSave(false);
+    if (ini.Open(FileOf(root)) != CVX2D_IniFile::eOk)
+        return false;
+    ini.SetSection(SectionOf(root, path));
+    const std::wstring missing(1, L'\x1');
+    ini.GetString(name, value, missing);
+    if (value == missing) {
+        value.clear();
+        return false;
+    }
+    return true;
+}
+
+bool CIniRegistry::SetString(ERegistryRoot root, const std::wstring& path, const std::wstring& name,
+                             const std::wstring& value) {
+    const std::wstring file = FileOf(root);
+    std::error_code ec;
+    fs::create_directories(platform::ToPath(file).parent_path(), ec);
+    CVX2D_IniFile ini;
+    if (ini.OpenForUpdate(file) != CVX2D_IniFile::eOk)
+        return false;
+    ini.SetSection(SectionOf(root, path));
+    ini.SetString(name, value);
+    return ini.Save(false) == CVX2D_IniFile::eOk;
+}
+
+bool CIniRegistry::DeleteValue(ERegistryRoot root, const std::wstring& path, const std::wstring& name) {
+    CVX2D_IniFile ini;
+    if (ini.OpenForUpdate(FileOf(root)) != CVX2D_IniFile::eOk)
+        return false;
+    ini.SetSection(SectionOf(root, path));
+    ini.DeleteKey(name);
+    return ini.Save(false) == CVX2D_IniFile::eOk;
+}
+
+#ifndef _WIN32
+std::unique_ptr<IRegistry> MakeSystemRegistry() { return std::make_unique<CIniRegistry>(); }
+#endif

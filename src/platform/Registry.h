@@ -1,0 +1,31 @@
+// Installation values and per-user state: the Windows registry there, INI
+// datafiles under the XDG configuration folders elsewhere.
+#pragma once
+
+#include <memory>
+#include <string>
+#include <vector>
+
+enum class ERegistryRoot { LocalMachine, CurrentUser, ClassesRoot };
+
+class IRegistry {
+public:
+    virtual ~IRegistry() = default;
+    // False (and `value` empty) when the key or the value is missing.
+    virtual bool GetString(ERegistryRoot root, const std::wstring& path, const std::wstring& name,
+                           std::wstring& value) const = 0;
+    virtual bool SetString(ERegistryRoot root, const std::wstring& path, const std::wstring& name,
+                           const std::wstring& value) = 0;
+    virtual bool DeleteValue(ERegistryRoot root, const std::wstring& path,
+                             const std::wstring& name) = 0;
+
+    // The value, or the empty string.
+    std::wstring Read(ERegistryRoot root, const std::wstring& path, const std::wstring& name) const {
+        std::wstring value;
+        GetString(root, path, name, value);
+        return value;
+    }
+};
+
+// The registry of this machine: the real one on Windows, INI files elsewhere.
+std::unique_ptr<IRegistry> MakeSystemRegistry();

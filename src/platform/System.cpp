@@ -1,0 +1,203 @@
+#include "platform/System.h"
+
+#include "platform/Utf8.h"
+
+#include <cerrno>
+#include <climits>
+#include <cstdlib>
+
+#ifdef _WIN32
+#include <io.h>
+#include <process.h>
+#include <windows.h>
+#include <lmcons.h>
+#include <objbase.h>
+#else
+#include <csignal>
+#include <pwd.h>
+#include <spawn.h>
+#include <sys/types.h>
+#include <sys/wait.h>
+#include <unistd.h>
+#include <uuid/uuid.h>
+extern char** environ;
+#endif
+
+namespace platform {
+
+#ifdef _WIN32
+
+std::int64_t CurrentProcessId() { return static_cast<std::int64_t>(::GetCurrentProcessId()); }
+
+std::wstring HostName() {
+    wchar_t buffer[MAX_COMPUTERNAME_LENGTH + 1];
+    DWORD size = MAX_COMPUTERNAME_LENGTH + 1;
+    if (!::GetComputerNameW(buffer, &size))
+        return L"";
+    return std::wstring(buffer, size);
+}
+
+bool IsProcessAlive(std::int64_t pid) {
+    HANDLE process = ::OpenProcess(SYNCHRONIZE, FALSE, static_cast<DWORD>(pid));
+    if (!process)
+        return ::GetLastError() == ERROR_ACCESS_DENIED;
+    const DWORD state = ::WaitForSingleObject(process, 0);
+    ::CloseHandle(process);
+    return state == WAIT_TIMEOUT;
+}
+
+std::wstring UserName() {
+    wchar_t buffer[UNLEN + 1];
+    DWORD size = UNLEN + 1;
+    if (!::GetUserNameW(buffer, &size))
+        return L"";
+    return std::wstring(buffer);
+}
+
+std::array<std::uint8_t, 16> NewGuidBytes() {
+    GUID guid{};
+    ::CoCreateGuid(&guid);
+    std::array<std::uint8_t, 16> bytes{};
+    for (int i = 0; i < 4; ++i)
+        bytes[i] = static_cast<std::uint8_t>(guid.Data1 >> (24 - 8 * i));
+    bytes[4] = static_cast<std::uint8_t>(guid.Data2 >> 8);
+    bytes[5] = static_cast<std::uint8_t>(guid.Data2);
+    bytes[6] = static_cast<std::uint8_t>(guid.Data3 >> 8);
+    bytes[7] = static_cast<std::uint8_t>(guid.Data3);
+    for (int i = 0; i < 8; ++i)
+        bytes[8 + i] = guid.Data4[i];
+    return bytes;
+}
+
+std::size_t MaxNameLength() { return 255; }
+std::size_t MaxPathLength() { return MAX_PATH - 1; }
+std::size_t NativeLength(const std::wstring& text) { return text.size(); }
+
+std::FILE* OpenFile(const std::filesystem::path& path, const char* mode) {
+    std::wstring wmode(mode, mode + std::char_traits<char>::length(mode));
+    return ::_wfopen(path.c_str(), wmode.c_str());
+}
+
+bool FlushAndClose(std::FILE* file) {
+    bool ok = std::fflush(file) == 0;
+    ok = ::_commit(::_fileno(file)) == 0 && ok;
+    return std::fclose(file) == 0 && ok;
+}
+
+std::wstring GetEnv(const char* name) {
+    std::wstring wname(name, name + std::char_traits<char>::length(name));
+    const wchar_t* value = ::_wgetenv(wname.c_str());
+    return value ? std::wstring(value) : std::wstring();
+}
+
+std::int64_t StartProcess(const std::filesystem::path& program, const std::vector<std::wstring>& args) {
+    std::vector<const wchar_t*> argv;
+    argv.push_back(program.c_str());
+    for (const auto& arg : args)
+        argv.push_back(arg.c_str());
+    argv.push_back(nullptr);
+    return static_cast<std::int64_t>(::_wspawnv(_P_NOWAIT, program.c_str(), argv.data()));
+}
+
+int WaitProcess(std::int64_t pid) {
+    int status = 0;
+    if (::_cwait(&status, static_cast<intptr_t>(pid), _WAIT_CHILD) == -1)
+        return -1;
+    return status;
+}
+
+#else
+
+std::int64_t CurrentProcessId() { return static_cast<std::int64_t>(::getpid()); }
+
+std::wstring HostName() {
+    char buffer[HOST_NAME_MAX + 1] = {};
+    if (::gethostname(buffer, sizeof buffer - 1) != 0)
+        return L"";
+    return FromUtf8(buffer);
+}
+
+bool IsProcessAlive(std::int64_t pid) {
+    if (pid <= 0)
+        return false;
+    if (::kill(static_cast<pid_t>(pid), 0) == 0)
+        return true;
+    return errno != ESRCH;
+}
+
+std::wstring UserName() {
+    const passwd* entry = ::getpwuid(::geteuid());
+    if (entry && entry->pw_name)
+        return FromUtf8(entry->pw_name);
+    return L"";
+}
+
+std::array<std::uint8_t, 16> NewGuidBytes() {
+    uuid_t uuid;
+    ::uuid_generate(uuid);
+    std::array<std::uint8_t, 16> bytes{};
+    for (int i = 0; i < 16; ++i)
+        bytes[i] = uuid[i];
+    return bytes;
+}
+
+std::size_t MaxNameLength() { return NAME_MAX; }
+std::size_t MaxPathLength() { return PATH_MAX - 1; }
+std::size_t NativeLength(const std::wstring& text) { return ToUtf8(text).size(); }
+
+std::FILE* OpenFile(const std::filesystem::path& path, const char* mode) {
+    return std::fopen(path.c_str(), mode);
+}
+
+bool FlushAndClose(std::FILE* file) {
+    bool ok = std::fflush(file) == 0;
+    ok = ::fsync(::fileno(file)) == 0 && ok;
+    return std::fclose(file) == 0 && ok;
+}
+
+std::wstring GetEnv(const char* name) {
+    const char* value = std::getenv(name);
+    return value ? FromUtf8(value) : std::wstring();
+}
+
+std::int64_t StartProcess(const std::filesystem::path& program, const std::vector<std::wstring>& args) {
+    std::vector<std::string> storage;
+    storage.push_back(program.string());
+    for (const auto& arg : args)
+        storage.push_back(ToUtf8(arg));
+    std::vector<char*> argv;
+    for (auto& text : storage)
+        argv.push_back(text.data());
+    argv.push_back(nullptr);
+    pid_t pid = 0;
+    if (::posix_spawn(&pid, storage[0].c_str(), nullptr, nullptr, argv.data(), environ) != 0)
+        return -1;
+    return pid;
+}
+
+int WaitProcess(std::int64_t pid) {
+    int status = 0;
+    while (::waitpid(static_cast<pid_t>(pid), &status, 0) == -1) {
+        if (errno != EINTR)
+            return -1;
+    }
+    return WIFEXITED(status) ? WEXITSTATUS(status) : -1;
+}
+
+#endif
+
+} // namespace platform
+
+namespace platform {
+std::wstring ExecutablePath() {
+#ifdef _WIN32
+    wchar_t buffer[32768];
+    const DWORD size = ::GetModuleFileNameW(nullptr, buffer, 32768);
+    return std::wstring(buffer, size);
+#else
+    std::error_code ec;
+    const auto path = std::filesystem::read_symlink("/proc/self/exe", ec);
+    return ec ? std::wstring() : FromPath(path);
+#endif
+}
+} // namespace platform

@@ -1,0 +1,58 @@
+// Operating-system primitives used by the core: processes, host and user
+// names, GUID generation, path limits and durable file writes.
+#pragma once
+
+#include <array>
+#include <cstdint>
+#include <cstdio>
+#include <filesystem>
+#include <string>
+#include <vector>
+
+namespace platform {
+
+std::int64_t CurrentProcessId();
+
+// The name of this machine on the network, as the lock files record it.
+std::wstring HostName();
+
+// True unless the process with this id on this host is known to be gone.
+bool IsProcessAlive(std::int64_t pid);
+
+// The login name of the effective user; empty when it cannot be found.
+std::wstring UserName();
+
+// Sixteen random bytes in the RFC 4122 layout (big-endian fields).
+std::array<std::uint8_t, 16> NewGuidBytes();
+
+// Longest file name (one path component) and longest whole path, in the
+// units of the file system's own encoding.
+std::size_t MaxNameLength();
+std::size_t MaxPathLength();
+
+// Length of a path component or a whole path in the file system's units.
+std::size_t NativeLength(const std::wstring& text);
+
+// fopen for any path; the mode is the C library's ("rb", "wb", "wbx").
+std::FILE* OpenFile(const std::filesystem::path& path, const char* mode);
+
+// Flushes the C library's buffer and asks the system to put the data on disk,
+// then closes the file. False when any step failed.
+bool FlushAndClose(std::FILE* file);
+
+// The value of an environment variable, empty when unset.
+std::wstring GetEnv(const char* name);
+
+// Starts a program with arguments (no shell) and returns its process id, or
+// -1 when it cannot be started.
+std::int64_t StartProcess(const std::filesystem::path& program, const std::vector<std::wstring>& args);
+
+// Waits for a process started by StartProcess; returns its exit code, or -1.
+int WaitProcess(std::int64_t pid);
+
+} // namespace platform
+
+namespace platform {
+// The full path of the running program.
+std::wstring ExecutablePath();
+} // namespace platform

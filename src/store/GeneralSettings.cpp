@@ -1,0 +1,104 @@
+#include "store/GeneralSettings.h"
+
+#include "datafile/IniFile.h"
+#include "datafile/Text.h"
+#include "store/ProjectRegistry.h"
+
+namespace {
+const std::wstring kUnits = L"Units";
+const std::wstring kGeneral = L"General";
+const std::wstring kDrawings = L"Drawings Location";
+} // namespace
+
+std::wstring CVX2D_GeneralSettings::DrawingsKey(int application, int projectVersion) {
+    static const wchar_t* const kOld[] = {L"Electric", L"Flow", L"Iso", L"Ortho"};
+    static const wchar_t* const kNew[] = {L"ELECTRIC", L"PID", L"ISOMETRIC", L"ORTHO"};
+    if (application < 1 || application > 4)
+        return {};
+    return projectVersion >= 2016 ? kNew[application - 1] : kOld[application - 1];
+}
+
+std::wstring* CVX2D_GeneralSettings::DrawingsField(int application) {
+    switch (application) {
+    case 1:
+        return &m_strElectricDrawings;
+    case 2:
+        return &m_strFlowDrawings;
+    case 3:
+        return &m_strIsoDrawings;
+    case 4:
+        return &m_strOrthoDrawings;
+    default:
+        return nullptr;
+    }
+}
+
+std::wstring CVX2D_GeneralSettings::GetDrawingsLocation(int application) const {
+    const std::wstring* field = const_cast<CVX2D_GeneralSettings*>(this)->DrawingsField(application);
+    return field ? WithTrailingSeparator(*field) : std::wstring();
+}
+
+void CVX2D_GeneralSettings::SetDrawingsLocation(int application, const std::wstring& folder) {
+    if (std::wstring* field = DrawingsField(application))
+        *field = folder;
+}
+
+bool CVX2D_GeneralSettings::Load(const CVX2D_ProjectRegistry& registry, std::int32_t projectId) {
+    m_nProjectId = projectId;
+    m_strPath.clear();
+    if (projectId < 1)
+        return false;
+    std::wstring folder;
+    if (registry.GetProjectFolder(projectId, folder) != eProjectOk)
+        return false;
+    m_strPath = folder + L"General.ini";
+
+    CVX2D_IniFile ini;
+    ini.SetAutoSave(false);
+    ini.Open(m_strPath);
+    ini.SetSection(kUnits);
+    ini.GetInt(L"Working", m_nWorkingUnits, 1);
+    ini.GetInt(L"Displayed", m_nDisplayedUnits, 2);
+    ini.GetInt(L"RatingsFormat", m_nRatingsFormat, 1);
+    ini.SetSection(kGeneral);
+    ini.GetGuid(L"ProjectGuid", m_guid, CGuid{});
+    if (m_guid.IsNull())
+        m_guid = NewGuid();
+    ini.GetBool(L"LocalLineIni", m_bLocalLineIni, false);
+    ini.GetString(L"BordersLocation", m_strBordersLocation, L"");
+    ini.GetString(L"TemplatesLocation", m_strTemplatesLocation, L"");
+    ini.GetString(L"LibrariesLocation", m_strLibrariesLocation,
+                  registry.Datafiles().DefaultLibrariesFolder());
+    ini.GetString(L"LocalLineIniPath", m_strLocalLineIniPath, L"");
+    ini.GetInt(L"ProjectVersion", m_nProjectVersion, 2015);
+    ini.SetSection(kDrawings);
+    for (int application = 1; application <= 4; ++application)
+        ini.GetString(DrawingsKey(application, m_nProjectVersion), *DrawingsField(application), L"");
+    m_bLoaded = true;
+    return true;
+}
+
+bool CVX2D_GeneralSettings::Save() {
+    if (!m_bLoaded)
+        return true;
+    if (m_strPath.empty())
+        return false;
+    CVX2D_IniFile ini;
+    ini.Open(m_strPath);
+    ini.SetSection(kUnits);
+    ini.SetInt(L"Working", m_nWorkingUnits);
+    ini.SetInt(L"Displayed", m_nDisplayedUnits);
+    ini.SetInt(L"RatingsFormat", m_nRatingsFormat);
+    ini.SetSection(kGeneral);
+    ini.SetGuid(L"ProjectGuid", m_guid);
+    ini.SetBool(L"LocalLineIni", m_bLocalLineIni);
+    ini.SetString(L"BordersLocation", m_strBordersLocation);
+    ini.SetString(L"TemplatesLocation", m_strTemplatesLocation);
+    ini.SetString(L"LibrariesLocation", m_strLibrariesLocation);
+    ini.SetString(L"LocalLineIniPath", m_strLocalLineIniPath);
+    ini.SetInt(L"ProjectVersion", m_nProjectVersion);
+    ini.SetSection(kDrawings);
+    for (int application = 1; application <= 4; ++application)
+        ini.SetString(DrawingsKey(application, m_nProjectVersion), *DrawingsField(application));
+    return ini.Save() == CVX2D_IniFile::eOk;
+}

@@ -1,0 +1,480 @@
+#include "store/ProjectRegistry.h"
+
+#include "datafile/Ids.h"
+#include "datafile/IniFile.h"
+#include "datafile/Names.h"
+#include "datafile/Text.h"
+#include "platform/Utf8.h"
+#include "store/ClientRegistry.h"
+#include "store/FolderTree.h"
+#include "store/LineCounter.h"
+
+#include <algorithm>
+#include <filesystem>
+#include <fmt/xchar.h>
+#include <set>
+
+namespace fs = std::filesystem;
+
+namespace {
+
+const std::wstring kGeneral = L"General";
+const std::wstring kProjectList = L"ProjectList";
+const std::wstring kDeletedProjects = L"DeletedProjects";
+const std::wstring kLastProjectId = L"LastProjectId";
+// The longest key a new standard's folder name can start with.
+const std::wstring kLongestPrefix = L"VX2D_PRJ_2147483647 - ";
+
+bool IsDir(const std::wstring& path) {
+    std::error_code ec;
+    return fs::is_directory(platform::ToPath(WithoutTrailingSeparator(path)), ec);
+}
+
+bool Exists(const std::wstring& path) {
+    std::error_code ec;
+    return fs::exists(platform::ToPath(WithoutTrailingSeparator(path)), ec);
+}
+
+// Renames like the platform's move: never onto something that exists.
+bool MoveFolder(const std::wstring& from, const std::wstring& to) {
+    if (Exists(to))
+        return false;
+    std::error_code ec;
+    fs::rename(platform::ToPath(WithoutTrailingSeparator(from)),
+               platform::ToPath(WithoutTrailingSeparator(to)), ec);
+    return !ec;
+}
+
+// Sub-folders of the standards folder whose names start with `prefix` in any
+// letter case, sorted by name so the first is always the same one.
+std::vector<std::wstring> FoldersStartingWith(const std::wstring& projectsFolder,
+                                              const std::wstring& prefix, bool& listed) {
+    std::vector<std::wstring> names;
+    std::error_code ec;
+    fs::directory_iterator it(platform::ToPath(projectsFolder), ec);
+    listed = !ec;
+    if (ec)
+        return names;
+    const std::wstring upperPrefix = ToUpper(prefix);
+    for (; it != fs::directory_iterator(); it.increment(ec)) {
+        std::error_code typeError;
+        if (!it->is_directory(typeError))
+            continue;
+        std::wstring name = platform::FromPath(it->path().filename());
+        if (ToUpper(name).starts_with(upperPrefix))
+            names.push_back(std::move(name));
+    }
+    std::sort(names.begin(), names.end());
+    return names;
+}
+
+// Standards of the 2015 layout name their bill-of-materials folders after
+// the old application names; bring them to the current names.
+void UpgradeOldFolderLayout(const std::wstring& folder) {
+    static const std::pair<const wchar_t*, const wchar_t*> kRenames[] = {
+        {L"Flow BOMs", L"PID BOMs"},
+        {L"Iso BOMs", L"Isometric BOMs"},
+    };
+    for (const auto& [from, to] : kRenames) {
+        const std::wstring oldFolder = folder + from;
+        if (IsDir(oldFolder))
+            MoveFolder(oldFolder, folder + to);
+    }
+}
+
+int ProjectVersionOf(const std::wstring& folder) {
+    CVX2D_IniFile general;
+    general.SetAutoSave(false);
+    general.Open(folder + L"General.ini");
+    general.SetSection(L"General");
+    int version = 0;
+    general.GetInt(L"ProjectVersion", version, 2015);
+    return version;
+}
+
+} // namespace
+
+bool CVX2D_ProjectRegistry::OpenForReading(CVX2D_IniFile& ini) const {
+    ini.SetAutoSave(false);
+    const std::wstring path = m_datafiles.ProjectDatafile();
+    if (path.empty())
+        return false;
+    // A datafiles folder that has no registry yet holds no standards.
+    return ini.Open(path) == CVX2D_IniFile::eOk || !Exists(path);
+}
+
+std::wstring CVX2D_ProjectRegistry::LookupName(CVX2D_IniFile& ini, std::int32_t id, bool active,
+                                               bool deleted) const {
+    const std::wstring key = MakeProjectKey(id);
+    std::wstring name;
+    if (active) {
+        ini.SetSection(kProjectList);
+        name = ini.String(key);
+    }
+    if (name.empty() && deleted) {
+        ini.SetSection(kDeletedProjects);
+        name = ini.String(key);
+    }
+    return name;
+}
+
+std::wstring CVX2D_ProjectRegistry::GetProjectName(std::int32_t id, bool active, bool deleted) const {
+    CVX2D_IniFile ini;
+    if (id < 1 || !OpenForReading(ini))
+        return {};
+    return LookupName(ini, id, active, deleted);
+}
+
+std::wstring CVX2D_ProjectRegistry::FolderFor(std::int32_t id, const std::wstring& name) const {
+    return m_datafiles.ProjectsFolder() + MakeProjectLabel(id, name);
+}
+
+EProjectResult CVX2D_ProjectRegistry::FindFolder(std::int32_t id, std::wstring name,
+                                                 std::wstring& folder) const {
+    folder.clear();
+    const std::wstring projects = m_datafiles.ProjectsFolder();
+    if (projects.empty())
+        return eProjectCantGetLocationFolder;
+    const std::wstring key = MakeProjectKey(id);
+    const std::wstring base = projects + key;
+    std::wstring candidate = name.empty() ? base : base + L" - " + name;
+
+    if (!name.empty() && IsDir(base))
+        MoveFolder(base, candidate);
+    if (!name.empty() && !Exists(base) && IsDir(candidate)) {
+        folder = WithTrailingSeparator(candidate);
+        return eProjectOk;
+    }
+
+    std::wstring found;
+    if (IsDir(base)) {
+        found = base;
+    } else {
+        const std::wstring prefix = key + L" - ";
+        bool listed = false;
+        const auto matches = FoldersStartingWith(projects, prefix, listed);
+        if (!matches.empty()) {
+            found = projects + matches.front();
+            if (name.empty()) {
+                name = matches.front().substr(prefix.size());
+                candidate = base + L" - " + name;
+            }
+        }
+    }
+    if (!found.empty() && !name.empty() && found != candidate)
+        MoveFolder(found, candidate);
+    if (!IsDir(candidate))
+        return eProjectCantGetLocationFolder;
+    folder = WithTrailingSeparator(candidate);
+    return eProjectOk;
+}
+
+EProjectResult CVX2D_ProjectRegistry::GetProjectFolder(std::int32_t id, std::wstring& folder) const {
+    folder.clear();
+    if (id < 1)
+        return eProjectInvalidId;
+    CVX2D_IniFile ini;
+    if (!OpenForReading(ini))
+        return eProjectCantOpenDatafile;
+    return FindFolder(id, LookupName(ini, id, true, true), folder);
+}
+
+EProjectResult CVX2D_ProjectRegistry::ListProjects(bool active, bool deleted,
+                                                   std::vector<SProjectInfo>& projects) const {
+    projects.clear();
+    CVX2D_IniFile ini;
+    if (!OpenForReading(ini))
+        return eProjectCantOpenDatafile;
+    for (const bool wantDeleted : {false, true}) {
+        if (wantDeleted ? !deleted : !active)
+            continue;
+        const std::wstring& section = wantDeleted ? kDeletedProjects : kProjectList;
+        for (const auto& e : ini.Entries()) {
+            if (e.section == section)
+                projects.push_back({ParseProjectKey(e.key), e.value, wantDeleted});
+        }
+    }
+    return eProjectOk;
+}
+
+std::vector<std::int32_t> CVX2D_ProjectRegistry::GetProjectIds(bool active, bool deleted) const {
+    std::vector<SProjectInfo> projects;
+    ListProjects(active, deleted, projects);
+    std::vector<std::int32_t> ids;
+    for (const auto& project : projects)
+        ids.push_back(project.id);
+    return ids;
+}
+
+std::wstring CVX2D_ProjectRegistry::GetDefaultProjectName() const {
+    CVX2D_IniFile ini;
+    OpenForReading(ini);
+    return MakeDefaultProjectName(ini);
+}
+
+std::wstring CVX2D_ProjectRegistry::TemplateFolderFor(const SNewProject& project) const {
+    int number = project.templateNumber;
+    if (number == 0)
+        number = project.units == 0 ? 1 : 2;
+    if (number == -1)
+        return {};
+    std::wstring name;
+    if (number == 1)
+        name = L"Metric";
+    else if (number == 2)
+        name = L"Imperial";
+    else
+        return L"?";
+    if (project.oldFormat)
+        name += L" 2015";
+    return m_datafiles.TemplateFolder(name);
+}
+
+EProjectResult CVX2D_ProjectRegistry::RollBack(CVX2D_IniFile& ini, std::int32_t id,
+                                               const std::wstring& createdFolder,
+                                               EProjectResult failure) {
+    if (!createdFolder.empty())
+        CVX2D_FolderTree(m_prompter).DeleteTree(createdFolder);
+    if (ini.Reload() != CVX2D_IniFile::eOk)
+        return eProjectCantOpenDatafile;
+    ini.SetSection(kGeneral);
+    ini.SetLong(kLastProjectId, ini.Long(kLastProjectId, 0) - 1);
+    ini.SetSection(kProjectList);
+    ini.DeleteKey(MakeProjectKey(id));
+    ini.Save();
+    return failure;
+}
+
+EProjectResult CVX2D_ProjectRegistry::CreateProject(const SNewProject& project, std::int32_t& id) {
+    id = 0;
+    const std::wstring projects = m_datafiles.ProjectsFolder();
+    if (!IsValidName(project.name, projects, kLongestPrefix))
+        return eProjectInvalidName;
+    const std::wstring name = TrimBlanks(project.name);
+    const std::wstring templateFolder = TemplateFolderFor(project);
+    if (project.templateNumber != -1 && !IsDir(templateFolder))
+        return eProjectCantGetTemplateFolder;
+
+    CVX2D_IniFile ini;
+    if (m_datafiles.ProjectDatafile().empty() ||
+        ini.OpenForUpdate(m_datafiles.ProjectDatafile()) != CVX2D_IniFile::eOk)
+        return eProjectCantOpenDatafile;
+    std::error_code ec;
+    fs::create_directories(platform::ToPath(projects), ec);
+    if (!IsDir(projects))
+        return eProjectCantCreateFolder;
+
+    const std::int32_t newId = AllocateId(ini, kLastProjectId);
+    ini.SetSection(kProjectList);
+    ini.SetString(MakeProjectKey(newId), name);
+    if (ini.Save() != CVX2D_IniFile::eOk)
+        return eProjectCantOpenDatafile;
+
+    const std::wstring folder = FolderFor(newId, name);
+    const bool existed = Exists(folder);
+    if (templateFolder.empty()) {
+        fs::create_directories(platform::ToPath(folder), ec);
+        if (!IsDir(folder))
+            return RollBack(ini, newId, existed ? L"" : folder, eProjectCantCreateFolder);
+    } else if (!CVX2D_FolderTree(m_prompter).CopyTree(templateFolder, folder)) {
+        return RollBack(ini, newId, existed ? L"" : folder, eProjectErrorCopyingTemplateFolder);
+    }
+    if (project.clientId >= 1)
+        CVX2D_ClientRegistry(m_datafiles).AddProjectToClient(project.clientId, newId);
+    id = newId;
+    return eProjectOk;
+}
+
+EProjectResult CVX2D_ProjectRegistry::CopyProject(std::int32_t id, std::int32_t& newId,
+                                                  std::wstring& newName) {
+    newId = 0;
+    newName.clear();
+    if (id < 1)
+        return eProjectInvalidId;
+    CVX2D_IniFile ini;
+    if (m_datafiles.ProjectDatafile().empty() ||
+        ini.OpenForUpdate(m_datafiles.ProjectDatafile()) != CVX2D_IniFile::eOk)
+        return eProjectCantOpenDatafile;
+    const std::wstring sourceName = LookupName(ini, id, true, true);
+    const std::wstring copyName = MakeCopyName(sourceName);
+    if (sourceName.empty() || !IsValidName(copyName, m_datafiles.ProjectsFolder(), kLongestPrefix))
+        return eProjectInvalidName;
+
+    const std::int32_t copyId = AllocateId(ini, kLastProjectId);
+    ini.SetSection(kProjectList);
+    ini.SetString(MakeProjectKey(copyId), copyName);
+    std::wstring sourceFolder;
+    EProjectResult result = FindFolder(id, sourceName, sourceFolder);
+    if (ini.Save() != CVX2D_IniFile::eOk)
+        return eProjectCantOpenDatafile;
+
+    const std::wstring folder = FolderFor(copyId, copyName);
+    const bool existed = Exists(folder);
+    if (result == eProjectOk) {
+        if (ProjectVersionOf(sourceFolder) < 2016)
+            UpgradeOldFolderLayout(sourceFolder);
+        if (!CVX2D_FolderTree(m_prompter).CopyTree(sourceFolder, folder))
+            result = eProjectErrorCopyingFolder;
+    }
+    if (result != eProjectOk)
+        return RollBack(ini, copyId, existed ? L"" : folder, result);
+
+    RaiseLastLineId(m_datafiles, WithTrailingSeparator(folder) + L"Lines.ini");
+    newId = copyId;
+    newName = copyName;
+    return eProjectOk;
+}
+
+EProjectResult CVX2D_ProjectRegistry::RenameProject(std::int32_t id, const std::wstring& rawName) {
+    if (id < 1)
+        return eProjectInvalidId;
+    const std::wstring name = TrimBlanks(rawName);
+    if (name.empty() || !IsValidName(name, m_datafiles.ProjectsFolder(), MakeProjectKey(id) + L" - "))
+        return eProjectInvalidName;
+    CVX2D_IniFile ini;
+    if (m_datafiles.ProjectDatafile().empty() ||
+        ini.OpenForUpdate(m_datafiles.ProjectDatafile()) != CVX2D_IniFile::eOk)
+        return eProjectCantOpenDatafile;
+    const std::wstring oldName = LookupName(ini, id, true, true);
+    if (oldName.empty())
+        return eProjectCantFind;
+    const std::wstring list = ini.GetSection();
+    std::wstring folder;
+    const EProjectResult found = FindFolder(id, oldName, folder);
+    if (found != eProjectOk)
+        return found;
+    const std::wstring from = WithoutTrailingSeparator(folder);
+    const std::wstring to = FolderFor(id, name);
+    if (from != to && !MoveFolder(from, to))
+        return eProjectErrorMovingFolder;
+    ini.SetSection(list);
+    ini.SetString(MakeProjectKey(id), name);
+    ini.Save();
+    return eProjectOk;
+}
+
+EProjectResult CVX2D_ProjectRegistry::DeleteProject(std::int32_t id) {
+    if (id < 1)
+        return eProjectInvalidId;
+    CVX2D_IniFile ini;
+    if (m_datafiles.ProjectDatafile().empty() ||
+        ini.OpenForUpdate(m_datafiles.ProjectDatafile()) != CVX2D_IniFile::eOk)
+        return eProjectCantOpenDatafile;
+    const std::wstring name = LookupName(ini, id, true, true);
+    if (name.empty())
+        return eProjectCantFind;
+    const std::wstring key = MakeProjectKey(id);
+    ini.SetSection(kProjectList);
+    ini.DeleteKey(key);
+    ini.SetSection(kDeletedProjects);
+    ini.SetString(key, name);
+    ini.Save();
+    return eProjectOk;
+}
+
+EProjectResult CVX2D_ProjectRegistry::RecoverProject(std::int32_t id) {
+    if (id < 1)
+        return eProjectInvalidId;
+    CVX2D_IniFile ini;
+    if (m_datafiles.ProjectDatafile().empty() ||
+        ini.OpenForUpdate(m_datafiles.ProjectDatafile()) != CVX2D_IniFile::eOk)
+        return eProjectCantOpenDatafile;
+    const std::wstring name = LookupName(ini, id, true, true);
+    if (name.empty())
+        return eProjectCantFind;
+    const std::wstring key = MakeProjectKey(id);
+    ini.SetSection(kDeletedProjects);
+    ini.DeleteKey(key);
+    ini.SetSection(kProjectList);
+    ini.SetString(key, name);
+    ini.Save();
+    return eProjectOk;
+}
+
+EProjectResult CVX2D_ProjectRegistry::PurgeProject(std::int32_t id) {
+    if (id < 1)
+        return eProjectInvalidId;
+    CVX2D_IniFile ini;
+    if (m_datafiles.ProjectDatafile().empty() ||
+        ini.OpenForUpdate(m_datafiles.ProjectDatafile()) != CVX2D_IniFile::eOk)
+        return eProjectCantOpenDatafile;
+    const std::wstring name = LookupName(ini, id, true, true);
+    if (name.empty())
+        return eProjectCantFind;
+    std::wstring folder;
+    const EProjectResult found = FindFolder(id, name, folder);
+    if (found != eProjectOk)
+        return found;
+    const std::wstring key = MakeProjectKey(id);
+    ini.SetSection(kProjectList);
+    ini.DeleteKey(key);
+    ini.SetSection(kDeletedProjects);
+    ini.DeleteKey(key);
+    ini.Save();
+    if (!CVX2D_FolderTree(m_prompter).DeleteTree(folder)) {
+        // The standard stays visible as deleted; the user sees it was not purged.
+        if (ini.Reload() != CVX2D_IniFile::eOk)
+            return eProjectCantOpenDatafile;
+        ini.SetSection(kDeletedProjects);
+        ini.SetString(key, name);
+        ini.Save();
+    }
+    return eProjectOk;
+}
+
+EProjectResult CVX2D_ProjectRegistry::CheckProjectRegistry() {
+    CVX2D_IniFile ini;
+    if (m_datafiles.ProjectDatafile().empty() ||
+        ini.OpenForUpdate(m_datafiles.ProjectDatafile()) != CVX2D_IniFile::eOk)
+        return eProjectCantOpenDatafile;
+
+    ini.SetSection(kGeneral);
+    std::int32_t last = ini.Long(kLastProjectId, 0);
+    std::set<std::int32_t> listed;
+    std::vector<std::pair<std::wstring, std::wstring>> entries; // (section, key)
+    for (const auto& e : ini.Entries()) {
+        if (e.section == kProjectList || e.section == kDeletedProjects) {
+            const std::int32_t id = ParseProjectKey(e.key);
+            last = std::max(last, id);
+            listed.insert(id);
+            entries.emplace_back(e.section, e.key);
+        }
+    }
+    ini.SetSection(kGeneral);
+    ini.SetLong(kLastProjectId, last);
+
+    bool folderListed = false;
+    const auto folders = FoldersStartingWith(m_datafiles.ProjectsFolder(), L"VX2D_PRJ_", folderListed);
+    // A standards folder that cannot be read at all (a share that is away)
+    // says nothing about which standards exist: keep the lists as they are.
+    if (!folderListed)
+        return eProjectOk;
+    std::set<std::int32_t> onDisk;
+    for (const auto& folder : folders)
+        onDisk.insert(ParseProjectKey(folder));
+
+    for (const auto& [section, key] : entries) {
+        if (!onDisk.contains(ParseProjectKey(key))) {
+            ini.SetSection(section);
+            ini.DeleteKey(key);
+            listed.erase(ParseProjectKey(key));
+        }
+    }
+    for (const auto& folder : folders) {
+        const std::int32_t id = ParseProjectKey(folder);
+        if (id < 1 || listed.contains(id))
+            continue;
+        const auto dash = folder.find(L" - ");
+        std::wstring name = dash == std::wstring::npos ? L"" : TrimBlanks(folder.substr(dash + 3));
+        if (name.empty())
+            name = fmt::format(L"Standard {}", id);
+        ini.SetSection(kProjectList);
+        ini.SetString(MakeProjectKey(id), name);
+        listed.insert(id);
+        ini.SetSection(kGeneral);
+        if (id > ini.Long(kLastProjectId, 0))
+            ini.SetLong(kLastProjectId, id);
+    }
+    ini.Save();
+    return eProjectOk;
+}

@@ -1,0 +1,70 @@
+// The standard registry: "ProjectDatafile.ini" with its active and deleted
+// lists, and the "Projects" folder with one sub-folder per standard. Every
+// operation is one read-modify-write of the datafile under its lock.
+#pragma once
+
+#include "datafile/ProjectResult.h"
+#include "store/Datafiles.h"
+#include "store/Prompter.h"
+
+#include <cstdint>
+#include <string>
+#include <vector>
+
+class CVX2D_IniFile;
+
+struct SProjectInfo {
+    std::int32_t id = 0;
+    std::wstring name;
+    bool deleted = false;
+};
+
+struct SNewProject {
+    std::wstring name;
+    int units = 0;           // 0 metric, anything else imperial
+    int templateNumber = 0;  // 1 metric, 2 imperial, -1 an empty folder, 0 chosen by units
+    std::int32_t clientId = 0;
+    bool oldFormat = false;  // made from the templates of the 2015 layout
+};
+
+class CVX2D_ProjectRegistry {
+public:
+    CVX2D_ProjectRegistry(const CVX2D_Datafiles& datafiles, IPrompter& prompter)
+        : m_datafiles(datafiles), m_prompter(prompter) {}
+
+    const CVX2D_Datafiles& Datafiles() const { return m_datafiles; }
+    IPrompter& Prompter() const { return m_prompter; }
+
+    std::wstring GetProjectName(std::int32_t id, bool active, bool deleted) const;
+    // The standard's folder (ending in a separator). Moves a folder of the
+    // old form, or one renamed outside the program, to "VX2D_PRJ_n - Name".
+    EProjectResult GetProjectFolder(std::int32_t id, std::wstring& folder) const;
+    std::vector<std::int32_t> GetProjectIds(bool active, bool deleted) const;
+    // Ids, names and states from one read of the datafile, active first.
+    EProjectResult ListProjects(bool active, bool deleted, std::vector<SProjectInfo>& projects) const;
+    std::wstring GetDefaultProjectName() const;
+
+    EProjectResult CreateProject(const SNewProject& project, std::int32_t& id);
+    EProjectResult CopyProject(std::int32_t id, std::int32_t& newId, std::wstring& newName);
+    EProjectResult RenameProject(std::int32_t id, const std::wstring& name);
+    EProjectResult DeleteProject(std::int32_t id);
+    EProjectResult RecoverProject(std::int32_t id);
+    EProjectResult PurgeProject(std::int32_t id);
+    // Makes the folders the authority: raises the counter, drops entries
+    // without a folder and registers folders no list names.
+    EProjectResult CheckProjectRegistry();
+
+    // The template folder a new standard is made from; empty for template -1.
+    std::wstring TemplateFolderFor(const SNewProject& project) const;
+
+private:
+    bool OpenForReading(CVX2D_IniFile& ini) const;
+    std::wstring LookupName(CVX2D_IniFile& ini, std::int32_t id, bool active, bool deleted) const;
+    EProjectResult FindFolder(std::int32_t id, std::wstring name, std::wstring& folder) const;
+    std::wstring FolderFor(std::int32_t id, const std::wstring& name) const;
+    EProjectResult RollBack(CVX2D_IniFile& ini, std::int32_t id, const std::wstring& createdFolder,
+                            EProjectResult failure);
+
+    const CVX2D_Datafiles& m_datafiles;
+    IPrompter& m_prompter;
+};

@@ -1,0 +1,23 @@
+#!/usr/bin/env bash
+# Installs what is missing, builds, and runs every test through ctest.
+# Under CI=true warnings are errors and the core tests run a second time in an
+# AddressSanitizer + UndefinedBehaviorSanitizer build.
+set -euo pipefail
+cd "$(dirname "$0")"
+. scripts/deps.sh
+sd_ensure_packages
+
+preset=default
+[ "${CI:-}" = "true" ] && preset=ci
+jobs=$(nproc 2>/dev/null || echo 2)
+
+cmake --preset "$preset" >/dev/null
+cmake --build --preset "$preset" -j "$jobs"
+ctest --preset "$preset" -j "$jobs"
+
+if [ "${CI:-}" = "true" ]; then
+    cmake --preset sanitize >/dev/null
+    cmake --build --preset sanitize -j "$jobs"
+    ASAN_OPTIONS=detect_leaks=1 UBSAN_OPTIONS=print_stacktrace=1 \
+        ctest --preset sanitize -j "$jobs" -L core
+fi

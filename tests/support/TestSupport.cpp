@@ -1,0 +1,66 @@
+#include "support/TestSupport.h"
+
+#include "platform/Utf8.h"
+
+#include <atomic>
+#include <chrono>
+#include <fstream>
+#include <random>
+#include <sstream>
+
+namespace fs = std::filesystem;
+
+namespace test {
+
+CTempDir::CTempDir() {
+    static std::atomic<unsigned> counter{0};
+    std::random_device random;
+    const auto stamp = std::chrono::steady_clock::now().time_since_epoch().count();
+    m_path = fs::temp_directory_path() /
+             ("sd-test-" + std::to_string(stamp) + "-" + std::to_string(random()) + "-" +
+              std::to_string(counter++));
+    fs::create_directories(m_path);
+}
+
+CTempDir::~CTempDir() {
+    std::error_code ec;
+    fs::permissions(m_path, fs::perms::owner_all, fs::perm_options::add, ec);
+    fs::remove_all(m_path, ec);
+}
+
+std::wstring CTempDir::Text() const { return platform::FromPath(m_path) + L"/"; }
+
+std::wstring CTempDir::File(const std::wstring& name) const { return Text() + name; }
+
+CDatafilesFixture::CDatafilesFixture() : m_datafiles(m_dir.Text()) {
+    fs::copy(fs::path(SD_TEMPLATES_DIR) / "Template", m_dir.Path() / "Template",
+             fs::copy_options::recursive);
+}
+
+std::string ReadBytes(const fs::path& file) {
+    std::ifstream in(file, std::ios::binary);
+    std::ostringstream bytes;
+    bytes << in.rdbuf();
+    return bytes.str();
+}
+
+void WriteBytes(const fs::path& file, const std::string& bytes) {
+    fs::create_directories(file.parent_path());
+    std::ofstream out(file, std::ios::binary | std::ios::trunc);
+    out << bytes;
+}
+
+fs::path P(const std::wstring& text) { return platform::ToPath(text); }
+
+EPromptAnswer CScriptedPrompter::Ask(const SPrompt& prompt) {
+    asked.push_back(prompt);
+    if (prompt.buttons == EPromptButtons::Ok)
+        return EPromptAnswer::Ok;
+    if (answers.empty())
+        return prompt.defaultAnswer;
+    const EPromptAnswer answer = answers.front();
+    answers.pop_front();
+    return answer;
+}
+
+} // namespace test

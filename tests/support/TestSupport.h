@@ -1,0 +1,57 @@
+// Shared helpers of the core tests: temporary datafiles folders, exact file
+// bytes and a prompter that answers from a script and records what it was asked.
+#pragma once
+
+#include "store/Datafiles.h"
+#include "store/Prompter.h"
+
+#include <deque>
+#include <filesystem>
+#include <string>
+#include <vector>
+
+namespace test {
+
+// A fresh folder under the system's temporary folder, removed afterwards.
+class CTempDir {
+public:
+    CTempDir();
+    ~CTempDir();
+    CTempDir(const CTempDir&) = delete;
+    CTempDir& operator=(const CTempDir&) = delete;
+    const std::filesystem::path& Path() const { return m_path; }
+    // The folder as text, ending in a separator.
+    std::wstring Text() const;
+    std::wstring File(const std::wstring& name) const;
+
+private:
+    std::filesystem::path m_path;
+};
+
+// A temporary datafiles folder holding the shipped standard templates.
+class CDatafilesFixture {
+public:
+    CDatafilesFixture();
+    const CVX2D_Datafiles& Datafiles() const { return m_datafiles; }
+    const CTempDir& Dir() const { return m_dir; }
+    std::wstring File(const std::wstring& name) const { return m_dir.File(name); }
+
+private:
+    CTempDir m_dir;
+    CVX2D_Datafiles m_datafiles;
+};
+
+std::string ReadBytes(const std::filesystem::path& file);
+void WriteBytes(const std::filesystem::path& file, const std::string& bytes);
+std::filesystem::path P(const std::wstring& text);
+
+class CScriptedPrompter : public IPrompter {
+public:
+    // Answers given in order; when they run out, the prompt's default.
+    std::deque<EPromptAnswer> answers;
+    std::vector<SPrompt> asked;
+
+    EPromptAnswer Ask(const SPrompt& prompt) override;
+};
+
+} // namespace test
