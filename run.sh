@@ -14,7 +14,6 @@ demo=demo/datafiles
 if [ ! -d "$demo" ]; then
     echo "Making a demo datafiles folder in $demo"
     mkdir -p "$demo"
-    cp -r resources/templates/Template "$demo/"
     c() { "$cli" --datafiles "$demo" "$@" >/dev/null; }
     c client create && c client rename 1 "Northwind Refining"
     c client create && c client rename 2 "Harbour Chemicals"

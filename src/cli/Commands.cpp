@@ -10,6 +10,7 @@
 #include "store/Datafiles.h"
 #include "store/GeneralSettings.h"
 #include "store/ProjectRegistry.h"
+#include "store/Templates.h"
 
 #include <fmt/xchar.h>
 #include <functional>
@@ -194,6 +195,9 @@ COutput StandardCreate(const SCliOptions& options, const std::wstring& name, con
     const std::wstring what = fmt::format(L"Error creating new standard '{}'", name);
     if (clientId != 0 && core.clients.GetClientName(clientId).empty())
         throw CCliFailure(fmt::format(L"{}\n\nThere is no client {}.", what, clientId));
+    // A datafiles folder set up by hand may lack the templates: bring the
+    // shipped ones in, never touching those that are there.
+    SeedTemplateFolders(core.datafiles, CInstallation::ShippedDataFolder() + L"templates");
     SNewProject project;
     project.name = name;
     project.units = units == "imperial" ? 1 : 0;

@@ -114,11 +114,9 @@ int CVX2D_IniFile::Reload() {
     std::string bytes;
     if (m_strPath.empty() || !ReadWholeFile(platform::ToPath(m_strPath), bytes))
         return eCantOpen;
-    const bool wasModified = m_bModified;
     Clear();
     ParseBytes(bytes);
-    m_bModified = wasModified;
-    m_bModified = false;
+    m_bModified = false; // a freshly read document is not modified
     return eOk;
 }
 
@@ -145,8 +143,19 @@ void CVX2D_IniFile::ParseBytes(const std::string& bytes) {
         const auto separator = line.find(m_strSeparator);
         if (separator == std::wstring::npos)
             continue;
-        SetString(line.substr(0, separator), line.substr(separator + m_strSeparator.size()));
+        // Stored like SetString, except that an empty value read from the file
+        // is kept as an entry: "Key = " survives a read and a save.
+        const std::wstring key = TrimKey(line.substr(0, separator));
+        std::wstring value = line.substr(separator + m_strSeparator.size());
+        const std::size_t existing = FindExact(m_strSection, key);
+        if (existing != std::wstring::npos) {
+            m_arrEntries[existing].value = std::move(value);
+        } else {
+            m_arrEntries.push_back({m_strSection, key, std::move(value)});
+            m_keyIndex.try_emplace({m_strSection, key}, m_arrEntries.size() - 1);
+        }
     }
+    m_bValueIndexValid = false;
 }
 
 int CVX2D_IniFile::Save(bool bForce) {

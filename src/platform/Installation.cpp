@@ -1,6 +1,7 @@
 #include "platform/Installation.h"
 
 #include "datafile/Text.h"
+#include "platform/System.h"
 #include "platform/Utf8.h"
 
 #include <filesystem>
@@ -68,4 +69,13 @@ std::wstring CInstallation::SuiteCommonFolder(const std::wstring& sub) const {
     if (!sub.empty())
         path += sub + kPathSeparator;
     return path;
+}
+
+std::wstring CInstallation::ShippedDataFolder() {
+    const std::filesystem::path program = platform::ToPath(platform::ExecutablePath());
+    const std::filesystem::path data = program.parent_path().parent_path() / "share" / "standards-desk";
+    std::error_code ec;
+    if (!std::filesystem::is_directory(data, ec))
+        return {};
+    return WithTrailingSeparator(platform::FromPath(data));
 }

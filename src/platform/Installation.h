@@ -28,6 +28,10 @@ public:
     // "Ortho"; empty for any other number.
     static std::wstring ApplicationFolderName(int application);
 
+    // The read-only data shipped with the program ("<prefix>/share/standards-desk/",
+    // found from the program's own folder); empty when it is not there.
+    static std::wstring ShippedDataFolder();
+
     const IRegistry& Registry() const { return m_registry; }
 
 private:

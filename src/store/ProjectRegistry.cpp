@@ -82,6 +82,23 @@ void UpgradeOldFolderLayout(const std::wstring& folder) {
     }
 }
 
+// A standard made from a template gets its own identity at once, so that
+// every look at it shows the same GUID.
+void GiveNewGuid(const std::wstring& folder) {
+    const std::wstring path = WithTrailingSeparator(folder) + L"General.ini";
+    if (!Exists(path))
+        return;
+    CVX2D_IniFile general;
+    if (general.Open(path) != CVX2D_IniFile::eOk)
+        return;
+    general.SetSection(L"General");
+    CGuid guid;
+    general.GetGuid(L"ProjectGuid", guid, CGuid{});
+    if (guid.IsNull())
+        general.SetGuid(L"ProjectGuid", NewGuid());
+    general.Save();
+}
+
 int ProjectVersionOf(const std::wstring& folder) {
     CVX2D_IniFile general;
     general.SetAutoSave(false);
@@ -279,6 +296,7 @@ EProjectResult CVX2D_ProjectRegistry::CreateProject(const SNewProject& project, 
     } else if (!CVX2D_FolderTree(m_prompter).CopyTree(templateFolder, folder)) {
         return RollBack(ini, newId, existed ? L"" : folder, eProjectErrorCopyingTemplateFolder);
     }
+    GiveNewGuid(folder);
     if (project.clientId >= 1)
         CVX2D_ClientRegistry(m_datafiles).AddProjectToClient(project.clientId, newId);
     id = newId;
