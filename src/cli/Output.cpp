@@ -25,9 +25,9 @@ std::string Escaped(const std::wstring& text) {
 
 void COutput::Write(std::ostream& out, bool json) const {
     if (json) {
-        nlohmann::json document = nlohmann::json::array();
+        nlohmann::ordered_json document = nlohmann::ordered_json::array();
         for (const auto& record : m_records) {
-            nlohmann::json object = nlohmann::json::object();
+            nlohmann::ordered_json object = nlohmann::ordered_json::object();
             for (std::size_t i = 0; i < record.size() && i < m_columns.size(); ++i) {
                 if (const auto* number = std::get_if<std::int64_t>(&record[i]))
                     object[m_columns[i].name] = *number;

@@ -1,0 +1,75 @@
+#include "cli/CliCore.h"
+
+#include "datafile/IniFile.h"
+#include "datafile/Text.h"
+#include "platform/Utf8.h"
+
+#include <fmt/xchar.h>
+
+CCliFailure::CCliFailure(std::wstring text, int exitCode)
+    : std::runtime_error(platform::ToUtf8(text)), message(std::move(text)), code(exitCode) {}
+
+SCore::SCore(const SCliOptions& options)
+    : registry(MakeSystemRegistry()), installation(*registry, cli::W(options.datafiles)),
+      datafiles(installation.DatafilesPath()), prompter(options.yes), projects(datafiles, prompter),
+      clients(datafiles) {
+    if (!datafiles.IsKnown())
+        throw CCliFailure(L"No datafiles folder is known.\n\nGive one with --datafiles DIR or set "
+                          L"\"DatafilesPath\" in the installation values.");
+}
+
+std::wstring SCore::NameOf(std::int32_t id) const {
+    const std::wstring name = projects.GetProjectName(id, true, true);
+    return name.empty() ? fmt::format(L"{}", id) : name;
+}
+
+std::wstring SCore::FolderOf(std::int32_t id, const std::wstring& what) const {
+    std::wstring folder;
+    cli::Check(projects.GetProjectFolder(id, folder), what);
+    return folder;
+}
+
+namespace cli {
+
+std::wstring W(const std::string& text) { return platform::FromUtf8(text); }
+
+void Check(EProjectResult result, const std::wstring& what) {
+    if (result != eProjectOk)
+        throw CCliFailure(what + L"\n\n" + ProjectResultText(result));
+}
+
+void RequireStorable(const std::wstring& text, const std::wstring& what) {
+    if (!IsOneByteText(text) || text.find(L'\n') != std::wstring::npos)
+        throw CCliFailure(fmt::format(L"{}\n\n'{}' holds a character that a datafile cannot store.",
+                                      what, text));
+}
+
+void OpenExisting(CVX2D_IniFile& ini, const std::wstring& file) {
+    ini.SetAutoSave(false);
+    if (ini.Open(file) != CVX2D_IniFile::eOk)
+        throw CCliFailure(fmt::format(L"Error opening datafile '{}'.", file));
+}
+
+void OpenForChange(CVX2D_IniFile& ini, const std::wstring& file) {
+    ini.SetAutoSave(false);
+    if (ini.OpenForUpdate(file) != CVX2D_IniFile::eOk)
+        throw CCliFailure(fmt::format(L"Error opening datafile '{}' for update.", file));
+}
+
+void SaveChanged(CVX2D_IniFile& ini) {
+    if (ini.Save() != CVX2D_IniFile::eOk)
+        throw CCliFailure(fmt::format(L"Error saving datafile '{}'.", ini.GetPath()));
+}
+
+int ParseInt(const std::wstring& text, const std::wstring& what) {
+    try {
+        std::size_t used = 0;
+        const long long value = std::stoll(text, &used);
+        if (used == text.size() && value >= INT32_MIN && value <= INT32_MAX)
+            return static_cast<int>(value);
+    } catch (const std::exception&) {
+    }
+    throw CCliFailure(fmt::format(L"'{}' is not a whole number for {}.", text, what), 2);
+}
+
+} // namespace cli

@@ -1,0 +1,93 @@
+// What every command of standards-desk-cli shares: the global options, the
+// core objects over the datafiles folder, failures with the system's own
+// message, and the registration of each command group.
+#pragma once
+
+#include "cli/CliPrompter.h"
+#include "cli/Output.h"
+#include "datafile/ProjectResult.h"
+#include "platform/Installation.h"
+#include "store/ClientRegistry.h"
+#include "store/Datafiles.h"
+#include "store/ProjectRegistry.h"
+
+#include <CLI/CLI.hpp>
+#include <cstdint>
+#include <functional>
+#include <memory>
+#include <ostream>
+#include <stdexcept>
+#include <string>
+
+class CVX2D_IniFile;
+
+struct SCliOptions {
+    std::string datafiles; // --datafiles, empty: the installation value
+    bool json = false;
+    bool yes = false;
+};
+
+// A failed operation: the message the desktop program would show, and the
+// exit code (1 failure, 2 bad usage).
+struct CCliFailure : std::runtime_error {
+    CCliFailure(std::wstring text, int exitCode = 1);
+    std::wstring message;
+    int code;
+};
+
+// The parsed command line: the options and the chosen verb's work, run once
+// parsing has succeeded.
+struct SCliContext {
+    SCliOptions options;
+    std::function<void(std::ostream&)> action;
+
+    // The chosen verb prints `make()`'s records.
+    void Print(std::function<COutput()> make) {
+        action = [this, make = std::move(make)](std::ostream& out) { make().Write(out, options.json); };
+    }
+    // The chosen verb prints nothing on success.
+    void Run(std::function<void()> work) {
+        action = [work = std::move(work)](std::ostream&) { work(); };
+    }
+};
+
+// Everything a command needs to reach the datafiles folder.
+struct SCore {
+    explicit SCore(const SCliOptions& options);
+    std::unique_ptr<IRegistry> registry;
+    CInstallation installation;
+    CVX2D_Datafiles datafiles;
+    CCliPrompter prompter;
+    CVX2D_ProjectRegistry projects;
+    CVX2D_ClientRegistry clients;
+
+    // The standard's name for messages, or its id when it has none.
+    std::wstring NameOf(std::int32_t id) const;
+    // The standard's folder; fails with `what` and the registry's text.
+    std::wstring FolderOf(std::int32_t id, const std::wstring& what) const;
+};
+
+namespace cli {
+
+std::wstring W(const std::string& text);
+
+// Throws the failure "what\n\n<the code's text>" unless the result is Ok.
+void Check(EProjectResult result, const std::wstring& what);
+
+// Text that a datafile cannot hold (a character above 255, a line break)
+// is refused before anything is written.
+void RequireStorable(const std::wstring& text, const std::wstring& what);
+
+void OpenExisting(CVX2D_IniFile& ini, const std::wstring& file);
+void OpenForChange(CVX2D_IniFile& ini, const std::wstring& file);
+void SaveChanged(CVX2D_IniFile& ini);
+
+// A whole number typed for `what`; anything else is bad usage.
+int ParseInt(const std::wstring& text, const std::wstring& what);
+
+void AddDatafileCommands(CLI::App& app, SCliContext& context);
+void AddClientCommands(CLI::App& app, SCliContext& context);
+void AddStandardCommands(CLI::App& app, SCliContext& context);
+void AddGeneralCommands(CLI::App& app, SCliContext& context);
+
+} // namespace cli

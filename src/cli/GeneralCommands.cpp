@@ -1,0 +1,121 @@
+// general show|set: a standard's general settings, field by field.
+#include "cli/CliCore.h"
+#include "datafile/Text.h"
+#include "store/GeneralSettings.h"
+
+#include <fmt/xchar.h>
+
+namespace cli {
+
+namespace {
+
+using G = CVX2D_GeneralSettings;
+
+struct SField {
+    const char* name;
+    std::function<CField(const G&)> get;
+    // Empty for a field that cannot be changed.
+    std::function<void(G&, const std::wstring&)> set;
+};
+
+const std::vector<SField>& Fields() {
+    auto number = [](const char* name, int G::*member) {
+        return SField{name, [member](const G& g) { return CField{std::int64_t{g.*member}}; },
+                      [name, member](G& g, const std::wstring& v) { g.*member = ParseInt(v, W(name)); }};
+    };
+    auto text = [](const char* name, std::wstring G::*member) {
+        return SField{name, [member](const G& g) { return CField{g.*member}; },
+                      [member](G& g, const std::wstring& v) { g.*member = v; }};
+    };
+    auto drawings = [](const char* name, int application) {
+        return SField{name, [application](const G& g) { return CField{g.GetDrawingsLocation(application)}; },
+                      [application](G& g, const std::wstring& v) { g.SetDrawingsLocation(application, v); }};
+    };
+    static const std::vector<SField> fields = {
+        number("working_units", &G::m_nWorkingUnits),
+        number("displayed_units", &G::m_nDisplayedUnits),
+        number("rating_format", &G::m_nRatingsFormat),
+        {"guid", [](const G& g) { return CField{GuidToText(g.m_guid)}; }, {}},
+        number("version", &G::m_nProjectVersion),
+        text("borders_folder", &G::m_strBordersLocation),
+        text("templates_folder", &G::m_strTemplatesLocation),
+        text("libraries_folder", &G::m_strLibrariesLocation),
+        {"local_line_ini", [](const G& g) { return CField{std::int64_t{g.m_bLocalLineIni ? 1 : 0}}; },
+         [](G& g, const std::wstring& v) { g.m_bLocalLineIni = ParseInt(v, L"local_line_ini") != 0; }},
+        text("local_line_ini_path", &G::m_strLocalLineIniPath),
+        drawings("drawings_electric", 1),
+        drawings("drawings_pid", 2),
+        drawings("drawings_isometric", 3),
+        drawings("drawings_ortho", 4),
+    };
+    return fields;
+}
+
+std::string FieldNames() {
+    std::string names;
+    for (const auto& field : Fields())
+        names += (names.empty() ? "" : ", ") + std::string(field.name);
+    return names;
+}
+
+void Load(SCore& core, G& general, std::int32_t id) {
+    const std::wstring what = fmt::format(L"Error reading general settings of standard '{}'.", core.NameOf(id));
+    core.FolderOf(id, what);
+    if (!general.Load(core.projects, id))
+        throw CCliFailure(what);
+}
+
+struct SArgs {
+    std::int32_t id = 0;
+    std::string field, value;
+};
+
+COutput Show(const SCliOptions& options, const SArgs& a) {
+    SCore core(options);
+    G general;
+    Load(core, general, a.id);
+    COutput output({{"field"}, {"value"}});
+    for (const auto& field : Fields())
+        output.Add({W(field.name), field.get(general)});
+    return output;
+}
+
+void Set(const SCliOptions& options, const SArgs& a) {
+    const SField* field = nullptr;
+    for (const auto& candidate : Fields()) {
+        if (a.field == candidate.name)
+            field = &candidate;
+    }
+    if (!field)
+        throw CCliFailure(W("Unknown field '" + a.field + "'. Fields: " + FieldNames()), 2);
+    if (!field->set)
+        throw CCliFailure(W("The field '" + a.field + "' cannot be changed."), 2);
+    const std::wstring value = W(a.value);
+    SCore core(options);
+    const std::wstring what = fmt::format(L"Error saving general settings of standard '{}'.", core.NameOf(a.id));
+    RequireStorable(value, what);
+    G general;
+    Load(core, general, a.id);
+    field->set(general, value);
+    if (!general.Save())
+        throw CCliFailure(what);
+}
+
+} // namespace
+
+void AddGeneralCommands(CLI::App& app, SCliContext& context) {
+    auto args = std::make_shared<SArgs>();
+    SCliContext* ctx = &context;
+    auto* group = app.add_subcommand("general", "A standard's general settings");
+    group->require_subcommand(1);
+    auto* show = group->add_subcommand("show", "FIELD, VALUE of every general setting");
+    show->add_option("ID", args->id)->required();
+    show->callback([ctx, args] { ctx->Print([ctx, args] { return Show(ctx->options, *args); }); });
+    auto* set = group->add_subcommand("set", "Change one general setting; fields: " + FieldNames());
+    set->add_option("ID", args->id)->required();
+    set->add_option("FIELD", args->field)->required();
+    set->add_option("VALUE", args->value)->required();
+    set->callback([ctx, args] { ctx->Run([ctx, args] { Set(ctx->options, *args); }); });
+}
+
+} // namespace cli

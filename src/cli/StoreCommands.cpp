@@ -1,0 +1,258 @@
+// client ..., standard ..., registry check: the lifecycle of clients and
+// standards, with the navigator's messages on failure.
+#include "cli/CliCore.h"
+#include "datafile/Names.h"
+#include "store/Templates.h"
+
+#include <fmt/xchar.h>
+#include <map>
+
+namespace cli {
+
+namespace {
+
+std::wstring JoinIds(const std::vector<std::int32_t>& ids) {
+    std::wstring text;
+    for (std::size_t i = 0; i < ids.size(); ++i)
+        text += (i ? L"," : L"") + fmt::format(L"{}", ids[i]);
+    return text;
+}
+
+struct SArgs {
+    std::int32_t id = 0;
+    std::int32_t clientId = 0;
+    std::string name;
+    std::string units = "metric";
+    bool withDeleted = false;
+    bool oldFormat = false;
+    bool yes = false;
+};
+
+COutput ClientList(const SCliOptions& options) {
+    SCore core(options);
+    COutput output({{"id"}, {"name"}, {"standards"}});
+    for (const auto& client : core.clients.ListClients())
+        output.Add({client.id, client.name, JoinIds(client.projectIds)});
+    return output;
+}
+
+COutput ClientCreate(const SCliOptions& options) {
+    SCore core(options);
+    std::int32_t id = 0;
+    std::wstring name;
+    if (!core.clients.CreateClient(id, name))
+        throw CCliFailure(L"Error creating a new client");
+    COutput output({{"id"}, {"name"}});
+    output.Add({id, name});
+    return output;
+}
+
+void ClientRename(const SCliOptions& options, const SArgs& a) {
+    SCore core(options);
+    const std::wstring name = W(a.name);
+    const std::wstring oldName = core.clients.GetClientName(a.id);
+    if (!core.clients.RenameClient(a.id, name)) {
+        std::wstring text = fmt::format(L"Error renaming client from '{}' to '{}'.", oldName, name);
+        if (!IsValidName(name))
+            text += L"\n\nInvalid name";
+        throw CCliFailure(text);
+    }
+}
+
+void ClientDelete(const SCliOptions& options, const SArgs& a) {
+    SCore core(options);
+    const std::wstring name = core.clients.GetClientName(a.id);
+    if (name.empty() || !core.clients.DeleteClient(a.id))
+        throw CCliFailure(fmt::format(L"Error deleting client '{}'",
+                                      name.empty() ? fmt::format(L"{}", a.id) : name));
+}
+
+COutput StandardList(const SCliOptions& options, const SArgs& a) {
+    SCore core(options);
+    std::vector<SProjectInfo> projects;
+    Check(core.projects.ListProjects(true, a.withDeleted, projects), L"Error listing standards.");
+    std::map<std::int32_t, std::int32_t> clientOf;
+    for (const auto& client : core.clients.ListClients()) {
+        for (std::int32_t id : client.projectIds)
+            clientOf.try_emplace(id, client.id);
+    }
+    COutput output({{"id"}, {"state"}, {"client_id"}, {"name"}});
+    for (const auto& project : projects) {
+        const auto it = clientOf.find(project.id);
+        output.Add({project.id, std::wstring(project.deleted ? L"deleted" : L"active"),
+                    std::int64_t{it == clientOf.end() ? 0 : it->second}, project.name});
+    }
+    return output;
+}
+
+COutput StandardDefaultName(const SCliOptions& options) {
+    SCore core(options);
+    COutput output({{"name"}});
+    output.Add({core.projects.GetDefaultProjectName()});
+    return output;
+}
+
+COutput StandardCreate(const SCliOptions& options, const SArgs& a) {
+    SCore core(options);
+    const std::wstring name = W(a.name);
+    const std::wstring what = fmt::format(L"Error creating new standard '{}'", name);
+    if (a.clientId != 0 && core.clients.GetClientName(a.clientId).empty())
+        throw CCliFailure(fmt::format(L"{}\n\nThere is no client {}.", what, a.clientId));
+    // A datafiles folder set up by hand may lack the templates: bring the
+    // shipped ones in, never touching those that are there.
+    SeedTemplateFolders(core.datafiles, CInstallation::ShippedDataFolder() + L"templates");
+    SNewProject project;
+    project.name = name;
+    project.units = a.units == "imperial" ? 1 : 0;
+    project.templateNumber = a.units == "imperial" ? 2 : 1;
+    project.clientId = a.clientId;
+    project.oldFormat = a.oldFormat;
+    std::int32_t id = 0;
+    Check(core.projects.CreateProject(project, id), what);
+    COutput output({{"id"}, {"name"}});
+    output.Add({id, core.projects.GetProjectName(id, true, false)});
+    return output;
+}
+
+COutput StandardCopy(const SCliOptions& options, const SArgs& a) {
+    SCore core(options);
+    std::int32_t newId = 0;
+    std::wstring newName;
+    Check(core.projects.CopyProject(a.id, newId, newName),
+          fmt::format(L"Error copying standard '{}'", core.NameOf(a.id)));
+    COutput output({{"id"}, {"name"}});
+    output.Add({newId, newName});
+    return output;
+}
+
+void StandardRename(const SCliOptions& options, const SArgs& a) {
+    SCore core(options);
+    Check(core.projects.RenameProject(a.id, W(a.name)),
+          fmt::format(L"Error renaming project from '{}' to '{}'.",
+                      core.projects.GetProjectName(a.id, true, true), W(a.name)));
+}
+
+void StandardPurge(const SCliOptions& options, const SArgs& a) {
+    SCore core(options);
+    std::int32_t clientId = 0;
+    std::wstring clientName;
+    core.clients.FindClientOfProject(a.id, clientId, clientName);
+    Check(core.projects.PurgeProject(a.id),
+          fmt::format(L"Error purging standard '{}'.", core.NameOf(a.id)));
+    // A purge that could not delete the folder keeps the standard as deleted;
+    // only a standard that is really gone leaves its client.
+    if (clientId != 0 && core.projects.GetProjectName(a.id, true, true).empty())
+        core.clients.RemoveProjectFromClient(clientId, a.id);
+}
+
+void StandardMove(const SCliOptions& options, const SArgs& a) {
+    SCore core(options);
+    const std::wstring what = L"Error moving project.";
+    if (a.id < 1)
+        Check(eProjectInvalidId, what);
+    if (core.projects.GetProjectName(a.id, true, true).empty())
+        Check(eProjectCantFind, what);
+    if (a.clientId != 0 && core.clients.GetClientName(a.clientId).empty())
+        throw CCliFailure(fmt::format(L"{}\n\nThere is no client {}.", what, a.clientId));
+    std::int32_t fromClient = 0;
+    std::wstring fromName;
+    core.clients.FindClientOfProject(a.id, fromClient, fromName);
+    if (!core.clients.MoveProjectToClient(a.id, fromClient, a.clientId))
+        throw CCliFailure(what);
+}
+
+COutput StandardFolder(const SCliOptions& options, const SArgs& a) {
+    SCore core(options);
+    COutput output({{"folder"}});
+    output.Add({core.FolderOf(a.id, fmt::format(L"Error finding the folder of standard '{}'.",
+                                                core.NameOf(a.id)))});
+    return output;
+}
+
+} // namespace
+
+void AddClientCommands(CLI::App& app, SCliContext& context) {
+    auto args = std::make_shared<SArgs>();
+    SCliContext* ctx = &context;
+    auto* group = app.add_subcommand("client", "Clients and their standards");
+    group->require_subcommand(1);
+    group->add_subcommand("list", "ID, NAME and the comma-separated ids of its standards")
+        ->callback([ctx] { ctx->Print([ctx] { return ClientList(ctx->options); }); });
+    group->add_subcommand("create", "Create a client named \"Client n\"; prints ID, NAME")
+        ->callback([ctx] { ctx->Print([ctx] { return ClientCreate(ctx->options); }); });
+    auto* rename = group->add_subcommand("rename", "Rename a client");
+    rename->add_option("ID", args->id)->required();
+    rename->add_option("NAME", args->name)->required();
+    rename->callback([ctx, args] { ctx->Run([ctx, args] { ClientRename(ctx->options, *args); }); });
+    auto* del = group->add_subcommand("delete", "Delete a client; its standards stay, with no client");
+    del->add_option("ID", args->id)->required();
+    del->callback([ctx, args] { ctx->Run([ctx, args] { ClientDelete(ctx->options, *args); }); });
+}
+
+void AddStandardCommands(CLI::App& app, SCliContext& context) {
+    auto args = std::make_shared<SArgs>();
+    SCliContext* ctx = &context;
+    auto* group = app.add_subcommand("standard", "Standards: create, copy, rename, delete, recover, purge, move");
+    group->require_subcommand(1);
+    auto withId = [&](const char* name, const char* help) {
+        auto* command = group->add_subcommand(name, help);
+        command->add_option("ID", args->id)->required();
+        return command;
+    };
+    auto idAction = [ctx, args](EProjectResult (CVX2D_ProjectRegistry::*operation)(std::int32_t), const wchar_t* what) {
+        return [ctx, args, operation, what] {
+            ctx->Run([ctx, args, operation, what] {
+                SCore core(ctx->options);
+                Check((core.projects.*operation)(args->id), fmt::format(fmt::runtime(what), core.NameOf(args->id)));
+            });
+        };
+    };
+
+    auto* list = group->add_subcommand("list", "ID, STATE, CLIENT_ID (0: none), NAME");
+    list->add_flag("--deleted", args->withDeleted, "Include deleted standards");
+    list->callback([ctx, args] { ctx->Print([ctx, args] { return StandardList(ctx->options, *args); }); });
+    group->add_subcommand("default-name", "The name proposed for a new standard")
+        ->callback([ctx] { ctx->Print([ctx] { return StandardDefaultName(ctx->options); }); });
+
+    auto* create = group->add_subcommand("create", "Create a standard from a template; prints ID, NAME");
+    create->add_option("NAME", args->name)->required();
+    create->add_option("--units", args->units, "metric (default) or imperial")
+        ->check(CLI::IsMember({"metric", "imperial"}));
+    create->add_option("--client", args->clientId, "Client to add the standard to");
+    create->add_flag("--old-format", args->oldFormat, "Use the templates of the 2015 layout");
+    create->callback([ctx, args] { ctx->Print([ctx, args] { return StandardCreate(ctx->options, *args); }); });
+
+    withId("copy", "Copy a standard as \"Copy of NAME\"; prints ID, NAME")
+        ->callback([ctx, args] { ctx->Print([ctx, args] { return StandardCopy(ctx->options, *args); }); });
+    auto* rename = withId("rename", "Rename a standard and its folder");
+    rename->add_option("NAME", args->name)->required();
+    rename->callback([ctx, args] { ctx->Run([ctx, args] { StandardRename(ctx->options, *args); }); });
+    withId("delete", "Mark a standard as deleted (its folder stays)")
+        ->callback(idAction(&CVX2D_ProjectRegistry::DeleteProject, L"Error marking standard '{}' as deleted."));
+    withId("recover", "Bring a deleted standard back")
+        ->callback(idAction(&CVX2D_ProjectRegistry::RecoverProject, L"Error recovering standard '{}'."));
+    auto* purge = withId("purge", "Delete a standard and its folder for good");
+    purge->add_flag("--yes", args->yes, "Confirm: the folder cannot be recovered afterwards");
+    purge->callback([ctx, args] {
+        if (!args->yes)
+            throw CLI::ValidationError("--yes", "purge deletes the standard's folder for good; confirm with --yes");
+        ctx->Run([ctx, args] { StandardPurge(ctx->options, *args); });
+    });
+    auto* move = withId("move", "Move a standard to a client (0: no client)");
+    move->add_option("CLIENT_ID", args->clientId)->required();
+    move->callback([ctx, args] { ctx->Run([ctx, args] { StandardMove(ctx->options, *args); }); });
+    withId("folder", "The standard's folder")
+        ->callback([ctx, args] { ctx->Print([ctx, args] { return StandardFolder(ctx->options, *args); }); });
+
+    auto* registry = app.add_subcommand("registry", "The standard registry as a whole");
+    registry->require_subcommand(1);
+    registry->add_subcommand("check", "Repair the registry from the standard folders on disk")
+        ->callback([ctx] {
+            ctx->Run([ctx] {
+                SCore core(ctx->options);
+                Check(core.projects.CheckProjectRegistry(), L"Error checking the standard registry.");
+            });
+        });
+}
+
+} // namespace cli
