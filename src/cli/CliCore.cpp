@@ -31,7 +31,9 @@ std::wstring SCore::FolderOf(std::int32_t id, const std::wstring& what) const {
 
 namespace cli {
 
-std::wstring W(const std::string& text) { return platform::FromUtf8(text); }
+std::wstring W(const std::string& text) {
+    return platform::FromUtf8(text);
+}
 
 void Check(EProjectResult result, const std::wstring& what) {
     if (result != eProjectOk)
@@ -40,8 +42,8 @@ void Check(EProjectResult result, const std::wstring& what) {
 
 void RequireStorable(const std::wstring& text, const std::wstring& what) {
     if (!IsOneByteText(text) || text.find(L'\n') != std::wstring::npos)
-        throw CCliFailure(fmt::format(L"{}\n\n'{}' holds a character that a datafile cannot store.",
-                                      what, text));
+        throw CCliFailure(
+            fmt::format(L"{}\n\n'{}' holds a character that a datafile cannot store.", what, text));
 }
 
 void OpenExisting(CVX2D_IniFile& ini, const std::wstring& file) {

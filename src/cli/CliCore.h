@@ -43,11 +43,18 @@ struct SCliContext {
 
     // The chosen verb prints `make()`'s records.
     void Print(std::function<COutput()> make) {
-        action = [this, make = std::move(make)](std::ostream& out) { make().Write(out, options.json); };
+        action = [this, make = std::move(make)](std::ostream& out) {
+            make().Write(out, options.json);
+        };
     }
-    // The chosen verb prints nothing on success.
+    // The chosen verb has no records to print: nothing, or an empty JSON
+    // document so that scripts can parse every answer.
     void Run(std::function<void()> work) {
-        action = [work = std::move(work)](std::ostream&) { work(); };
+        action = [this, work = std::move(work)](std::ostream& out) {
+            work();
+            if (options.json)
+                out << "[]\n";
+        };
     }
 };
 

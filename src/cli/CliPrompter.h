@@ -16,7 +16,12 @@ public:
         if (prompt.buttons == EPromptButtons::Ok)
             return EPromptAnswer::Ok;
         const EPromptAnswer answer = m_yes ? EPromptAnswer::Yes : prompt.defaultAnswer;
-        std::cerr << "(answered " << (answer == EPromptAnswer::Yes ? "Yes" : answer == EPromptAnswer::No ? "No" : answer == EPromptAnswer::Ok ? "OK" : "Cancel") << ")\n";
+        std::cerr << "(answered "
+                  << (answer == EPromptAnswer::Yes  ? "Yes"
+                      : answer == EPromptAnswer::No ? "No"
+                      : answer == EPromptAnswer::Ok ? "OK"
+                                                    : "Cancel")
+                  << ")\n";
         return answer;
     }
 

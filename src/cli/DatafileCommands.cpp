@@ -64,7 +64,8 @@ void AddDatafileCommands(CLI::App& app, SCliContext& context) {
     SCliContext* ctx = &context;
     auto* group = app.add_subcommand("datafile", "Read and change any datafile through the engine");
     group->require_subcommand(1);
-    auto verb = [&](const char* name, const char* help, std::initializer_list<std::pair<const char*, std::string*>> positionals) {
+    auto verb = [&](const char* name, const char* help,
+                    std::initializer_list<std::pair<const char*, std::string*>> positionals) {
         auto* command = group->add_subcommand(name, help);
         for (const auto& [label, target] : positionals)
             command->add_option(label, *target)->required();
@@ -77,12 +78,16 @@ void AddDatafileCommands(CLI::App& app, SCliContext& context) {
     get->add_option("DEFAULT", args->def);
     get->callback([ctx, args] { ctx->Print([args] { return Get(*args); }); });
     verb("set", "Set a key; the file is written only when the value changes",
-         {{"FILE", &args->file}, {"SECTION", &args->section}, {"KEY", &args->key}, {"VALUE", &args->value}})
+         {{"FILE", &args->file},
+          {"SECTION", &args->section},
+          {"KEY", &args->key},
+          {"VALUE", &args->value}})
         ->callback([ctx, args] { ctx->Run([args] { Set(*args); }); });
     verb("delete-key", "Remove a key from a section",
          {{"FILE", &args->file}, {"SECTION", &args->section}, {"KEY", &args->key}})
         ->callback([ctx, args] { ctx->Run([args] { DeleteKey(*args); }); });
-    verb("delete-section", "Remove a whole section", {{"FILE", &args->file}, {"SECTION", &args->section}})
+    verb("delete-section", "Remove a whole section",
+         {{"FILE", &args->file}, {"SECTION", &args->section}})
         ->callback([ctx, args] { ctx->Run([args] { DeleteSection(*args); }); });
 }
 

@@ -20,16 +20,18 @@ struct SField {
 
 const std::vector<SField>& Fields() {
     auto number = [](const char* name, int G::*member) {
-        return SField{name, [member](const G& g) { return CField{std::int64_t{g.*member}}; },
-                      [name, member](G& g, const std::wstring& v) { g.*member = ParseInt(v, W(name)); }};
+        return SField{
+            name, [member](const G& g) { return CField{std::int64_t{g.*member}}; },
+            [name, member](G& g, const std::wstring& v) { g.*member = ParseInt(v, W(name)); }};
     };
     auto text = [](const char* name, std::wstring G::*member) {
         return SField{name, [member](const G& g) { return CField{g.*member}; },
                       [member](G& g, const std::wstring& v) { g.*member = v; }};
     };
     auto drawings = [](const char* name, int application) {
-        return SField{name, [application](const G& g) { return CField{g.GetDrawingsLocation(application)}; },
-                      [application](G& g, const std::wstring& v) { g.SetDrawingsLocation(application, v); }};
+        return SField{
+            name, [application](const G& g) { return CField{g.GetDrawingsLocation(application)}; },
+            [application](G& g, const std::wstring& v) { g.SetDrawingsLocation(application, v); }};
     };
     static const std::vector<SField> fields = {
         number("working_units", &G::m_nWorkingUnits),
@@ -40,8 +42,11 @@ const std::vector<SField>& Fields() {
         text("borders_folder", &G::m_strBordersLocation),
         text("templates_folder", &G::m_strTemplatesLocation),
         text("libraries_folder", &G::m_strLibrariesLocation),
-        {"local_line_ini", [](const G& g) { return CField{std::int64_t{g.m_bLocalLineIni ? 1 : 0}}; },
-         [](G& g, const std::wstring& v) { g.m_bLocalLineIni = ParseInt(v, L"local_line_ini") != 0; }},
+        {"local_line_ini",
+         [](const G& g) { return CField{std::int64_t{g.m_bLocalLineIni ? 1 : 0}}; },
+         [](G& g, const std::wstring& v) {
+             g.m_bLocalLineIni = ParseInt(v, L"local_line_ini") != 0;
+         }},
         text("local_line_ini_path", &G::m_strLocalLineIniPath),
         drawings("drawings_electric", 1),
         drawings("drawings_pid", 2),
@@ -59,7 +64,8 @@ std::string FieldNames() {
 }
 
 void Load(SCore& core, G& general, std::int32_t id) {
-    const std::wstring what = fmt::format(L"Error reading general settings of standard '{}'.", core.NameOf(id));
+    const std::wstring what =
+        fmt::format(L"Error reading general settings of standard '{}'.", core.NameOf(id));
     core.FolderOf(id, what);
     if (!general.Load(core.projects, id))
         throw CCliFailure(what);
@@ -92,7 +98,8 @@ void Set(const SCliOptions& options, const SArgs& a) {
         throw CCliFailure(W("The field '" + a.field + "' cannot be changed."), 2);
     const std::wstring value = W(a.value);
     SCore core(options);
-    const std::wstring what = fmt::format(L"Error saving general settings of standard '{}'.", core.NameOf(a.id));
+    const std::wstring what =
+        fmt::format(L"Error saving general settings of standard '{}'.", core.NameOf(a.id));
     RequireStorable(value, what);
     G general;
     Load(core, general, a.id);

@@ -164,8 +164,8 @@ void StandardMove(const SCliOptions& options, const SArgs& a) {
 COutput StandardFolder(const SCliOptions& options, const SArgs& a) {
     SCore core(options);
     COutput output({{"folder"}});
-    output.Add({core.FolderOf(a.id, fmt::format(L"Error finding the folder of standard '{}'.",
-                                                core.NameOf(a.id)))});
+    output.Add({core.FolderOf(
+        a.id, fmt::format(L"Error finding the folder of standard '{}'.", core.NameOf(a.id)))});
     return output;
 }
 
@@ -184,7 +184,8 @@ void AddClientCommands(CLI::App& app, SCliContext& context) {
     rename->add_option("ID", args->id)->required();
     rename->add_option("NAME", args->name)->required();
     rename->callback([ctx, args] { ctx->Run([ctx, args] { ClientRename(ctx->options, *args); }); });
-    auto* del = group->add_subcommand("delete", "Delete a client; its standards stay, with no client");
+    auto* del =
+        group->add_subcommand("delete", "Delete a client; its standards stay, with no client");
     del->add_option("ID", args->id)->required();
     del->callback([ctx, args] { ctx->Run([ctx, args] { ClientDelete(ctx->options, *args); }); });
 }
@@ -192,57 +193,70 @@ void AddClientCommands(CLI::App& app, SCliContext& context) {
 void AddStandardCommands(CLI::App& app, SCliContext& context) {
     auto args = std::make_shared<SArgs>();
     SCliContext* ctx = &context;
-    auto* group = app.add_subcommand("standard", "Standards: create, copy, rename, delete, recover, purge, move");
+    auto* group = app.add_subcommand(
+        "standard", "Standards: create, copy, rename, delete, recover, purge, move");
     group->require_subcommand(1);
     auto withId = [&](const char* name, const char* help) {
         auto* command = group->add_subcommand(name, help);
         command->add_option("ID", args->id)->required();
         return command;
     };
-    auto idAction = [ctx, args](EProjectResult (CVX2D_ProjectRegistry::*operation)(std::int32_t), const wchar_t* what) {
+    auto idAction = [ctx, args](EProjectResult (CVX2D_ProjectRegistry::*operation)(std::int32_t),
+                                const wchar_t* what) {
         return [ctx, args, operation, what] {
             ctx->Run([ctx, args, operation, what] {
                 SCore core(ctx->options);
-                Check((core.projects.*operation)(args->id), fmt::format(fmt::runtime(what), core.NameOf(args->id)));
+                Check((core.projects.*operation)(args->id),
+                      fmt::format(fmt::runtime(what), core.NameOf(args->id)));
             });
         };
     };
 
     auto* list = group->add_subcommand("list", "ID, STATE, CLIENT_ID (0: none), NAME");
     list->add_flag("--deleted", args->withDeleted, "Include deleted standards");
-    list->callback([ctx, args] { ctx->Print([ctx, args] { return StandardList(ctx->options, *args); }); });
-    group->add_subcommand("default-name", "The name proposed for a new standard")
-        ->callback([ctx] { ctx->Print([ctx] { return StandardDefaultName(ctx->options); }); });
+    list->callback(
+        [ctx, args] { ctx->Print([ctx, args] { return StandardList(ctx->options, *args); }); });
+    group->add_subcommand("default-name", "The name proposed for a new standard")->callback([ctx] {
+        ctx->Print([ctx] { return StandardDefaultName(ctx->options); });
+    });
 
-    auto* create = group->add_subcommand("create", "Create a standard from a template; prints ID, NAME");
+    auto* create =
+        group->add_subcommand("create", "Create a standard from a template; prints ID, NAME");
     create->add_option("NAME", args->name)->required();
     create->add_option("--units", args->units, "metric (default) or imperial")
         ->check(CLI::IsMember({"metric", "imperial"}));
     create->add_option("--client", args->clientId, "Client to add the standard to");
     create->add_flag("--old-format", args->oldFormat, "Use the templates of the 2015 layout");
-    create->callback([ctx, args] { ctx->Print([ctx, args] { return StandardCreate(ctx->options, *args); }); });
+    create->callback(
+        [ctx, args] { ctx->Print([ctx, args] { return StandardCreate(ctx->options, *args); }); });
 
-    withId("copy", "Copy a standard as \"Copy of NAME\"; prints ID, NAME")
-        ->callback([ctx, args] { ctx->Print([ctx, args] { return StandardCopy(ctx->options, *args); }); });
+    withId("copy", "Copy a standard as \"Copy of NAME\"; prints ID, NAME")->callback([ctx, args] {
+        ctx->Print([ctx, args] { return StandardCopy(ctx->options, *args); });
+    });
     auto* rename = withId("rename", "Rename a standard and its folder");
     rename->add_option("NAME", args->name)->required();
-    rename->callback([ctx, args] { ctx->Run([ctx, args] { StandardRename(ctx->options, *args); }); });
+    rename->callback(
+        [ctx, args] { ctx->Run([ctx, args] { StandardRename(ctx->options, *args); }); });
     withId("delete", "Mark a standard as deleted (its folder stays)")
-        ->callback(idAction(&CVX2D_ProjectRegistry::DeleteProject, L"Error marking standard '{}' as deleted."));
+        ->callback(idAction(&CVX2D_ProjectRegistry::DeleteProject,
+                            L"Error marking standard '{}' as deleted."));
     withId("recover", "Bring a deleted standard back")
-        ->callback(idAction(&CVX2D_ProjectRegistry::RecoverProject, L"Error recovering standard '{}'."));
+        ->callback(
+            idAction(&CVX2D_ProjectRegistry::RecoverProject, L"Error recovering standard '{}'."));
     auto* purge = withId("purge", "Delete a standard and its folder for good");
     purge->add_flag("--yes", args->yes, "Confirm: the folder cannot be recovered afterwards");
     purge->callback([ctx, args] {
         if (!args->yes)
-            throw CLI::ValidationError("--yes", "purge deletes the standard's folder for good; confirm with --yes");
+            throw CLI::ValidationError(
+                "--yes", "purge deletes the standard's folder for good; confirm with --yes");
         ctx->Run([ctx, args] { StandardPurge(ctx->options, *args); });
     });
     auto* move = withId("move", "Move a standard to a client (0: no client)");
     move->add_option("CLIENT_ID", args->clientId)->required();
     move->callback([ctx, args] { ctx->Run([ctx, args] { StandardMove(ctx->options, *args); }); });
-    withId("folder", "The standard's folder")
-        ->callback([ctx, args] { ctx->Print([ctx, args] { return StandardFolder(ctx->options, *args); }); });
+    withId("folder", "The standard's folder")->callback([ctx, args] {
+        ctx->Print([ctx, args] { return StandardFolder(ctx->options, *args); });
+    });
 
     auto* registry = app.add_subcommand("registry", "The standard registry as a whole");
     registry->require_subcommand(1);
@@ -250,7 +264,8 @@ void AddStandardCommands(CLI::App& app, SCliContext& context) {
         ->callback([ctx] {
             ctx->Run([ctx] {
                 SCore core(ctx->options);
-                Check(core.projects.CheckProjectRegistry(), L"Error checking the standard registry.");
+                Check(core.projects.CheckProjectRegistry(),
+                      L"Error checking the standard registry.");
             });
         });
 }

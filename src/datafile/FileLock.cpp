@@ -88,13 +88,21 @@ bool TryCreate(const fs::path& lockPath) {
 
 } // namespace
 
-CVX2D_FileLock::~CVX2D_FileLock() { Release(); }
+CVX2D_FileLock::~CVX2D_FileLock() {
+    Release();
+}
 
-std::wstring CVX2D_FileLock::LockPathOf(const std::wstring& path) { return path + L".lock"; }
+std::wstring CVX2D_FileLock::LockPathOf(const std::wstring& path) {
+    return path + L".lock";
+}
 
-void CVX2D_FileLock::SetWaitLimit(std::chrono::milliseconds limit) { g_waitLimitMs = limit.count(); }
+void CVX2D_FileLock::SetWaitLimit(std::chrono::milliseconds limit) {
+    g_waitLimitMs = limit.count();
+}
 
-void CVX2D_FileLock::SetStaleLimit(std::chrono::seconds limit) { g_staleLimitS = limit.count(); }
+void CVX2D_FileLock::SetStaleLimit(std::chrono::seconds limit) {
+    g_staleLimitS = limit.count();
+}
 
 std::chrono::milliseconds CVX2D_FileLock::WaitLimit() {
     return std::chrono::milliseconds(g_waitLimitMs.load());

@@ -29,7 +29,9 @@ std::uint32_t DecodePiece(const std::wstring& text, std::size_t start, std::size
 
 } // namespace
 
-bool CGuid::IsNull() const { return *this == CGuid{}; }
+bool CGuid::IsNull() const {
+    return *this == CGuid{};
+}
 
 std::wstring GuidToText(const CGuid& g) {
     return fmt::format(L"{:08X}-{:04X}-{:04X}-{:02X}{:02X}-{:02X}{:02X}{:02X}{:02X}{:02X}{:02X}",

@@ -16,17 +16,31 @@ std::int32_t ParseAfter(const std::wstring& text, std::wstring_view prefix) {
 
 } // namespace
 
-std::wstring MakeClientKey(std::int32_t id) { return fmt::format(L"VX2D_CLIENT_{}", id); }
-std::wstring MakeProjectKey(std::int32_t id) { return fmt::format(L"VX2D_PRJ_{}", id); }
-std::wstring MakeLineKey(std::int32_t id) { return fmt::format(L"VX2D_LINE_{}", id); }
-std::wstring MakeSpecKey(std::int32_t id) { return fmt::format(L"VX2D_SPEC_{}", id); }
+std::wstring MakeClientKey(std::int32_t id) {
+    return fmt::format(L"VX2D_CLIENT_{}", id);
+}
+std::wstring MakeProjectKey(std::int32_t id) {
+    return fmt::format(L"VX2D_PRJ_{}", id);
+}
+std::wstring MakeLineKey(std::int32_t id) {
+    return fmt::format(L"VX2D_LINE_{}", id);
+}
+std::wstring MakeSpecKey(std::int32_t id) {
+    return fmt::format(L"VX2D_SPEC_{}", id);
+}
 
-std::int32_t ParseClientKey(const std::wstring& text) { return ParseAfter(text, L"VX2D_CLIENT_"); }
+std::int32_t ParseClientKey(const std::wstring& text) {
+    return ParseAfter(text, L"VX2D_CLIENT_");
+}
 std::int32_t ParseProjectKey(const std::wstring& text) {
     return ParseAfter(ToUpper(text), L"VX2D_PRJ_");
 }
-std::int32_t ParseLineKey(const std::wstring& text) { return ParseAfter(text, L"VX2D_LINE_"); }
-std::int32_t ParseSpecKey(const std::wstring& text) { return ParseAfter(text, L"VX2D_SPEC_"); }
+std::int32_t ParseLineKey(const std::wstring& text) {
+    return ParseAfter(text, L"VX2D_LINE_");
+}
+std::int32_t ParseSpecKey(const std::wstring& text) {
+    return ParseAfter(text, L"VX2D_SPEC_");
+}
 
 std::wstring MakeProjectLabel(std::int32_t id, const std::wstring& name) {
     return MakeProjectKey(id) + L" - " + name;
@@ -62,6 +76,10 @@ std::wstring MakeDefaultProjectName(CVX2D_IniFile& projectDatafile) {
     return name;
 }
 
-std::wstring MakeDefaultClientName(std::int32_t clientId) { return fmt::format(L"Client {}", clientId); }
+std::wstring MakeDefaultClientName(std::int32_t clientId) {
+    return fmt::format(L"Client {}", clientId);
+}
 
-std::wstring MakeCopyName(const std::wstring& sourceName) { return L"Copy of " + sourceName; }
+std::wstring MakeCopyName(const std::wstring& sourceName) {
+    return L"Copy of " + sourceName;
+}

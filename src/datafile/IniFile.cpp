@@ -16,7 +16,9 @@ namespace {
 constexpr std::wstring_view kSectionTrim = L"[]\n \t";
 constexpr std::wstring_view kKeyTrim = L"[]\n\t";
 
-std::wstring TrimKey(const std::wstring& key) { return TrimChars(key, kKeyTrim); }
+std::wstring TrimKey(const std::wstring& key) {
+    return TrimChars(key, kKeyTrim);
+}
 
 std::wstring DefaultPath() {
     std::wstring path = platform::ExecutablePath();
@@ -84,11 +86,17 @@ CVX2D_IniFile& CVX2D_IniFile::operator=(const CVX2D_IniFile& other) {
     return *this;
 }
 
-std::wstring CVX2D_IniFile::FormatInt(int value) { return fmt::format(L"{}", value); }
+std::wstring CVX2D_IniFile::FormatInt(int value) {
+    return fmt::format(L"{}", value);
+}
 
-std::wstring CVX2D_IniFile::FormatLong(std::int32_t value) { return fmt::format(L"{}", value); }
+std::wstring CVX2D_IniFile::FormatLong(std::int32_t value) {
+    return fmt::format(L"{}", value);
+}
 
-std::wstring CVX2D_IniFile::FormatDouble(double value) { return fmt::format(L"{:f}", value); }
+std::wstring CVX2D_IniFile::FormatDouble(double value) {
+    return fmt::format(L"{:f}", value);
+}
 
 int CVX2D_IniFile::Open(const std::wstring& path) {
     m_strPath = path;
@@ -108,7 +116,9 @@ int CVX2D_IniFile::OpenForUpdate(const std::wstring& path) {
     return Reload();
 }
 
-void CVX2D_IniFile::Unlock() { m_lock.Release(); }
+void CVX2D_IniFile::Unlock() {
+    m_lock.Release();
+}
 
 int CVX2D_IniFile::Reload() {
     std::string bytes;
@@ -168,17 +178,19 @@ int CVX2D_IniFile::Save(bool bForce) {
             return eCantCreate;
     }
 
-    std::stable_sort(m_arrEntries.begin(), m_arrEntries.end(), [](const SEntry& a, const SEntry& b) {
-        if (a.section != b.section)
-            return a.section < b.section;
-        return a.key < b.key;
-    });
+    std::stable_sort(m_arrEntries.begin(), m_arrEntries.end(),
+                     [](const SEntry& a, const SEntry& b) {
+                         if (a.section != b.section)
+                             return a.section < b.section;
+                         return a.key < b.key;
+                     });
     Invalidate();
 
     std::string out;
     for (std::size_t i = 0; i < m_arrEntries.size(); ++i) {
         const SEntry& e = m_arrEntries[i];
-        const bool newSection = i == 0 ? !e.section.empty() : e.section != m_arrEntries[i - 1].section;
+        const bool newSection =
+            i == 0 ? !e.section.empty() : e.section != m_arrEntries[i - 1].section;
         if (newSection) {
             if (i != 0)
                 out += "\r\n";
@@ -221,7 +233,9 @@ void CVX2D_IniFile::Clear() {
     Invalidate();
 }
 
-void CVX2D_IniFile::SetSection(const std::wstring& name) { m_strSection = TrimChars(name, kSectionTrim); }
+void CVX2D_IniFile::SetSection(const std::wstring& name) {
+    m_strSection = TrimChars(name, kSectionTrim);
+}
 
 void CVX2D_IniFile::Invalidate() {
     m_bKeyIndexValid = false;
@@ -305,7 +319,9 @@ void CVX2D_IniFile::SetString(const std::wstring& rawKey, const std::wstring& va
     m_keyIndex.try_emplace({m_strSection, key}, m_arrEntries.size() - 1);
 }
 
-void CVX2D_IniFile::SetInt(const std::wstring& key, int value) { SetString(key, FormatInt(value)); }
+void CVX2D_IniFile::SetInt(const std::wstring& key, int value) {
+    SetString(key, FormatInt(value));
+}
 
 void CVX2D_IniFile::SetInt(const std::wstring& key, std::uint32_t value) {
     // "%d" of an unsigned value prints its two's-complement reading.
@@ -338,7 +354,8 @@ void CVX2D_IniFile::DeleteKey(const std::wstring& key) {
 }
 
 void CVX2D_IniFile::DeleteSection(const std::wstring& name) {
-    const auto removed = std::erase_if(m_arrEntries, [&](const SEntry& e) { return e.section == name; });
+    const auto removed =
+        std::erase_if(m_arrEntries, [&](const SEntry& e) { return e.section == name; });
     if (removed > 0) {
         m_bModified = true;
         Invalidate();

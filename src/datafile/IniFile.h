@@ -66,7 +66,8 @@ public:
     void DeleteKey(const std::wstring& key);
     void DeleteSection(const std::wstring& name);
 
-    void GetSectionEntries(std::vector<std::wstring>& keys, std::vector<std::wstring>& values) const;
+    void GetSectionEntries(std::vector<std::wstring>& keys,
+                           std::vector<std::wstring>& values) const;
     void SetSectionEntries(const std::vector<std::wstring>& keys,
                            const std::vector<std::wstring>& values);
     std::wstring FindKeyByValue(const std::wstring& value) const;
@@ -87,7 +88,8 @@ private:
     struct SPairHash {
         std::size_t operator()(const std::pair<std::wstring, std::wstring>& p) const noexcept;
     };
-    using CIndex = std::unordered_map<std::pair<std::wstring, std::wstring>, std::size_t, SPairHash>;
+    using CIndex =
+        std::unordered_map<std::pair<std::wstring, std::wstring>, std::size_t, SPairHash>;
 
     const SEntry* Find(const std::wstring& section, const std::wstring& key) const;
     std::size_t FindExact(const std::wstring& section, const std::wstring& key) const;

@@ -6,7 +6,8 @@
 // Room left for the files and sub-folders a standard keeps inside its folder.
 constexpr std::size_t kRoomInside = 40;
 
-bool IsValidName(const std::wstring& rawName, const std::wstring& folder, const std::wstring& prefix) {
+bool IsValidName(const std::wstring& rawName, const std::wstring& folder,
+                 const std::wstring& prefix) {
     const std::wstring name = TrimBlanks(rawName);
     if (name.empty() || name == L"." || name == L"..")
         return false;

@@ -45,9 +45,13 @@ wchar_t FoldLower(wchar_t c) {
 
 } // namespace
 
-int WToI(std::wstring_view text) { return Clamp<int>(ParseLongLong(text)); }
+int WToI(std::wstring_view text) {
+    return Clamp<int>(ParseLongLong(text));
+}
 
-std::int32_t WToL(std::wstring_view text) { return Clamp<std::int32_t>(ParseLongLong(text)); }
+std::int32_t WToL(std::wstring_view text) {
+    return Clamp<std::int32_t>(ParseLongLong(text));
+}
 
 double WToF(std::wstring_view text) {
     const std::wstring buffer(text);
@@ -62,7 +66,9 @@ std::wstring TrimChars(std::wstring_view text, std::wstring_view chars) {
     return std::wstring(text.substr(first, last - first + 1));
 }
 
-std::wstring TrimBlanks(std::wstring_view text) { return TrimChars(text, L" \t"); }
+std::wstring TrimBlanks(std::wstring_view text) {
+    return TrimChars(text, L" \t");
+}
 
 std::wstring ToUpper(std::wstring_view text) {
     std::wstring out(text);

@@ -31,7 +31,8 @@ std::wstring CIniRegistry::DefaultUserFolder() {
 }
 
 std::wstring CIniRegistry::FileOf(ERegistryRoot root) const {
-    const std::wstring& folder = root == ERegistryRoot::CurrentUser ? m_userFolder : m_machineFolder;
+    const std::wstring& folder =
+        root == ERegistryRoot::CurrentUser ? m_userFolder : m_machineFolder;
     return WithTrailingSeparator(folder) + L"registry.ini";
 }
 
@@ -70,7 +71,8 @@ bool CIniRegistry::SetString(ERegistryRoot root, const std::wstring& path, const
     return ini.Save(false) == CVX2D_IniFile::eOk;
 }
 
-bool CIniRegistry::DeleteValue(ERegistryRoot root, const std::wstring& path, const std::wstring& name) {
+bool CIniRegistry::DeleteValue(ERegistryRoot root, const std::wstring& path,
+                               const std::wstring& name) {
     CVX2D_IniFile ini;
     if (ini.OpenForUpdate(FileOf(root)) != CVX2D_IniFile::eOk)
         return false;
@@ -80,5 +82,7 @@ bool CIniRegistry::DeleteValue(ERegistryRoot root, const std::wstring& path, con
 }
 
 #ifndef _WIN32
-std::unique_ptr<IRegistry> MakeSystemRegistry() { return std::make_unique<CIniRegistry>(); }
+std::unique_ptr<IRegistry> MakeSystemRegistry() {
+    return std::make_unique<CIniRegistry>();
+}
 #endif

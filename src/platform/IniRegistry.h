@@ -15,7 +15,8 @@ public:
                    std::wstring& value) const override;
     bool SetString(ERegistryRoot root, const std::wstring& path, const std::wstring& name,
                    const std::wstring& value) override;
-    bool DeleteValue(ERegistryRoot root, const std::wstring& path, const std::wstring& name) override;
+    bool DeleteValue(ERegistryRoot root, const std::wstring& path,
+                     const std::wstring& name) override;
 
     std::wstring FileOf(ERegistryRoot root) const;
 

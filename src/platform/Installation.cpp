@@ -29,9 +29,13 @@ std::wstring CInstallation::DatafilesFile(const std::wstring& name) const {
     return base.empty() ? base : base + name;
 }
 
-std::wstring CInstallation::LocalAppPath() const { return Value(L"LocalAppPath"); }
+std::wstring CInstallation::LocalAppPath() const {
+    return Value(L"LocalAppPath");
+}
 
-std::wstring CInstallation::NetworkAppPath() const { return Value(L"NetworkAppPath"); }
+std::wstring CInstallation::NetworkAppPath() const {
+    return Value(L"NetworkAppPath");
+}
 
 std::wstring CInstallation::ApplicationFolderName(int application) {
     switch (application) {
@@ -73,7 +77,8 @@ std::wstring CInstallation::SuiteCommonFolder(const std::wstring& sub) const {
 
 std::wstring CInstallation::ShippedDataFolder() {
     const std::filesystem::path program = platform::ToPath(platform::ExecutablePath());
-    const std::filesystem::path data = program.parent_path().parent_path() / "share" / "standards-desk";
+    const std::filesystem::path data =
+        program.parent_path().parent_path() / "share" / "standards-desk";
     std::error_code ec;
     if (!std::filesystem::is_directory(data, ec))
         return {};

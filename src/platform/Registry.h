@@ -20,7 +20,8 @@ public:
                              const std::wstring& name) = 0;
 
     // The value, or the empty string.
-    std::wstring Read(ERegistryRoot root, const std::wstring& path, const std::wstring& name) const {
+    std::wstring Read(ERegistryRoot root, const std::wstring& path,
+                      const std::wstring& name) const {
         std::wstring value;
         GetString(root, path, name, value);
         return value;

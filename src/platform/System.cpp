@@ -8,10 +8,10 @@
 
 #ifdef _WIN32
 #include <io.h>
-#include <process.h>
-#include <windows.h>
 #include <lmcons.h>
 #include <objbase.h>
+#include <process.h>
+#include <windows.h>
 #else
 #include <csignal>
 #include <pwd.h>
@@ -27,7 +27,9 @@ namespace platform {
 
 #ifdef _WIN32
 
-std::int64_t CurrentProcessId() { return static_cast<std::int64_t>(::GetCurrentProcessId()); }
+std::int64_t CurrentProcessId() {
+    return static_cast<std::int64_t>(::GetCurrentProcessId());
+}
 
 std::wstring HostName() {
     wchar_t buffer[MAX_COMPUTERNAME_LENGTH + 1];
@@ -69,9 +71,15 @@ std::array<std::uint8_t, 16> NewGuidBytes() {
     return bytes;
 }
 
-std::size_t MaxNameLength() { return 255; }
-std::size_t MaxPathLength() { return MAX_PATH - 1; }
-std::size_t NativeLength(const std::wstring& text) { return text.size(); }
+std::size_t MaxNameLength() {
+    return 255;
+}
+std::size_t MaxPathLength() {
+    return MAX_PATH - 1;
+}
+std::size_t NativeLength(const std::wstring& text) {
+    return text.size();
+}
 
 std::FILE* OpenFile(const std::filesystem::path& path, const char* mode) {
     std::wstring wmode(mode, mode + std::char_traits<char>::length(mode));
@@ -90,7 +98,8 @@ std::wstring GetEnv(const char* name) {
     return value ? std::wstring(value) : std::wstring();
 }
 
-std::int64_t StartProcess(const std::filesystem::path& program, const std::vector<std::wstring>& args) {
+std::int64_t StartProcess(const std::filesystem::path& program,
+                          const std::vector<std::wstring>& args) {
     std::vector<const wchar_t*> argv;
     argv.push_back(program.c_str());
     for (const auto& arg : args)
@@ -108,7 +117,9 @@ int WaitProcess(std::int64_t pid) {
 
 #else
 
-std::int64_t CurrentProcessId() { return static_cast<std::int64_t>(::getpid()); }
+std::int64_t CurrentProcessId() {
+    return static_cast<std::int64_t>(::getpid());
+}
 
 std::wstring HostName() {
     char buffer[HOST_NAME_MAX + 1] = {};
@@ -141,9 +152,15 @@ std::array<std::uint8_t, 16> NewGuidBytes() {
     return bytes;
 }
 
-std::size_t MaxNameLength() { return NAME_MAX; }
-std::size_t MaxPathLength() { return PATH_MAX - 1; }
-std::size_t NativeLength(const std::wstring& text) { return ToUtf8(text).size(); }
+std::size_t MaxNameLength() {
+    return NAME_MAX;
+}
+std::size_t MaxPathLength() {
+    return PATH_MAX - 1;
+}
+std::size_t NativeLength(const std::wstring& text) {
+    return ToUtf8(text).size();
+}
 
 std::FILE* OpenFile(const std::filesystem::path& path, const char* mode) {
     return std::fopen(path.c_str(), mode);
@@ -160,7 +177,8 @@ std::wstring GetEnv(const char* name) {
     return value ? FromUtf8(value) : std::wstring();
 }
 
-std::int64_t StartProcess(const std::filesystem::path& program, const std::vector<std::wstring>& args) {
+std::int64_t StartProcess(const std::filesystem::path& program,
+                          const std::vector<std::wstring>& args) {
     std::vector<std::string> storage;
     storage.push_back(program.string());
     for (const auto& arg : args)

@@ -45,7 +45,8 @@ std::wstring GetEnv(const char* name);
 
 // Starts a program with arguments (no shell) and returns its process id, or
 // -1 when it cannot be started.
-std::int64_t StartProcess(const std::filesystem::path& program, const std::vector<std::wstring>& args);
+std::int64_t StartProcess(const std::filesystem::path& program,
+                          const std::vector<std::wstring>& args);
 
 // Waits for a process started by StartProcess; returns its exit code, or -1.
 int WaitProcess(std::int64_t pid);

@@ -28,8 +28,8 @@ public:
         wchar_t buffer[1024] = {};
         DWORD size = sizeof buffer - sizeof(wchar_t);
         DWORD type = 0;
-        const LONG rc = ::RegQueryValueExW(key, name.empty() ? nullptr : name.c_str(), nullptr, &type,
-                                           reinterpret_cast<BYTE*>(buffer), &size);
+        const LONG rc = ::RegQueryValueExW(key, name.empty() ? nullptr : name.c_str(), nullptr,
+                                           &type, reinterpret_cast<BYTE*>(buffer), &size);
         ::RegCloseKey(key);
         if (rc != ERROR_SUCCESS || (type != REG_SZ && type != REG_EXPAND_SZ))
             return false;
@@ -52,7 +52,8 @@ public:
         return rc == ERROR_SUCCESS;
     }
 
-    bool DeleteValue(ERegistryRoot root, const std::wstring& path, const std::wstring& name) override {
+    bool DeleteValue(ERegistryRoot root, const std::wstring& path,
+                     const std::wstring& name) override {
         HKEY key = nullptr;
         if (::RegOpenKeyExW(RootKey(root), path.c_str(), 0, KEY_WRITE, &key) != ERROR_SUCCESS)
             return false;
@@ -64,4 +65,6 @@ public:
 
 } // namespace
 
-std::unique_ptr<IRegistry> MakeSystemRegistry() { return std::make_unique<CWindowsRegistry>(); }
+std::unique_ptr<IRegistry> MakeSystemRegistry() {
+    return std::make_unique<CWindowsRegistry>();
+}

@@ -13,7 +13,9 @@ namespace {
 const std::wstring kGeneral = L"General";
 const std::wstring kClientList = L"ClientList";
 
-std::wstring IdText(std::int32_t id) { return CVX2D_IniFile::FormatLong(id); }
+std::wstring IdText(std::int32_t id) {
+    return CVX2D_IniFile::FormatLong(id);
+}
 
 } // namespace
 

@@ -34,8 +34,10 @@ public:
     bool AddProjectToClient(std::int32_t clientId, std::int32_t projectId);
     bool RemoveProjectFromClient(std::int32_t clientId, std::int32_t projectId);
     // Client id 0 on either side means no client.
-    bool MoveProjectToClient(std::int32_t projectId, std::int32_t fromClient, std::int32_t toClient);
-    bool FindClientOfProject(std::int32_t projectId, std::int32_t& clientId, std::wstring& clientName) const;
+    bool MoveProjectToClient(std::int32_t projectId, std::int32_t fromClient,
+                             std::int32_t toClient);
+    bool FindClientOfProject(std::int32_t projectId, std::int32_t& clientId,
+                             std::wstring& clientName) const;
 
 private:
     std::wstring Path() const { return m_datafiles.ClientDatafile(); }

@@ -14,7 +14,8 @@ std::wstring CVX2D_FolderTree::BackupNameFor(const std::wstring& folder) {
     const std::wstring name = platform::FromPath(path.filename());
     std::error_code ec;
     for (int n = 1;; ++n) {
-        std::wstring candidate = fmt::format(L"{}{}Backup ({}) of {}", parent, kPathSeparator, n, name);
+        std::wstring candidate =
+            fmt::format(L"{}{}Backup ({}) of {}", parent, kPathSeparator, n, name);
         if (!fs::exists(platform::ToPath(candidate), ec))
             return candidate;
     }
@@ -25,7 +26,8 @@ bool CVX2D_FolderTree::CopyTree(const std::wstring& source, const std::wstring& 
     const fs::path to = platform::ToPath(WithoutTrailingSeparator(destination));
     std::error_code ec;
     if (!fs::is_directory(from, ec)) {
-        m_prompter.Show(L"The following source folder does not exist:\n" + source, EPromptIcon::Stop);
+        m_prompter.Show(L"The following source folder does not exist:\n" + source,
+                        EPromptIcon::Stop);
         return false;
     }
     if (fs::exists(to, ec)) {
@@ -35,7 +37,8 @@ bool CVX2D_FolderTree::CopyTree(const std::wstring& source, const std::wstring& 
                          L"backup the destination folder to:\n{}\n\nor 'NO' to overwrite the "
                          L"destination folder.",
                          destination, backup),
-             L"Move Folder", EPromptButtons::YesNoCancel, EPromptIcon::Question, EPromptAnswer::Yes});
+             L"Move Folder", EPromptButtons::YesNoCancel, EPromptIcon::Question,
+             EPromptAnswer::Yes});
         if (answer == EPromptAnswer::Cancel)
             return false;
         if (answer == EPromptAnswer::Yes) {

@@ -9,15 +9,16 @@
 class CVX2D_FolderTree {
 public:
     explicit CVX2D_FolderTree(IPrompter& prompter) : m_prompter(prompter) {}
+    virtual ~CVX2D_FolderTree() = default;
 
     // Copies every file and sub-folder of `source` into `destination`
     // (created with its parents). When `destination` exists the user chooses:
     // Yes moves it aside to "<parent>/Backup (n) of <name>", No copies over it,
     // Cancel gives up.
-    bool CopyTree(const std::wstring& source, const std::wstring& destination);
+    virtual bool CopyTree(const std::wstring& source, const std::wstring& destination);
 
     // Deletes the folder and everything in it; true when nothing is left.
-    bool DeleteTree(const std::wstring& folder);
+    virtual bool DeleteTree(const std::wstring& folder);
 
     // The first "Backup (n) of <name>" beside `folder` that does not exist.
     static std::wstring BackupNameFor(const std::wstring& folder);

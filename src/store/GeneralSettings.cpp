@@ -34,7 +34,8 @@ std::wstring* CVX2D_GeneralSettings::DrawingsField(int application) {
 }
 
 std::wstring CVX2D_GeneralSettings::GetDrawingsLocation(int application) const {
-    const std::wstring* field = const_cast<CVX2D_GeneralSettings*>(this)->DrawingsField(application);
+    const std::wstring* field =
+        const_cast<CVX2D_GeneralSettings*>(this)->DrawingsField(application);
     return field ? WithTrailingSeparator(*field) : std::wstring();
 }
 
@@ -73,7 +74,8 @@ bool CVX2D_GeneralSettings::Load(const CVX2D_ProjectRegistry& registry, std::int
     ini.GetInt(L"ProjectVersion", m_nProjectVersion, 2015);
     ini.SetSection(kDrawings);
     for (int application = 1; application <= 4; ++application)
-        ini.GetString(DrawingsKey(application, m_nProjectVersion), *DrawingsField(application), L"");
+        ini.GetString(DrawingsKey(application, m_nProjectVersion), *DrawingsField(application),
+                      L"");
     m_bLoaded = true;
     return true;
 }

@@ -135,7 +135,8 @@ std::wstring CVX2D_ProjectRegistry::LookupName(CVX2D_IniFile& ini, std::int32_t 
     return name;
 }
 
-std::wstring CVX2D_ProjectRegistry::GetProjectName(std::int32_t id, bool active, bool deleted) const {
+std::wstring CVX2D_ProjectRegistry::GetProjectName(std::int32_t id, bool active,
+                                                   bool deleted) const {
     CVX2D_IniFile ini;
     if (id < 1 || !OpenForReading(ini))
         return {};
@@ -186,7 +187,8 @@ EProjectResult CVX2D_ProjectRegistry::FindFolder(std::int32_t id, std::wstring n
     return eProjectOk;
 }
 
-EProjectResult CVX2D_ProjectRegistry::GetProjectFolder(std::int32_t id, std::wstring& folder) const {
+EProjectResult CVX2D_ProjectRegistry::GetProjectFolder(std::int32_t id,
+                                                       std::wstring& folder) const {
     folder.clear();
     if (id < 1)
         return eProjectInvalidId;
@@ -251,7 +253,7 @@ EProjectResult CVX2D_ProjectRegistry::RollBack(CVX2D_IniFile& ini, std::int32_t 
                                                const std::wstring& createdFolder,
                                                EProjectResult failure) {
     if (!createdFolder.empty())
-        CVX2D_FolderTree(m_prompter).DeleteTree(createdFolder);
+        Tree().DeleteTree(createdFolder);
     if (ini.Reload() != CVX2D_IniFile::eOk)
         return eProjectCantOpenDatafile;
     ini.SetSection(kGeneral);
@@ -293,7 +295,7 @@ EProjectResult CVX2D_ProjectRegistry::CreateProject(const SNewProject& project, 
         fs::create_directories(platform::ToPath(folder), ec);
         if (!IsDir(folder))
             return RollBack(ini, newId, existed ? L"" : folder, eProjectCantCreateFolder);
-    } else if (!CVX2D_FolderTree(m_prompter).CopyTree(templateFolder, folder)) {
+    } else if (!Tree().CopyTree(templateFolder, folder)) {
         return RollBack(ini, newId, existed ? L"" : folder, eProjectErrorCopyingTemplateFolder);
     }
     GiveNewGuid(folder);
@@ -331,7 +333,7 @@ EProjectResult CVX2D_ProjectRegistry::CopyProject(std::int32_t id, std::int32_t&
     if (result == eProjectOk) {
         if (ProjectVersionOf(sourceFolder) < 2016)
             UpgradeOldFolderLayout(sourceFolder);
-        if (!CVX2D_FolderTree(m_prompter).CopyTree(sourceFolder, folder))
+        if (!Tree().CopyTree(sourceFolder, folder))
             result = eProjectErrorCopyingFolder;
     }
     if (result != eProjectOk)
@@ -347,7 +349,8 @@ EProjectResult CVX2D_ProjectRegistry::RenameProject(std::int32_t id, const std::
     if (id < 1)
         return eProjectInvalidId;
     const std::wstring name = TrimBlanks(rawName);
-    if (name.empty() || !IsValidName(name, m_datafiles.ProjectsFolder(), MakeProjectKey(id) + L" - "))
+    if (name.empty() ||
+        !IsValidName(name, m_datafiles.ProjectsFolder(), MakeProjectKey(id) + L" - "))
         return eProjectInvalidName;
     CVX2D_IniFile ini;
     if (m_datafiles.ProjectDatafile().empty() ||
@@ -429,7 +432,7 @@ EProjectResult CVX2D_ProjectRegistry::PurgeProject(std::int32_t id) {
     ini.SetSection(kDeletedProjects);
     ini.DeleteKey(key);
     ini.Save();
-    if (!CVX2D_FolderTree(m_prompter).DeleteTree(folder)) {
+    if (!Tree().DeleteTree(folder)) {
         // The standard stays visible as deleted; the user sees it was not purged.
         if (ini.Reload() != CVX2D_IniFile::eOk)
             return eProjectCantOpenDatafile;
@@ -462,7 +465,8 @@ EProjectResult CVX2D_ProjectRegistry::CheckProjectRegistry() {
     ini.SetLong(kLastProjectId, last);
 
     bool folderListed = false;
-    const auto folders = FoldersStartingWith(m_datafiles.ProjectsFolder(), L"VX2D_PRJ_", folderListed);
+    const auto folders =
+        FoldersStartingWith(m_datafiles.ProjectsFolder(), L"VX2D_PRJ_", folderListed);
     // A standards folder that cannot be read at all (a share that is away)
     // says nothing about which standards exist: keep the lists as they are.
     if (!folderListed)

@@ -5,6 +5,7 @@
 
 #include "datafile/ProjectResult.h"
 #include "store/Datafiles.h"
+#include "store/FolderTree.h"
 #include "store/Prompter.h"
 
 #include <cstdint>
@@ -21,16 +22,20 @@ struct SProjectInfo {
 
 struct SNewProject {
     std::wstring name;
-    int units = 0;           // 0 metric, anything else imperial
-    int templateNumber = 0;  // 1 metric, 2 imperial, -1 an empty folder, 0 chosen by units
+    int units = 0;          // 0 metric, anything else imperial
+    int templateNumber = 0; // 1 metric, 2 imperial, -1 an empty folder, 0 chosen by units
     std::int32_t clientId = 0;
-    bool oldFormat = false;  // made from the templates of the 2015 layout
+    bool oldFormat = false; // made from the templates of the 2015 layout
 };
 
 class CVX2D_ProjectRegistry {
 public:
     CVX2D_ProjectRegistry(const CVX2D_Datafiles& datafiles, IPrompter& prompter)
-        : m_datafiles(datafiles), m_prompter(prompter) {}
+        : m_datafiles(datafiles), m_prompter(prompter), m_defaultTree(prompter) {}
+
+    // Copies and deletes folder trees through `tree` instead of the disk's
+    // own service (a shell with progress, a test that makes a step fail).
+    void SetFolderTree(CVX2D_FolderTree* tree) { m_pTree = tree; }
 
     const CVX2D_Datafiles& Datafiles() const { return m_datafiles; }
     IPrompter& Prompter() const { return m_prompter; }
@@ -41,7 +46,8 @@ public:
     EProjectResult GetProjectFolder(std::int32_t id, std::wstring& folder) const;
     std::vector<std::int32_t> GetProjectIds(bool active, bool deleted) const;
     // Ids, names and states from one read of the datafile, active first.
-    EProjectResult ListProjects(bool active, bool deleted, std::vector<SProjectInfo>& projects) const;
+    EProjectResult ListProjects(bool active, bool deleted,
+                                std::vector<SProjectInfo>& projects) const;
     std::wstring GetDefaultProjectName() const;
 
     EProjectResult CreateProject(const SNewProject& project, std::int32_t& id);
@@ -65,6 +71,10 @@ private:
     EProjectResult RollBack(CVX2D_IniFile& ini, std::int32_t id, const std::wstring& createdFolder,
                             EProjectResult failure);
 
+    CVX2D_FolderTree& Tree() { return m_pTree ? *m_pTree : m_defaultTree; }
+
     const CVX2D_Datafiles& m_datafiles;
     IPrompter& m_prompter;
+    CVX2D_FolderTree m_defaultTree;
+    CVX2D_FolderTree* m_pTree = nullptr;
 };

@@ -16,19 +16,22 @@ bool SeedTemplateFolders(const CVX2D_Datafiles& datafiles, const std::wstring& s
         return false;
     bool complete = true;
     for (const auto& name : TemplateFolderNames()) {
-        const fs::path target = platform::ToPath(WithoutTrailingSeparator(datafiles.TemplateFolder(name)));
+        const fs::path target =
+            platform::ToPath(WithoutTrailingSeparator(datafiles.TemplateFolder(name)));
         std::error_code ec;
         if (fs::is_directory(target, ec))
             continue;
-        const fs::path source = platform::ToPath(WithTrailingSeparator(shippedFolder) + L"Template") /
-                                platform::ToPath(name);
+        const fs::path source =
+            platform::ToPath(WithTrailingSeparator(shippedFolder) + L"Template") /
+            platform::ToPath(name);
         if (shippedFolder.empty() || !fs::is_directory(source, ec)) {
             complete = false;
             continue;
         }
         fs::create_directories(target, ec);
         if (!ec)
-            fs::copy(source, target, fs::copy_options::recursive | fs::copy_options::skip_existing, ec);
+            fs::copy(source, target, fs::copy_options::recursive | fs::copy_options::skip_existing,
+                     ec);
         complete = complete && !ec && fs::is_directory(target, ec);
     }
     return complete;

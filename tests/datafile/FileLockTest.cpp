@@ -20,7 +20,8 @@ protected:
 
     // A lock file as another process would have left it.
     void PlantLock(const std::string& host, std::int64_t pid) {
-        test::WriteBytes(test::P(CVX2D_FileLock::LockPathOf(file)), fmt::format("{}\n{}\n", host, pid));
+        test::WriteBytes(test::P(CVX2D_FileLock::LockPathOf(file)),
+                         fmt::format("{}\n{}\n", host, pid));
     }
     std::string ThisHost() const {
         const std::wstring host = platform::HostName();

@@ -1,5 +1,5 @@
-#include "datafile/Guid.h"
 #include "datafile/Ids.h"
+#include "datafile/Guid.h"
 #include "datafile/IniFile.h"
 #include "datafile/Names.h"
 #include "datafile/ProjectResult.h"
@@ -17,10 +17,9 @@ TEST(IdsTest, FormsAndParsesNumberedNames) {
     EXPECT_EQ(MakeClientProjectListSection(3), L"ProjectList - 3");
 
     const std::pair<const wchar_t*, std::int32_t> projects[] = {
-        {L"VX2D_PRJ_12", 12},          {L"vx2d_prj_12", 12},
-        {L"/d/Projects/VX2D_PRJ_12", 12}, {L"VX2D_PRJ_3 - Pipe 4", 3},
-        {L"VX2D_PRJ_7abc", 7},         {L"Projects", 0},
-        {L"VX2D_PRJ_", 0},             {L"VX2D_PRJ_-4", -4},
+        {L"VX2D_PRJ_12", 12},        {L"vx2d_prj_12", 12},  {L"/d/Projects/VX2D_PRJ_12", 12},
+        {L"VX2D_PRJ_3 - Pipe 4", 3}, {L"VX2D_PRJ_7abc", 7}, {L"Projects", 0},
+        {L"VX2D_PRJ_", 0},           {L"VX2D_PRJ_-4", -4},
     };
     for (const auto& [text, id] : projects)
         EXPECT_EQ(ParseProjectKey(text), id) << text;
@@ -126,13 +125,26 @@ TEST(IdsTest, GivesEveryResultCodeItsText) {
 
 TEST(IdsTest, RefusesNamesThatCannotBeFolderNames) {
     const std::pair<std::wstring, bool> names[] = {
-        {L"Metric Piping", true},  {L"  Padded  ", true},       {L"caf\u00e9 \u00a7 1", true},
-        {L"", false},              {L"   ", false},             {L".", false},
-        {L"..", false},            {L"a/b", false},             {L"a\\b", false},
-        {L"x:y", false},           {L"a*", false},              {L"why?", false},
-        {L"<b>", false},           {L"a|b", false},             {L"\"q\"", false},
-        {L"tab\there", false},     {L"line\nbreak", false},     {L"euro \u20ac", false},
-        {L"ends with dot.", false}, {std::wstring(300, L'x'), false},
+        {L"Metric Piping", true},
+        {L"  Padded  ", true},
+        {L"caf\u00e9 \u00a7 1", true},
+        {L"", false},
+        {L"   ", false},
+        {L".", false},
+        {L"..", false},
+        {L"a/b", false},
+        {L"a\\b", false},
+        {L"x:y", false},
+        {L"a*", false},
+        {L"why?", false},
+        {L"<b>", false},
+        {L"a|b", false},
+        {L"\"q\"", false},
+        {L"tab\there", false},
+        {L"line\nbreak", false},
+        {L"euro \u20ac", false},
+        {L"ends with dot.", false},
+        {std::wstring(300, L'x'), false},
     };
     for (const auto& [name, valid] : names)
         EXPECT_EQ(IsValidName(name), valid) << "'" << std::string(name.begin(), name.end()) << "'";

@@ -16,9 +16,9 @@ CTempDir::CTempDir() {
     static std::atomic<unsigned> counter{0};
     std::random_device random;
     const auto stamp = std::chrono::steady_clock::now().time_since_epoch().count();
-    m_path = fs::temp_directory_path() /
-             ("sd-test-" + std::to_string(stamp) + "-" + std::to_string(random()) + "-" +
-              std::to_string(counter++));
+    m_path =
+        fs::temp_directory_path() / ("sd-test-" + std::to_string(stamp) + "-" +
+                                     std::to_string(random()) + "-" + std::to_string(counter++));
     fs::create_directories(m_path);
 }
 
@@ -28,9 +28,13 @@ CTempDir::~CTempDir() {
     fs::remove_all(m_path, ec);
 }
 
-std::wstring CTempDir::Text() const { return platform::FromPath(m_path) + L"/"; }
+std::wstring CTempDir::Text() const {
+    return platform::FromPath(m_path) + L"/";
+}
 
-std::wstring CTempDir::File(const std::wstring& name) const { return Text() + name; }
+std::wstring CTempDir::File(const std::wstring& name) const {
+    return Text() + name;
+}
 
 CDatafilesFixture::CDatafilesFixture() : m_datafiles(m_dir.Text()) {
     fs::copy(fs::path(SD_TEMPLATES_DIR) / "Template", m_dir.Path() / "Template",
@@ -50,7 +54,9 @@ void WriteBytes(const fs::path& file, const std::string& bytes) {
     out << bytes;
 }
 
-fs::path P(const std::wstring& text) { return platform::ToPath(text); }
+fs::path P(const std::wstring& text) {
+    return platform::ToPath(text);
+}
 
 EPromptAnswer CScriptedPrompter::Ask(const SPrompt& prompt) {
     asked.push_back(prompt);

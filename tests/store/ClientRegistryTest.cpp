@@ -1,0 +1,165 @@
+// The client registry: ids, names and standard lists in "ClientDatafile.ini".
+#include "store/ClientRegistry.h"
+#include "support/TestSupport.h"
+
+#include <filesystem>
+#include <gtest/gtest.h>
+
+namespace fs = std::filesystem;
+using test::ReadBytes;
+using test::WriteBytes;
+
+namespace {
+
+class ClientRegistryTest : public ::testing::Test {
+protected:
+    std::string File() const { return ReadBytes(dir.Path() / "ClientDatafile.ini"); }
+    void SetFile(const std::string& bytes) const {
+        WriteBytes(dir.Path() / "ClientDatafile.ini", bytes);
+    }
+
+    test::CTempDir dir;
+    CVX2D_Datafiles datafiles{dir.Text()};
+    CVX2D_ClientRegistry clients{datafiles};
+};
+
+// Written out of order on purpose: any rewrite would sort it.
+const std::string kTwoClients =
+    "[ProjectList - 2]\r\n7 = 7\r\n8 = 8\r\n\r\n[ClientList]\r\n"
+    "VX2D_CLIENT_2 = Beta\r\nVX2D_CLIENT_1 = Alpha\r\n\r\n"
+    "[ProjectList - 1]\r\n3 = 3\r\n\r\n[General]\r\nLastClientId = 2\r\n";
+
+TEST_F(ClientRegistryTest, CreateHandsOutNumberedClientsAndNeverReusesIds) {
+    std::int32_t id = 0;
+    std::wstring name;
+    ASSERT_TRUE(clients.CreateClient(id, name));
+    EXPECT_EQ(id, 1);
+    EXPECT_EQ(name, L"Client 1");
+    EXPECT_EQ(File(),
+              "[ClientList]\r\nVX2D_CLIENT_1 = Client 1\r\n\r\n[General]\r\nLastClientId = 1\r\n");
+
+    ASSERT_TRUE(clients.RenameClient(1, L"Acme"));
+    ASSERT_TRUE(clients.DeleteClient(1));
+    ASSERT_TRUE(clients.CreateClient(id, name));
+    EXPECT_EQ(id, 2);
+    EXPECT_EQ(name, L"Client 2");
+    EXPECT_EQ(File(),
+              "[ClientList]\r\nVX2D_CLIENT_2 = Client 2\r\n\r\n[General]\r\nLastClientId = 2\r\n");
+}
+
+TEST_F(ClientRegistryTest, RenameRefusesNamesThatCannotBeStored) {
+    SetFile(kTwoClients);
+    const std::wstring refused[] = {L"", L"   ", L"a/b", L"a\\b", L"x:y", L"..", L"\u20AC"};
+    for (const auto& name : refused)
+        EXPECT_FALSE(clients.RenameClient(1, name)) << name.size();
+    EXPECT_FALSE(clients.RenameClient(0, L"Nobody"));
+    EXPECT_EQ(File(), kTwoClients);
+
+    EXPECT_TRUE(clients.RenameClient(1, L"Acme & Sons"));
+    EXPECT_EQ(clients.GetClientName(1), L"Acme & Sons");
+    EXPECT_EQ(File(), "[ClientList]\r\nVX2D_CLIENT_1 = Acme & Sons\r\nVX2D_CLIENT_2 = Beta\r\n\r\n"
+                      "[General]\r\nLastClientId = 2\r\n\r\n[ProjectList - 1]\r\n3 = 3\r\n\r\n"
+                      "[ProjectList - 2]\r\n7 = 7\r\n8 = 8\r\n");
+}
+
+TEST_F(ClientRegistryTest, DeleteClientLeavesItsStandardsInTheStandardRegistry) {
+    SetFile(kTwoClients);
+    const std::string projects = "[General]\r\nLastProjectId = 8\r\n\r\n[ProjectList]\r\n"
+                                 "VX2D_PRJ_7 = Seven\r\nVX2D_PRJ_8 = Eight\r\n";
+    WriteBytes(dir.Path() / "ProjectDatafile.ini", projects);
+    EXPECT_FALSE(clients.DeleteClient(0));
+    EXPECT_FALSE(clients.DeleteClient(-1));
+    EXPECT_EQ(File(), kTwoClients);
+
+    EXPECT_TRUE(clients.DeleteClient(2));
+    EXPECT_EQ(File(),
+              "[ClientList]\r\nVX2D_CLIENT_1 = Alpha\r\n\r\n[General]\r\nLastClientId = 2\r\n\r\n"
+              "[ProjectList - 1]\r\n3 = 3\r\n");
+    EXPECT_EQ(ReadBytes(dir.Path() / "ProjectDatafile.ini"), projects);
+    std::int32_t clientId = 5;
+    std::wstring clientName = L"x";
+    EXPECT_FALSE(clients.FindClientOfProject(7, clientId, clientName));
+    EXPECT_EQ(clientId, 0);
+    EXPECT_EQ(clientName, L"");
+}
+
+TEST_F(ClientRegistryTest, MovingAStandardBetweenClients) {
+    SetFile(kTwoClients);
+    EXPECT_TRUE(clients.MoveProjectToClient(7, 2, 2));
+    EXPECT_FALSE(clients.MoveProjectToClient(0, 2, 1));
+    EXPECT_FALSE(clients.AddProjectToClient(0, 9));
+    EXPECT_FALSE(clients.AddProjectToClient(1, 0));
+    EXPECT_FALSE(clients.RemoveProjectFromClient(0, 7));
+    EXPECT_EQ(File(), kTwoClients);
+
+    struct SStep {
+        std::int32_t from, to;
+        const char* lists; // the "ProjectList - n" sections afterwards
+        std::int32_t client;
+    };
+    const SStep steps[] = {
+        {2, 1, "[ProjectList - 1]\r\n3 = 3\r\n7 = 7\r\n\r\n[ProjectList - 2]\r\n8 = 8\r\n", 1},
+        {1, 0, "[ProjectList - 1]\r\n3 = 3\r\n\r\n[ProjectList - 2]\r\n8 = 8\r\n", 0},
+        {0, 2, "[ProjectList - 1]\r\n3 = 3\r\n\r\n[ProjectList - 2]\r\n7 = 7\r\n8 = 8\r\n", 2},
+    };
+    for (const auto& s : steps) {
+        EXPECT_TRUE(clients.MoveProjectToClient(7, s.from, s.to));
+        EXPECT_EQ(
+            File(),
+            std::string("[ClientList]\r\nVX2D_CLIENT_1 = Alpha\r\nVX2D_CLIENT_2 = Beta\r\n\r\n"
+                        "[General]\r\nLastClientId = 2\r\n\r\n") +
+                s.lists);
+        std::int32_t clientId = -1;
+        std::wstring clientName;
+        EXPECT_EQ(clients.FindClientOfProject(7, clientId, clientName), s.client != 0);
+        EXPECT_EQ(clientId, s.client);
+        EXPECT_EQ(clientName, s.client == 1 ? L"Alpha" : s.client == 2 ? L"Beta" : L"");
+    }
+    EXPECT_TRUE(clients.RemoveProjectFromClient(2, 8));
+    EXPECT_TRUE(clients.AddProjectToClient(1, 5));
+    EXPECT_EQ(clients.GetClientProjectIds(1), (std::vector<std::int32_t>{3, 5}));
+    EXPECT_EQ(clients.GetClientProjectIds(2), (std::vector<std::int32_t>{7}));
+}
+
+TEST_F(ClientRegistryTest, ListClientsInFileOrderWithTheirStandards) {
+    SetFile(kTwoClients);
+    const auto list = clients.ListClients();
+    ASSERT_EQ(list.size(), 2u);
+    EXPECT_EQ(list[0].id, 2);
+    EXPECT_EQ(list[0].name, L"Beta");
+    EXPECT_EQ(list[0].projectIds, (std::vector<std::int32_t>{7, 8}));
+    EXPECT_EQ(list[1].id, 1);
+    EXPECT_EQ(list[1].name, L"Alpha");
+    EXPECT_EQ(list[1].projectIds, (std::vector<std::int32_t>{3}));
+    EXPECT_EQ(clients.GetClientIds(), (std::vector<std::int32_t>{2, 1}));
+
+    // A standard listed under two clients belongs to the first in file order.
+    SetFile("[ClientList]\r\nVX2D_CLIENT_2 = Beta\r\nVX2D_CLIENT_1 = Alpha\r\n\r\n"
+            "[ProjectList - 1]\r\n7 = 7\r\n\r\n[ProjectList - 2]\r\n7 = 7\r\n");
+    std::int32_t clientId = 0;
+    std::wstring clientName;
+    EXPECT_TRUE(clients.FindClientOfProject(7, clientId, clientName));
+    EXPECT_EQ(clientId, 2);
+    EXPECT_EQ(clientName, L"Beta");
+}
+
+TEST_F(ClientRegistryTest, UnknownDatafilesFolderFailsEverywhere) {
+    const CVX2D_Datafiles unknown(L"");
+    CVX2D_ClientRegistry none(unknown);
+    std::int32_t id = 0;
+    std::wstring name;
+    EXPECT_FALSE(none.CreateClient(id, name));
+    EXPECT_FALSE(none.RenameClient(1, L"A"));
+    EXPECT_FALSE(none.DeleteClient(1));
+    EXPECT_FALSE(none.AddProjectToClient(1, 7));
+    EXPECT_FALSE(none.RemoveProjectFromClient(1, 7));
+    EXPECT_FALSE(none.MoveProjectToClient(7, 1, 2));
+    EXPECT_FALSE(none.MoveProjectToClient(7, 1, 1));
+    EXPECT_FALSE(none.FindClientOfProject(7, id, name));
+    EXPECT_EQ(none.GetClientName(1), L"");
+    EXPECT_TRUE(none.ListClients().empty());
+    EXPECT_TRUE(none.GetClientProjectIds(1).empty());
+    EXPECT_FALSE(fs::exists("ClientDatafile.ini"));
+}
+
+} // namespace

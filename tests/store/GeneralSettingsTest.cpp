@@ -1,0 +1,148 @@
+// A standard's "General.ini": defaults, the version-dependent drawings keys,
+// the GUID and the exact bytes a save writes.
+#include "store/GeneralSettings.h"
+#include "datafile/Text.h"
+#include "store/ProjectRegistry.h"
+#include "support/TestSupport.h"
+
+#include <filesystem>
+#include <gtest/gtest.h>
+
+namespace fs = std::filesystem;
+using test::ReadBytes;
+using test::WriteBytes;
+
+namespace {
+
+std::string Narrow(const std::wstring& text) {
+    return std::string(text.begin(), text.end());
+}
+
+class GeneralSettingsTest : public ::testing::Test {
+protected:
+    void SetUp() override {
+        WriteBytes(dir.Path() / "ProjectDatafile.ini",
+                   "[ProjectList]\r\nVX2D_PRJ_1 = Pipe\r\nVX2D_PRJ_2 = No folder\r\n");
+    }
+    fs::path GeneralIni() const {
+        return dir.Path() / "Projects" / "VX2D_PRJ_1 - Pipe" / "General.ini";
+    }
+
+    test::CTempDir dir;
+    CVX2D_Datafiles datafiles{dir.Text()};
+    test::CScriptedPrompter prompter;
+    CVX2D_ProjectRegistry registry{datafiles, prompter};
+};
+
+TEST_F(GeneralSettingsTest, DrawingsKeysFollowTheVersionYear) {
+    struct SCase {
+        const char* bytes;
+        int version;
+        const wchar_t* folders[4];
+    };
+    const SCase cases[] = {
+        {"[Drawings Location]\r\nElectric = /d/e\r\nFlow = /d/f\r\nIso = /d/i\r\nOrtho = /d/o\r\n"
+         "PID = /d/new\r\n",
+         2015,
+         {L"/d/e/", L"/d/f/", L"/d/i/", L"/d/o/"}},
+        {"[Drawings Location]\r\nFlow = /d/f\r\n\r\n[General]\r\nProjectVersion = 2016\r\n",
+         2016,
+         {L"", L"", L"", L""}},
+        {"[Drawings Location]\r\nELECTRIC = /d/E\r\nISOMETRIC = /d/I/\r\nORTHO = /d/O\r\nPID = "
+         "/d/P\r\n"
+         "Flow = /d/f\r\n\r\n[General]\r\nProjectVersion = 2023\r\n",
+         2023,
+         {L"/d/E/", L"/d/P/", L"/d/I/", L"/d/O/"}},
+        {"[Drawings Location]\r\nELECTRIC = /d/E\r\n\r\n[General]\r\nProjectVersion = 2015\r\n",
+         2015,
+         {L"", L"", L"", L""}},
+    };
+    for (const auto& c : cases) {
+        WriteBytes(GeneralIni(), c.bytes);
+        CVX2D_GeneralSettings settings;
+        ASSERT_TRUE(settings.Load(registry, 1));
+        EXPECT_EQ(settings.m_nProjectVersion, c.version) << c.bytes;
+        for (int application = 1; application <= 4; ++application)
+            EXPECT_EQ(settings.GetDrawingsLocation(application), c.folders[application - 1])
+                << c.bytes << application;
+        EXPECT_EQ(settings.GetDrawingsLocation(0), L"");
+        EXPECT_EQ(settings.GetDrawingsLocation(5), L"");
+        EXPECT_EQ(ReadBytes(GeneralIni()), c.bytes);
+    }
+}
+
+TEST_F(GeneralSettingsTest, LoadFailsWithoutAFolderAndSaveThenWritesNothing) {
+    for (const std::int32_t id : {0, -1, 2, 3}) {
+        CVX2D_GeneralSettings settings;
+        EXPECT_FALSE(settings.Load(registry, id)) << id;
+        EXPECT_EQ(settings.GetPath(), L"");
+        EXPECT_TRUE(settings.Save());
+    }
+    EXPECT_FALSE(fs::exists(dir.Path() / "Projects"));
+}
+
+TEST_F(GeneralSettingsTest, MissingGuidIsMadeOnLoadAndWrittenBySave) {
+    const std::string bytes = "[Units]\r\nDisplayed = 0\r\nWorking = 0\r\n";
+    WriteBytes(GeneralIni(), bytes);
+    CVX2D_GeneralSettings settings;
+    ASSERT_TRUE(settings.Load(registry, 1));
+    EXPECT_FALSE(settings.m_guid.IsNull());
+    EXPECT_EQ(settings.m_nWorkingUnits, 0);
+    EXPECT_EQ(settings.m_nDisplayedUnits, 0);
+    EXPECT_EQ(settings.m_nRatingsFormat, 1);
+    EXPECT_EQ(settings.m_nProjectVersion, 2015);
+    EXPECT_FALSE(settings.m_bLocalLineIni);
+    EXPECT_EQ(settings.m_strLibrariesLocation, datafiles.DefaultLibrariesFolder());
+    EXPECT_EQ(ReadBytes(GeneralIni()), bytes);
+
+    ASSERT_TRUE(settings.Save());
+    EXPECT_EQ(ReadBytes(GeneralIni()),
+              "[General]\r\nLibrariesLocation = " + Narrow(datafiles.DefaultLibrariesFolder()) +
+                  "\r\nLocalLineIni = 0\r\nProjectGuid = " + Narrow(GuidToText(settings.m_guid)) +
+                  "\r\nProjectVersion = 2015\r\n\r\n[Units]\r\nDisplayed = 0\r\n"
+                  "RatingsFormat = 1\r\nWorking = 0\r\n");
+    CVX2D_GeneralSettings again;
+    ASSERT_TRUE(again.Load(registry, 1));
+    EXPECT_EQ(again.m_guid, settings.m_guid);
+}
+
+TEST_F(GeneralSettingsTest, SaveLeavesAnUnchangedFileAloneAndWritesExactFormats) {
+    // Not in sorted order: a rewrite would show.
+    const std::string bytes =
+        "[Units]\r\nWorking = 0\r\nDisplayed = 0\r\nRatingsFormat = 3\r\n\r\n"
+        "[General]\r\nProjectGuid = 0123ABCD-0001-0002-0304-05060708090A\r\n"
+        "LocalLineIni = 1\r\nBordersLocation = /b/\r\nTemplatesLocation = /t/\r\n"
+        "LibrariesLocation = /l/\r\nLocalLineIniPath = /x/Lines.ini\r\n"
+        "ProjectVersion = 2016\r\n\r\n[Drawings Location]\r\nELECTRIC = /d/e\r\n"
+        "PID = /d/p\r\nISOMETRIC = /d/i\r\nORTHO = /d/o\r\n";
+    WriteBytes(GeneralIni(), bytes);
+    CVX2D_GeneralSettings settings;
+    ASSERT_TRUE(settings.Load(registry, 1));
+    EXPECT_EQ(settings.GetPath(),
+              datafiles.ProjectsFolder() + L"VX2D_PRJ_1 - Pipe" + kPathSeparator + L"General.ini");
+    EXPECT_EQ(GuidToText(settings.m_guid), L"0123ABCD-0001-0002-0304-05060708090A");
+    EXPECT_EQ(settings.m_nRatingsFormat, 3);
+    EXPECT_TRUE(settings.m_bLocalLineIni);
+    EXPECT_EQ(settings.m_strBordersLocation, L"/b/");
+    EXPECT_EQ(settings.m_strTemplatesLocation, L"/t/");
+    EXPECT_EQ(settings.m_strLibrariesLocation, L"/l/");
+    EXPECT_EQ(settings.m_strLocalLineIniPath, L"/x/Lines.ini");
+    ASSERT_TRUE(settings.Save());
+    EXPECT_EQ(ReadBytes(GeneralIni()), bytes);
+
+    settings.m_nWorkingUnits = -2;
+    settings.m_bLocalLineIni = false;
+    settings.m_strTemplatesLocation.clear();
+    settings.SetDrawingsLocation(2, L"/d/q");
+    ASSERT_TRUE(settings.Save());
+    EXPECT_EQ(
+        ReadBytes(GeneralIni()),
+        "[Drawings Location]\r\nELECTRIC = /d/e\r\nISOMETRIC = /d/i\r\nORTHO = /d/o\r\nPID = "
+        "/d/q\r\n"
+        "\r\n[General]\r\nBordersLocation = /b/\r\nLibrariesLocation = /l/\r\nLocalLineIni = 0\r\n"
+        "LocalLineIniPath = /x/Lines.ini\r\nProjectGuid = 0123ABCD-0001-0002-0304-05060708090A\r\n"
+        "ProjectVersion = 2016\r\nTemplatesLocation = \r\n\r\n[Units]\r\nDisplayed = 0\r\n"
+        "RatingsFormat = 3\r\nWorking = -2\r\n");
+}
+
+} // namespace

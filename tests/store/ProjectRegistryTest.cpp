@@ -1,0 +1,425 @@
+// The standard registry: result codes, the exact bytes of "ProjectDatafile.ini"
+// after each operation, and the folders under "Projects".
+#include "store/ProjectRegistry.h"
+#include "datafile/Text.h"
+#include "store/ClientRegistry.h"
+#include "support/TestSupport.h"
+
+#include <filesystem>
+#include <fstream>
+#include <gtest/gtest.h>
+#include <regex>
+#include <set>
+
+#ifndef _WIN32
+#include <sys/stat.h>
+#endif
+
+namespace fs = std::filesystem;
+using test::ReadBytes;
+using test::WriteBytes;
+
+namespace {
+
+std::set<std::string> Listing(const fs::path& folder) {
+    std::set<std::string> names;
+    std::error_code ec;
+    for (const auto& entry : fs::directory_iterator(folder, ec))
+        names.insert(entry.path().filename().string());
+    return names;
+}
+
+class ProjectRegistryTest : public ::testing::Test {
+protected:
+    fs::path Root() const { return fx.Dir().Path(); }
+    fs::path Projects() const { return Root() / "Projects"; }
+    fs::path DatafilePath() const { return Root() / "ProjectDatafile.ini"; }
+    std::string Datafile() const { return ReadBytes(DatafilePath()); }
+    void SetDatafile(const std::string& bytes) const { WriteBytes(DatafilePath(), bytes); }
+    // A standard's folder with one file in it, as another installation left it.
+    void MakeFolder(const std::string& name, const std::string& marker = "x") const {
+        WriteBytes(Projects() / name / "Marker.txt", marker);
+    }
+    std::wstring FolderText(const std::wstring& label) const {
+        return fx.Datafiles().ProjectsFolder() + label + kPathSeparator;
+    }
+    std::int32_t Create(const std::wstring& name, int templateNumber = 1, bool oldFormat = false) {
+        std::int32_t id = 0;
+        EXPECT_EQ(registry.CreateProject({name, 0, templateNumber, 0, oldFormat}, id), eProjectOk)
+            << name;
+        return id;
+    }
+
+    test::CDatafilesFixture fx;
+    test::CScriptedPrompter prompter;
+    CVX2D_ProjectRegistry registry{fx.Datafiles(), prompter};
+};
+
+TEST_F(ProjectRegistryTest, CreateCopiesTheChosenTemplateAndGivesANewGuid) {
+    struct SCase {
+        const wchar_t* name;
+        int units;
+        int templateNumber;
+        bool oldFormat;
+        const char* templateFolder; // nullptr: an empty folder
+    };
+    const SCase cases[] = {
+        {L"Metric A", 0, 0, false, "Metric"},  {L"Imperial B", 1, 0, false, "Imperial"},
+        {L"Old C", 0, 1, true, "Metric 2015"}, {L"Old D", 0, 2, true, "Imperial 2015"},
+        {L"Chosen E", 1, 1, false, "Metric"},  {L"Empty F", 0, -1, false, nullptr},
+    };
+    const std::regex guidLine("ProjectGuid = ([0-9A-F]{8}-[0-9A-F]{4}-[0-9A-F]{4}-[0-9A-F]{4}-"
+                              "[0-9A-F]{12})\r\n");
+    std::set<std::string> guids;
+    std::int32_t expectedId = 0;
+    for (const auto& c : cases) {
+        std::int32_t id = 0;
+        ASSERT_EQ(registry.CreateProject({c.name, c.units, c.templateNumber, 0, c.oldFormat}, id),
+                  eProjectOk);
+        EXPECT_EQ(id, ++expectedId);
+        const fs::path folder =
+            Projects() / test::P(L"VX2D_PRJ_" + std::to_wstring(id) + L" - " + c.name);
+        ASSERT_TRUE(fs::is_directory(folder)) << folder;
+        if (!c.templateFolder) {
+            EXPECT_TRUE(Listing(folder).empty());
+            continue;
+        }
+        std::string general = ReadBytes(folder / "General.ini");
+        std::smatch match;
+        ASSERT_TRUE(std::regex_search(general, match, guidLine)) << general;
+        EXPECT_NE(match[1], "00000000-0000-0000-0000-000000000000");
+        guids.insert(match[1]);
+        general.erase(static_cast<std::size_t>(match.position(0)),
+                      static_cast<std::size_t>(match.length(0)));
+        EXPECT_EQ(general, ReadBytes(Root() / "Template" / c.templateFolder / "General.ini"))
+            << c.templateFolder;
+    }
+    EXPECT_EQ(guids.size(), 5u);
+    EXPECT_EQ(Datafile(),
+              "[General]\r\nLastProjectId = 6\r\n\r\n[ProjectList]\r\n"
+              "VX2D_PRJ_1 = Metric A\r\nVX2D_PRJ_2 = Imperial B\r\nVX2D_PRJ_3 = Old C\r\n"
+              "VX2D_PRJ_4 = Old D\r\nVX2D_PRJ_5 = Chosen E\r\nVX2D_PRJ_6 = Empty F\r\n");
+
+    // A missing template folder is reported before anything is written.
+    const std::string before = Datafile();
+    fs::remove_all(Root() / "Template" / "Imperial");
+    std::int32_t id = 9;
+    EXPECT_EQ(registry.CreateProject({L"G", 1, 0, 0, false}, id), eProjectCantGetTemplateFolder);
+    EXPECT_EQ(id, 0);
+    EXPECT_EQ(Datafile(), before);
+}
+
+TEST_F(ProjectRegistryTest, CreateAddsTheStandardToItsClient) {
+    CVX2D_ClientRegistry clients(fx.Datafiles());
+    std::int32_t clientId = 0;
+    std::wstring clientName;
+    ASSERT_TRUE(clients.CreateClient(clientId, clientName));
+    std::int32_t id = 0;
+    ASSERT_EQ(registry.CreateProject({L"Pipe", 0, 1, clientId, false}, id), eProjectOk);
+    EXPECT_EQ(
+        ReadBytes(Root() / "ClientDatafile.ini"),
+        "[ClientList]\r\nVX2D_CLIENT_1 = Client 1\r\n\r\n[General]\r\nLastClientId = 1\r\n\r\n"
+        "[ProjectList - 1]\r\n1 = 1\r\n");
+}
+
+TEST_F(ProjectRegistryTest, CopyTwiceGivesTwoStandardsNamedCopyOf) {
+    const std::int32_t source = Create(L"Pipe");
+    WriteBytes(Projects() / "VX2D_PRJ_1 - Pipe" / "Sub" / "Borders.ini", "[B]\r\nA = 1\r\n");
+    for (std::int32_t expected : {2, 3}) {
+        std::int32_t newId = 0;
+        std::wstring newName;
+        ASSERT_EQ(registry.CopyProject(source, newId, newName), eProjectOk);
+        EXPECT_EQ(newId, expected);
+        EXPECT_EQ(newName, L"Copy of Pipe");
+        const fs::path copy =
+            Projects() / ("VX2D_PRJ_" + std::to_string(expected) + " - Copy of Pipe");
+        EXPECT_EQ(ReadBytes(copy / "Sub" / "Borders.ini"), "[B]\r\nA = 1\r\n");
+    }
+    EXPECT_EQ(Datafile(),
+              "[General]\r\nLastProjectId = 3\r\n\r\n[ProjectList]\r\nVX2D_PRJ_1 = Pipe\r\n"
+              "VX2D_PRJ_2 = Copy of Pipe\r\nVX2D_PRJ_3 = Copy of Pipe\r\n");
+    EXPECT_TRUE(prompter.asked.empty());
+}
+
+TEST_F(ProjectRegistryTest, FailedCopyRollsBackCounterEntryAndFolder) {
+#ifdef _WIN32
+    GTEST_SKIP() << "needs a named pipe in the source folder";
+#else
+    const std::int32_t source = Create(L"Pipe");
+    // A named pipe cannot be copied, so the copy fails after its folder was made.
+    ASSERT_EQ(::mkfifo((Projects() / "VX2D_PRJ_1 - Pipe" / "pipe").c_str(), 0600), 0);
+    const std::string before = Datafile();
+    std::int32_t newId = 7;
+    std::wstring newName = L"x";
+    EXPECT_EQ(registry.CopyProject(source, newId, newName), eProjectErrorCopyingFolder);
+    EXPECT_EQ(newId, 0);
+    EXPECT_EQ(newName, L"");
+    EXPECT_EQ(Datafile(), before);
+    EXPECT_EQ(Listing(Projects()), std::set<std::string>{"VX2D_PRJ_1 - Pipe"});
+
+    // A source without a folder rolls back the same way, with its own code.
+    fs::remove_all(Projects() / "VX2D_PRJ_1 - Pipe");
+    EXPECT_EQ(registry.CopyProject(source, newId, newName), eProjectCantGetLocationFolder);
+    EXPECT_EQ(Datafile(), before);
+    EXPECT_TRUE(Listing(Projects()).empty());
+#endif
+}
+
+TEST_F(ProjectRegistryTest, RenameTrimsMovesTheFolderAndKeepsTheList) {
+    const std::int32_t id = Create(L"Pipe");
+    const std::string before = Datafile();
+    EXPECT_EQ(registry.RenameProject(id, L"   "), eProjectInvalidName);
+    EXPECT_EQ(Datafile(), before);
+
+    EXPECT_EQ(registry.RenameProject(id, L" New "), eProjectOk);
+    EXPECT_EQ(Datafile(),
+              "[General]\r\nLastProjectId = 1\r\n\r\n[ProjectList]\r\nVX2D_PRJ_1 = New\r\n");
+    EXPECT_EQ(Listing(Projects()), std::set<std::string>{"VX2D_PRJ_1 - New"});
+
+    // The folder cannot move onto one that exists: nothing changes.
+    fs::create_directories(Projects() / "VX2D_PRJ_1 - Taken");
+    EXPECT_EQ(registry.RenameProject(id, L"Taken"), eProjectErrorMovingFolder);
+    EXPECT_EQ(Datafile(),
+              "[General]\r\nLastProjectId = 1\r\n\r\n[ProjectList]\r\nVX2D_PRJ_1 = New\r\n");
+    EXPECT_TRUE(fs::exists(Projects() / "VX2D_PRJ_1 - New" / "General.ini"));
+
+    // A deleted standard is renamed where it stands.
+    ASSERT_EQ(registry.DeleteProject(id), eProjectOk);
+    EXPECT_EQ(registry.RenameProject(id, L"Old"), eProjectOk);
+    EXPECT_EQ(Datafile(),
+              "[DeletedProjects]\r\nVX2D_PRJ_1 = Old\r\n\r\n[General]\r\nLastProjectId = 1\r\n");
+    EXPECT_TRUE(fs::exists(Projects() / "VX2D_PRJ_1 - Old" / "General.ini"));
+}
+
+TEST_F(ProjectRegistryTest, DeleteRecoverAndPurge) {
+    const std::int32_t a = Create(L"A");
+    const std::int32_t b = Create(L"B");
+    const std::string bothActive = "[General]\r\nLastProjectId = "
+                                   "2\r\n\r\n[ProjectList]\r\nVX2D_PRJ_1 = A\r\nVX2D_PRJ_2 = B\r\n";
+    const std::string aDeleted =
+        "[DeletedProjects]\r\nVX2D_PRJ_1 = A\r\n\r\n[General]\r\nLastProjectId = "
+        "2\r\n\r\n[ProjectList]\r\nVX2D_PRJ_2 = B\r\n";
+    EXPECT_EQ(registry.DeleteProject(a), eProjectOk);
+    EXPECT_EQ(Datafile(), aDeleted);
+    EXPECT_EQ(registry.DeleteProject(a), eProjectOk);
+    EXPECT_EQ(Datafile(), aDeleted);
+    EXPECT_TRUE(fs::is_directory(Projects() / "VX2D_PRJ_1 - A"));
+    EXPECT_EQ(registry.GetProjectIds(true, true), (std::vector<std::int32_t>{2, 1}));
+
+    EXPECT_EQ(registry.RecoverProject(a), eProjectOk);
+    EXPECT_EQ(Datafile(), bothActive);
+
+    EXPECT_EQ(registry.PurgeProject(a), eProjectOk);
+    EXPECT_EQ(Datafile(),
+              "[General]\r\nLastProjectId = 2\r\n\r\n[ProjectList]\r\nVX2D_PRJ_2 = B\r\n");
+    EXPECT_EQ(Listing(Projects()), std::set<std::string>{"VX2D_PRJ_2 - B"});
+
+    ASSERT_EQ(registry.DeleteProject(b), eProjectOk);
+    EXPECT_EQ(registry.PurgeProject(b), eProjectOk);
+    EXPECT_EQ(Datafile(), "[General]\r\nLastProjectId = 2\r\n");
+    EXPECT_TRUE(Listing(Projects()).empty());
+}
+
+// A folder service whose deletions fail, as on a share where a file is open.
+class CUndeletableTree : public CVX2D_FolderTree {
+public:
+    using CVX2D_FolderTree::CVX2D_FolderTree;
+    bool DeleteTree(const std::wstring&) override { return false; }
+};
+
+TEST_F(ProjectRegistryTest, PurgeThatCannotDeleteTheFolderKeepsTheStandardDeleted) {
+    const std::int32_t id = Create(L"Pipe");
+    ASSERT_EQ(registry.DeleteProject(id), eProjectOk);
+    CUndeletableTree tree(prompter);
+    registry.SetFolderTree(&tree);
+    EXPECT_EQ(registry.PurgeProject(id), eProjectOk);
+    EXPECT_EQ(Datafile(),
+              "[DeletedProjects]\r\nVX2D_PRJ_1 = Pipe\r\n\r\n[General]\r\nLastProjectId = 1\r\n");
+    EXPECT_TRUE(fs::exists(Projects() / "VX2D_PRJ_1 - Pipe" / "General.ini"));
+
+    // An active standard whose purge fails ends up deleted, not active.
+    const std::int32_t active = Create(L"Tube");
+    EXPECT_EQ(registry.PurgeProject(active), eProjectOk);
+    EXPECT_EQ(Datafile(), "[DeletedProjects]\r\nVX2D_PRJ_1 = Pipe\r\nVX2D_PRJ_2 = Tube\r\n\r\n"
+                          "[General]\r\nLastProjectId = 2\r\n");
+}
+
+TEST_F(ProjectRegistryTest, IdsBelowOneAreRefusedBeforeTheDatafileIsRead) {
+    // An unreadable datafile would give code 5 if it were opened first.
+    fs::create_directories(DatafilePath());
+    for (const std::int32_t id : {0, -1}) {
+        std::wstring folder = L"x", name;
+        std::int32_t newId = 5;
+        EXPECT_EQ(registry.GetProjectFolder(id, folder), eProjectInvalidId);
+        EXPECT_EQ(folder, L"");
+        EXPECT_EQ(registry.CopyProject(id, newId, name), eProjectInvalidId);
+        EXPECT_EQ(newId, 0);
+        EXPECT_EQ(registry.RenameProject(id, L"New"), eProjectInvalidId);
+        EXPECT_EQ(registry.DeleteProject(id), eProjectInvalidId);
+        EXPECT_EQ(registry.RecoverProject(id), eProjectInvalidId);
+        EXPECT_EQ(registry.PurgeProject(id), eProjectInvalidId);
+        EXPECT_EQ(registry.GetProjectName(id, true, true), L"");
+    }
+    EXPECT_EQ(Listing(Root()), (std::set<std::string>{"ProjectDatafile.ini", "Template"}));
+    EXPECT_TRUE(Listing(DatafilePath()).empty());
+}
+
+TEST_F(ProjectRegistryTest, UnreadableDatafileGivesCode5) {
+    fs::create_directories(DatafilePath());
+    MakeFolder("VX2D_PRJ_1 - A");
+    std::wstring folder, name;
+    std::int32_t newId = 0;
+    EXPECT_EQ(registry.GetProjectFolder(1, folder), eProjectCantOpenDatafile);
+    EXPECT_EQ(registry.CopyProject(1, newId, name), eProjectCantOpenDatafile);
+    EXPECT_EQ(registry.RenameProject(1, L"New"), eProjectCantOpenDatafile);
+    EXPECT_EQ(registry.DeleteProject(1), eProjectCantOpenDatafile);
+    EXPECT_EQ(registry.RecoverProject(1), eProjectCantOpenDatafile);
+    EXPECT_EQ(registry.PurgeProject(1), eProjectCantOpenDatafile);
+    EXPECT_EQ(registry.CheckProjectRegistry(), eProjectCantOpenDatafile);
+    EXPECT_EQ(registry.CreateProject({L"B", 0, 1, 0, false}, newId), eProjectCantOpenDatafile);
+    EXPECT_EQ(Listing(Projects()), std::set<std::string>{"VX2D_PRJ_1 - A"});
+}
+
+TEST_F(ProjectRegistryTest, UnknownStandardGivesCode2AndCopyGives9) {
+    const std::string datafile =
+        "[General]\r\nLastProjectId = 1\r\n\r\n[ProjectList]\r\nVX2D_PRJ_1 = A\r\n";
+    SetDatafile(datafile);
+    MakeFolder("VX2D_PRJ_1 - A");
+    std::int32_t newId = 0;
+    std::wstring name, folder;
+    EXPECT_EQ(registry.DeleteProject(5), eProjectCantFind);
+    EXPECT_EQ(registry.RecoverProject(5), eProjectCantFind);
+    EXPECT_EQ(registry.PurgeProject(5), eProjectCantFind);
+    EXPECT_EQ(registry.RenameProject(5, L"New"), eProjectCantFind);
+    EXPECT_EQ(registry.CopyProject(5, newId, name), eProjectInvalidName);
+    EXPECT_EQ(registry.GetProjectFolder(5, folder), eProjectCantGetLocationFolder);
+    EXPECT_EQ(Datafile(), datafile);
+    EXPECT_EQ(Listing(Projects()), std::set<std::string>{"VX2D_PRJ_1 - A"});
+}
+
+TEST_F(ProjectRegistryTest, GetProjectFolderMovesOldAndForeignFoldersToTheirNames) {
+    const std::string datafile = "[DeletedProjects]\r\nVX2D_PRJ_4 = Ortho\r\n\r\n[ProjectList]\r\n"
+                                 "VX2D_PRJ_3 = Pipe\r\nVX2D_PRJ_5 = No folder\r\n";
+    SetDatafile(datafile);
+    MakeFolder("VX2D_PRJ_3", "three");
+    MakeFolder("VX2D_PRJ_4 - Other", "four");
+    MakeFolder("VX2D_PRJ_6 - Unlisted", "six");
+    struct SCase {
+        std::int32_t id;
+        EProjectResult result;
+        const char* label; // the folder afterwards
+        const char* marker;
+    };
+    const SCase cases[] = {
+        {3, eProjectOk, "VX2D_PRJ_3 - Pipe", "three"},
+        {3, eProjectOk, "VX2D_PRJ_3 - Pipe", "three"},
+        {4, eProjectOk, "VX2D_PRJ_4 - Ortho", "four"},
+        {5, eProjectCantGetLocationFolder, "", ""},
+        {6, eProjectOk, "VX2D_PRJ_6 - Unlisted", "six"},
+        {7, eProjectCantGetLocationFolder, "", ""},
+    };
+    for (const auto& c : cases) {
+        std::wstring folder = L"x";
+        EXPECT_EQ(registry.GetProjectFolder(c.id, folder), c.result) << c.id;
+        const std::string label = c.label;
+        EXPECT_EQ(folder,
+                  label.empty() ? L"" : FolderText(std::wstring(label.begin(), label.end())));
+        if (!label.empty()) {
+            EXPECT_EQ(ReadBytes(Projects() / label / "Marker.txt"), c.marker);
+        }
+    }
+    EXPECT_EQ(Listing(Projects()), (std::set<std::string>{"VX2D_PRJ_3 - Pipe", "VX2D_PRJ_4 - Ortho",
+                                                          "VX2D_PRJ_6 - Unlisted"}));
+    EXPECT_EQ(Datafile(), datafile);
+}
+
+TEST_F(ProjectRegistryTest, CheckProjectRegistryRebuildsTheListsFromTheFolders) {
+    struct SCase {
+        const char* before; // nullptr: no datafile
+        std::vector<std::string> folders;
+        const char* after;
+    };
+    const SCase cases[] = {
+        {"[DeletedProjects]\r\nVX2D_PRJ_5 = Gone\r\n\r\n[General]\r\nLastProjectId = 2\r\n\r\n"
+         "[ProjectList]\r\nVX2D_PRJ_1 = Kept\r\nVX2D_PRJ_15 = Lost\r\n",
+         {"VX2D_PRJ_1 - Kept", "VX2D_PRJ_5 - Gone", "VX2D_PRJ_9 - Site A", "VX2D_PRJ_12", "Other"},
+         "[DeletedProjects]\r\nVX2D_PRJ_5 = Gone\r\n\r\n[General]\r\nLastProjectId = 15\r\n\r\n"
+         "[ProjectList]\r\nVX2D_PRJ_1 = Kept\r\nVX2D_PRJ_12 = Standard 12\r\nVX2D_PRJ_9 = Site "
+         "A\r\n"},
+        {nullptr,
+         {"VX2D_PRJ_9 - Site A"},
+         "[General]\r\nLastProjectId = 9\r\n\r\n[ProjectList]\r\nVX2D_PRJ_9 = Site A\r\n"},
+        {"[General]\r\nLastProjectId = 30\r\n",
+         {"VX2D_PRJ_9 - Site A"},
+         "[General]\r\nLastProjectId = 30\r\n\r\n[ProjectList]\r\nVX2D_PRJ_9 = Site A\r\n"},
+    };
+    for (const auto& c : cases) {
+        fs::remove_all(Projects());
+        fs::remove(DatafilePath());
+        if (c.before)
+            SetDatafile(c.before);
+        for (const auto& folder : c.folders)
+            MakeFolder(folder);
+        // A file is not a standard's folder.
+        WriteBytes(Projects() / "VX2D_PRJ_20 - Notes.txt", "n");
+        EXPECT_EQ(registry.CheckProjectRegistry(), eProjectOk);
+        EXPECT_EQ(Datafile(), c.after);
+    }
+}
+
+TEST_F(ProjectRegistryTest, DefaultNameSkipsNamesOfBothLists) {
+    struct SCase {
+        const char* datafile; // nullptr: no datafile
+        const wchar_t* proposal;
+    };
+    const SCase cases[] = {
+        {nullptr, L"Standard 1"},
+        {"[General]\r\nLastProjectId = 4\r\n", L"Standard 5"},
+        {"[General]\r\nLastProjectId = 4\r\n\r\n[DeletedProjects]\r\nVX2D_PRJ_2 = Standard 5\r\n",
+         L"Standard 6"},
+        {"[General]\r\nLastProjectId = 4\r\n\r\n[DeletedProjects]\r\nVX2D_PRJ_2 = Standard "
+         "5\r\n\r\n"
+         "[ProjectList]\r\nVX2D_PRJ_1 = Standard 6\r\nVX2D_PRJ_3 = standard 7\r\n",
+         L"Standard 7"},
+    };
+    for (const auto& c : cases) {
+        fs::remove(DatafilePath());
+        if (c.datafile)
+            SetDatafile(c.datafile);
+        EXPECT_EQ(registry.GetDefaultProjectName(), c.proposal);
+        EXPECT_EQ(Datafile(), c.datafile ? c.datafile : "");
+        EXPECT_EQ(fs::exists(DatafilePath()), c.datafile != nullptr);
+    }
+}
+
+TEST_F(ProjectRegistryTest, InvalidNamesAreRefusedBeforeAnythingIsWritten) {
+    const std::wstring names[] = {
+        L"a/b",
+        L"a\\b",
+        L"..",
+        L".",
+        L"x:y",
+        L"a*",
+        L"",
+        L"  \t ",
+        std::wstring(L"a") + L'\x01' + L"b",
+        L"\u20AC",
+        std::wstring(300, L'x'),
+    };
+    for (const auto& name : names) {
+        std::int32_t id = 3;
+        EXPECT_EQ(registry.CreateProject({name, 0, 1, 0, false}, id), eProjectInvalidName)
+            << name.size();
+        EXPECT_EQ(id, 0);
+    }
+    EXPECT_EQ(Listing(Root()), std::set<std::string>{"Template"});
+
+    const std::int32_t id = Create(L"Pipe");
+    const std::string before = Datafile();
+    for (const auto& name : names)
+        EXPECT_EQ(registry.RenameProject(id, name), eProjectInvalidName) << name.size();
+    EXPECT_EQ(Datafile(), before);
+    EXPECT_EQ(Listing(Projects()), std::set<std::string>{"VX2D_PRJ_1 - Pipe"});
+}
+
+} // namespace
