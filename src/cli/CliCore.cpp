@@ -1,5 +1,6 @@
 #include "cli/CliCore.h"
 
+#include "contents/Application.h"
 #include "datafile/IniFile.h"
 #include "datafile/Text.h"
 #include "platform/Utf8.h"
@@ -72,6 +73,15 @@ int ParseInt(const std::wstring& text, const std::wstring& what) {
     } catch (const std::exception&) {
     }
     throw CCliFailure(fmt::format(L"'{}' is not a whole number for {}.", text, what), 2);
+}
+
+int ParseApplicationArgument(const std::string& text) {
+    const int application = ParseApplication(W(text));
+    if (application == 0)
+        throw CCliFailure(W("Unknown application '" + text +
+                            "': give 1-4 or ELECTRIC, PID (P&ID), ISOMETRIC, ORTHO."),
+                          2);
+    return application;
 }
 
 } // namespace cli

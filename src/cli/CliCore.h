@@ -96,5 +96,15 @@ void AddDatafileCommands(CLI::App& app, SCliContext& context);
 void AddClientCommands(CLI::App& app, SCliContext& context);
 void AddStandardCommands(CLI::App& app, SCliContext& context);
 void AddGeneralCommands(CLI::App& app, SCliContext& context);
+void AddSettingsCommands(CLI::App& app, SCliContext& context);
+void AddBordersCommands(CLI::App& app, SCliContext& context);
+void AddLayersCommands(CLI::App& app, SCliContext& context);
+void AddLinesCommands(CLI::App& app, SCliContext& context);
+void AddSpecsCommands(CLI::App& app, SCliContext& context);
+void AddDrawingsCommands(CLI::App& app, SCliContext& context);
+
+// An application given as 1-4 or by name (ELECTRIC, PID or P&ID, ISOMETRIC,
+// ORTHO); anything else is bad usage.
+int ParseApplicationArgument(const std::string& text);
 
 } // namespace cli

@@ -21,6 +21,12 @@ int main(int argc, char** argv) {
     cli::AddClientCommands(app, context);
     cli::AddStandardCommands(app, context);
     cli::AddGeneralCommands(app, context);
+    cli::AddSettingsCommands(app, context);
+    cli::AddBordersCommands(app, context);
+    cli::AddLayersCommands(app, context);
+    cli::AddLinesCommands(app, context);
+    cli::AddSpecsCommands(app, context);
+    cli::AddDrawingsCommands(app, context);
 
     try {
         app.parse(argc, argv);

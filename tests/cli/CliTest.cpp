@@ -1,18 +1,12 @@
 // standards-desk-cli run as a child process: exit codes, the exact text on
 // standard output and standard error, and the bytes it leaves in the datafiles.
-#include "support/TestSupport.h"
+#include "support/CliFixture.h"
 
 #include <gtest/gtest.h>
 #include <nlohmann/json.hpp>
 
-#include <fcntl.h>
-#include <sys/wait.h>
-#include <unistd.h>
-
 #include <chrono>
 #include <set>
-
-extern char** environ;
 
 namespace fs = std::filesystem;
 using test::ReadBytes;
@@ -20,80 +14,9 @@ using test::WriteBytes;
 
 namespace {
 
-struct SRun {
-    int code = -1;
-    std::string out;
-    std::string err;
-};
-
-std::string Joined(const std::vector<std::string>& args) {
-    std::string text;
-    for (const auto& arg : args)
-        text += (text.empty() ? "" : " ") + arg;
-    return text;
-}
-
-class CliTest : public ::testing::Test {
-protected:
-    // Runs the program with `args` after "--datafiles DIR" (unless told not
-    // to), with the XDG folders and HOME pointing at this test's folders.
-    SRun Run(std::vector<std::string> args, bool withDatafiles = true) const {
-        if (withDatafiles)
-            args.insert(args.begin(), {"--datafiles", m_datafiles.Dir().Path().string()});
-        args.insert(args.begin(), SD_CLI);
-        std::vector<std::string> env = {"XDG_CONFIG_HOME=" + m_userConfig.Path().string(),
-                                        "XDG_CONFIG_DIRS=" + m_machineConfig.Path().string(),
-                                        "HOME=" + m_io.Path().string()};
-        for (char** e = environ; *e; ++e) {
-            const std::string var = *e;
-            if (!var.starts_with("XDG_CONFIG_HOME=") && !var.starts_with("XDG_CONFIG_DIRS=") &&
-                !var.starts_with("HOME="))
-                env.push_back(var);
-        }
-        std::vector<char*> argv, envp;
-        for (auto& arg : args)
-            argv.push_back(arg.data());
-        for (auto& var : env)
-            envp.push_back(var.data());
-        argv.push_back(nullptr);
-        envp.push_back(nullptr);
-        const fs::path out = m_io.Path() / "stdout", err = m_io.Path() / "stderr";
-        const pid_t pid = fork();
-        if (pid == 0) {
-            const int outFd = open(out.c_str(), O_WRONLY | O_CREAT | O_TRUNC, 0600);
-            const int errFd = open(err.c_str(), O_WRONLY | O_CREAT | O_TRUNC, 0600);
-            if (outFd < 0 || errFd < 0 || dup2(outFd, 1) < 0 || dup2(errFd, 2) < 0)
-                _exit(126);
-            execve(SD_CLI, argv.data(), envp.data());
-            _exit(127);
-        }
-        int status = 0;
-        waitpid(pid, &status, 0);
-        return {WIFEXITED(status) ? WEXITSTATUS(status) : -1, ReadBytes(out), ReadBytes(err)};
-    }
-
-    // Runs a command that must succeed and returns what it printed.
-    std::string Ok(const std::vector<std::string>& args) const {
-        const SRun run = Run(args);
-        EXPECT_EQ(run.code, 0) << Joined(args) << "\n" << run.err;
-        return run.out;
-    }
-
-    fs::path Root() const { return m_datafiles.Dir().Path(); }
-    fs::path Projects() const { return Root() / "Projects"; }
-    fs::path MachineRegistry() const { return m_machineConfig.Path() / "VANDIX" / "registry.ini"; }
-    fs::path UserRegistry() const { return m_userConfig.Path() / "VANDIX" / "registry.ini"; }
-
-    std::set<std::string> ProjectFolders() const {
-        std::set<std::string> names;
-        for (const auto& entry : fs::directory_iterator(Projects()))
-            names.insert(entry.path().filename().string());
-        return names;
-    }
-
-    test::CTempDir m_userConfig, m_machineConfig, m_io;
-    test::CDatafilesFixture m_datafiles;
-};
+using test::CliTest;
+using test::Joined;
+using test::SRun;
 
 // A client with standard 1 "Pipe" in it.
 class CliStandardTest : public CliTest {

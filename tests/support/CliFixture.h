@@ -1,0 +1,53 @@
+// A test fixture that runs standards-desk-cli as a child process on a
+// temporary datafiles folder and captures its exit code and output.
+#pragma once
+
+#include "support/TestSupport.h"
+
+#include <gtest/gtest.h>
+#include <set>
+#include <string>
+#include <vector>
+
+namespace test {
+
+namespace fs = std::filesystem;
+
+struct SRun {
+    int code = -1;
+    std::string out;
+    std::string err;
+};
+
+std::string Joined(const std::vector<std::string>& args);
+
+class CliTest : public ::testing::Test {
+protected:
+    // Runs the program with `args` after "--datafiles DIR" (unless told not
+    // to), with the XDG folders and HOME pointing at this test's folders.
+    SRun Run(std::vector<std::string> args, bool withDatafiles = true) const;
+
+    // Runs a command that must succeed and returns what it printed.
+    std::string Ok(const std::vector<std::string>& args) const {
+        const SRun run = Run(args);
+        EXPECT_EQ(run.code, 0) << Joined(args) << "\n" << run.err;
+        return run.out;
+    }
+
+    fs::path Root() const { return m_datafiles.Dir().Path(); }
+    fs::path Projects() const { return Root() / "Projects"; }
+    fs::path MachineRegistry() const { return m_machineConfig.Path() / "VANDIX" / "registry.ini"; }
+    fs::path UserRegistry() const { return m_userConfig.Path() / "VANDIX" / "registry.ini"; }
+
+    std::set<std::string> ProjectFolders() const {
+        std::set<std::string> names;
+        for (const auto& entry : fs::directory_iterator(Projects()))
+            names.insert(entry.path().filename().string());
+        return names;
+    }
+
+    test::CTempDir m_userConfig, m_machineConfig, m_io;
+    test::CDatafilesFixture m_datafiles;
+};
+
+} // namespace test
