@@ -1,0 +1,359 @@
+#include "app/NavigatorController.h"
+
+#include <fmt/xchar.h>
+#include <map>
+
+namespace {
+
+const std::wstring kSection = L"ProjectNavigator";
+
+} // namespace
+
+CNavigatorController::CNavigatorController(CVX2D_ProjectRegistry& projects,
+                                           CVX2D_ClientRegistry& clients, CProfile& profile,
+                                           IPrompter& prompter, INavigatorOwner& owner)
+    : m_projects(projects), m_clients(clients), m_profile(profile), m_prompter(prompter),
+      m_owner(owner) {}
+
+bool CNavigatorController::DeletedShown() const {
+    return m_profile.GetInt(kSection, L"DeletedProjectState", 0) == kDeletedShown;
+}
+
+void CNavigatorController::Error(const std::wstring& text) {
+    m_prompter.Show(text, EPromptIcon::Stop);
+}
+
+void CNavigatorController::Rebuild() {
+    const std::vector<std::wstring> path = m_tree.PathOf(m_selection);
+    m_tree.Clear();
+    m_selection = 0;
+    m_editing = 0;
+
+    // One read of each registry, whatever their size.
+    const std::vector<SClientInfo> clients = m_clients.ListClients();
+    std::vector<SProjectInfo> projects;
+    m_projects.ListProjects(true, DeletedShown(), projects);
+
+    std::map<std::int32_t, std::uint64_t> itemOfClient;
+    std::map<std::int32_t, std::uint64_t> parentOfProject;
+    for (const auto& client : clients) {
+        const std::uint64_t item = m_tree.Insert(0, client.name, client.id, eNavClient);
+        itemOfClient.try_emplace(client.id, item);
+        for (std::int32_t id : client.projectIds)
+            parentOfProject.try_emplace(id, item);
+    }
+    for (const auto& project : projects) {
+        const auto parent = parentOfProject.find(project.id);
+        m_tree.Insert(parent == parentOfProject.end() ? 0 : parent->second, project.name,
+                      project.id, project.deleted ? eNavDeleted : eNavStandard);
+    }
+    m_tree.SortAll();
+    Select(m_tree.FindByPath(path));
+}
+
+int CNavigatorController::KindOf(std::uint64_t handle) const {
+    const CNavItem* item = m_tree.Find(handle);
+    return item ? item->image : kNavNothing;
+}
+
+void CNavigatorController::Select(std::uint64_t handle) {
+    m_selection = m_tree.Find(handle) ? handle : 0;
+    const CNavItem* item = m_tree.Find(m_selection);
+    if (item && IsStandardKind(item->image))
+        m_profile.SetInt(kSection, L"SelectedProject", item->id);
+}
+
+SNavButtons CNavigatorController::Buttons() const {
+    SNavButtons buttons;
+    buttons.openStandard = SelectionKind() == eNavStandard;
+    return buttons;
+}
+
+SNavPopup CNavigatorController::RightClick(std::uint64_t handle) {
+    Select(handle);
+    SNavPopup popup;
+    popup.showDeletedChecked = DeletedShown();
+    switch (SelectionKind()) {
+    case eNavStandard:
+        popup.menuIndex = 0;
+        popup.greyed = {eCmdRecoverStandard, eCmdPurgeStandard};
+        break;
+    case eNavDeleted:
+        popup.menuIndex = 0;
+        popup.greyed = {eCmdOpenStandard, eCmdDeleteStandard, eCmdPrintStandard};
+        break;
+    case eNavClient:
+        popup.menuIndex = 4;
+        break;
+    default:
+        popup.menuIndex = 5;
+        break;
+    }
+    return popup;
+}
+
+bool CNavigatorController::Applies(int command) const {
+    const int kind = SelectionKind();
+    switch (command) {
+    case eCmdRenameClient:
+    case eCmdDeleteClient:
+        return kind == eNavClient;
+    case eCmdOpenStandard:
+    case eCmdPrintStandard:
+    case eCmdDeleteStandard:
+    case eCmdExportStandard:
+        return kind == eNavStandard;
+    case eCmdCopyStandard:
+    case eCmdRenameStandard:
+        return IsStandardKind(kind);
+    case eCmdRecoverStandard:
+    case eCmdPurgeStandard:
+        return kind == eNavDeleted;
+    case eCmdNewClient:
+    case eCmdNewStandard:
+    case eCmdImportStandards:
+    case eCmdCompareStandards:
+    case eCmdShowDeleted:
+    case eCmdRefresh:
+        return true;
+    default:
+        return false;
+    }
+}
+
+std::int32_t CNavigatorController::SelectedClientId() const {
+    const CNavItem* item = m_tree.Find(m_selection);
+    if (!item)
+        return 0;
+    if (item->image == eNavClient)
+        return item->id;
+    const CNavItem* parent = m_tree.Parent(m_selection);
+    return parent && parent->image == eNavClient ? parent->id : 0;
+}
+
+void CNavigatorController::Execute(int command) {
+    if (!Applies(command))
+        return;
+    const CNavItem* item = m_tree.Find(m_selection);
+    switch (command) {
+    case eCmdNewClient:
+        return NewClient();
+    case eCmdRenameClient:
+    case eCmdRenameStandard:
+        return BeginRename();
+    case eCmdDeleteClient:
+        return DeleteClient();
+    case eCmdNewStandard:
+        return NewStandard();
+    case eCmdOpenStandard:
+        return m_owner.Request(kRequestOpen, item->id);
+    case eCmdCompareStandards:
+        return m_owner.Request(kRequestCompare,
+                               item && IsStandardKind(item->image) ? item->id : -1);
+    case eCmdCopyStandard:
+        return CopyStandard();
+    case eCmdPrintStandard:
+        return m_owner.PrintStandard(item->id);
+    case eCmdDeleteStandard:
+        return MarkDeleted();
+    case eCmdRecoverStandard:
+        return Recover();
+    case eCmdPurgeStandard:
+        return Purge();
+    case eCmdExportStandard:
+        return m_owner.ExportStandard(item->id, item->text);
+    case eCmdImportStandards:
+        m_owner.ImportStandards(SelectedClientId());
+        return Rebuild();
+    case eCmdShowDeleted:
+        return ToggleDeleted();
+    case eCmdRefresh:
+        return Rebuild();
+    default:
+        return;
+    }
+}
+
+void CNavigatorController::NewClient() {
+    std::int32_t id = 0;
+    std::wstring name;
+    if (!m_clients.CreateClient(id, name)) {
+        Error(L"Error creating a new client");
+        return;
+    }
+    const std::uint64_t item = m_tree.Insert(0, name, id, eNavClient);
+    Select(item);
+    BeginRename();
+}
+
+void CNavigatorController::BeginRename() {
+    const CNavItem* item = m_tree.Find(m_selection);
+    if (!item)
+        return;
+    m_editing = item->handle;
+    m_editOldText = item->text;
+}
+
+bool CNavigatorController::EndLabelEdit(const std::optional<std::wstring>& newText) {
+    CNavItem* item = m_tree.Find(m_editing);
+    m_editing = 0;
+    if (!item || !newText || *newText == m_editOldText)
+        return false;
+    if (IsStandardKind(item->image)) {
+        const EProjectResult result = m_projects.RenameProject(item->id, *newText);
+        if (result != eProjectOk) {
+            Error(fmt::format(L"Error renaming project from '{}' to '{}'.\n\n{}", m_editOldText,
+                              *newText, ProjectResultText(result)));
+            return false;
+        }
+        // The registry stores the name trimmed; show what it stored.
+        item->text = m_projects.GetProjectName(item->id, true, true);
+    } else {
+        if (!m_clients.RenameClient(item->id, *newText)) {
+            Error(
+                fmt::format(L"Error renaming client from '{}' to '{}'.", m_editOldText, *newText));
+            return false;
+        }
+        item->text = *newText;
+    }
+    const CNavItem* parent = m_tree.Parent(item->handle);
+    m_tree.SortChildren(parent ? parent->handle : 0);
+    return true;
+}
+
+void CNavigatorController::DeleteClient() {
+    const CNavItem* item = m_tree.Find(m_selection);
+    const std::wstring name = item->text;
+    const EPromptAnswer answer =
+        m_prompter.Ask({fmt::format(L"Are you sure you want to delete client '{}'?\n\nNote that "
+                                    L"sub-standards will not be deleted.",
+                                    name),
+                        L"", EPromptButtons::YesNo, EPromptIcon::Question, EPromptAnswer::Yes});
+    if (answer == EPromptAnswer::No)
+        return;
+    if (!m_clients.DeleteClient(item->id)) {
+        Error(fmt::format(L"Error deleting client '{}'", name));
+        return;
+    }
+    Rebuild();
+}
+
+void CNavigatorController::NewStandard() {
+    std::int32_t id = 0;
+    std::wstring name;
+    if (!m_owner.RunNewStandardWizard(SelectedClientId(), id, name))
+        return;
+    const CNavItem* selected = m_tree.Find(m_selection);
+    std::uint64_t parent = 0;
+    if (selected && selected->image == eNavClient)
+        parent = selected->handle;
+    else if (const CNavItem* owner = m_tree.Parent(m_selection);
+             owner && owner->image == eNavClient)
+        parent = owner->handle;
+    Select(m_tree.Insert(parent, name, id, eNavStandard));
+}
+
+void CNavigatorController::CopyStandard() {
+    const CNavItem* item = m_tree.Find(m_selection);
+    std::int32_t newId = 0;
+    std::wstring newName;
+    const EProjectResult result = m_projects.CopyProject(item->id, newId, newName);
+    if (result != eProjectOk) {
+        Error(fmt::format(L"Error copying standard '{}'\n\n{}", item->text,
+                          ProjectResultText(result)));
+        return;
+    }
+    Rebuild();
+}
+
+void CNavigatorController::MarkDeleted() {
+    CNavItem* item = m_tree.Find(m_selection);
+    const EPromptAnswer answer = m_prompter.Ask(
+        {fmt::format(L"Are you sure you want to mark the standard '{}' as deleted?", item->text),
+         L"", EPromptButtons::YesNo, EPromptIcon::Exclamation, EPromptAnswer::Yes});
+    if (answer != EPromptAnswer::Yes)
+        return;
+    const EProjectResult result = m_projects.DeleteProject(item->id);
+    if (result != eProjectOk) {
+        Error(fmt::format(L"Error marking standard '{}' as deleted.\n\n{}", item->text,
+                          ProjectResultText(result)));
+        return;
+    }
+    if (DeletedShown()) {
+        item->image = eNavDeleted;
+    } else {
+        m_tree.Remove(item->handle);
+        m_selection = 0;
+    }
+}
+
+void CNavigatorController::Recover() {
+    CNavItem* item = m_tree.Find(m_selection);
+    const EProjectResult result = m_projects.RecoverProject(item->id);
+    if (result != eProjectOk) {
+        Error(fmt::format(L"Error recovering standard '{}'.\n\n{}", item->text,
+                          ProjectResultText(result)));
+        return;
+    }
+    item->image = eNavStandard;
+}
+
+void CNavigatorController::Purge() {
+    CNavItem* item = m_tree.Find(m_selection);
+    const std::wstring name = item->text;
+    if (m_prompter.Ask({fmt::format(L"Are you sure you want to purge the standard '{}'?", name),
+                        L"", EPromptButtons::YesNo, EPromptIcon::Exclamation, EPromptAnswer::No}) !=
+        EPromptAnswer::Yes)
+        return;
+    if (m_prompter.Ask(
+            {fmt::format(L"This will permanently delete standard '{}'!\n\nThe only way to recover "
+                         L"from this is through your own backup files.\n\nAre you still sure you "
+                         L"want to do this?",
+                         name),
+             L"", EPromptButtons::YesNo, EPromptIcon::Stop, EPromptAnswer::No}) !=
+        EPromptAnswer::Yes)
+        return;
+    const EProjectResult result = m_projects.PurgeProject(item->id);
+    if (result != eProjectOk) {
+        Error(fmt::format(L"Error purging standard '{}'.\n\n{}", name, ProjectResultText(result)));
+        return;
+    }
+    // A folder that could not be deleted keeps the standard in the deleted
+    // list; it stays in the tree and with its client then.
+    if (!m_projects.GetProjectName(item->id, false, true).empty())
+        return;
+    if (const CNavItem* parent = m_tree.Parent(item->handle); parent && parent->image == eNavClient)
+        m_clients.RemoveProjectFromClient(parent->id, item->id);
+    m_tree.Remove(item->handle);
+    m_selection = 0;
+}
+
+void CNavigatorController::ToggleDeleted() {
+    m_profile.SetInt(kSection, L"DeletedProjectState", DeletedShown() ? 0 : kDeletedShown);
+    Rebuild();
+}
+
+void CNavigatorController::Drop(std::uint64_t dragged, std::uint64_t target) {
+    const CNavItem* item = m_tree.Find(dragged);
+    if (!item || !IsStandardKind(item->image) || dragged == target)
+        return;
+    const CNavItem* oldParent = m_tree.Parent(dragged);
+    const CNavItem* newParent = nullptr;
+    if (const CNavItem* drop = m_tree.Find(target)) {
+        newParent = drop->image == eNavClient ? drop : m_tree.Parent(target);
+        if (m_tree.IsInside(target, dragged))
+            return;
+    }
+    const std::uint64_t from = oldParent ? oldParent->handle : 0;
+    const std::uint64_t to = newParent ? newParent->handle : 0;
+    if (from == to)
+        return;
+    if (!m_clients.MoveProjectToClient(item->id, oldParent ? oldParent->id : 0,
+                                       newParent ? newParent->id : 0)) {
+        Error(L"Error moving project.");
+        return;
+    }
+    const CNavItem moved = *item;
+    m_tree.Remove(dragged);
+    Select(m_tree.InsertCopy(to, moved));
+}

@@ -1,0 +1,125 @@
+// The navigator of clients and standards: the tree model, what applies to
+// the selection, and every lifecycle command with its questions and messages.
+// The desktop tree renders the model and passes the user's actions back.
+#pragma once
+
+#include "app/NavigatorTree.h"
+#include "app/Profile.h"
+#include "store/ClientRegistry.h"
+#include "store/ProjectRegistry.h"
+#include "store/Prompter.h"
+
+#include <optional>
+#include <set>
+
+// Menu command ids of the navigator.
+enum ENavCommand {
+    eCmdNewClient = 201,
+    eCmdRenameClient = 202,
+    eCmdDeleteClient = 203,
+    eCmdNewStandard = 136,
+    eCmdOpenStandard = 135,
+    eCmdCopyStandard = 194,
+    eCmdRenameStandard = 137,
+    eCmdPrintStandard = 178,
+    eCmdDeleteStandard = 138,
+    eCmdRecoverStandard = 143,
+    eCmdPurgeStandard = 144,
+    eCmdExportStandard = 218,
+    eCmdImportStandards = 32771,
+    eCmdCompareStandards = 32775,
+    eCmdShowDeleted = 212,
+    eCmdRefresh = 210,
+};
+
+// Requests the navigator sends to the window that owns it.
+inline constexpr int kRequestOpen = 11;
+inline constexpr int kRequestCompare = 12;
+
+class INavigatorOwner {
+public:
+    virtual ~INavigatorOwner() = default;
+    // Code 11 with a standard id (open it), code 12 with an id or -1 (compare).
+    virtual void Request(int code, std::int32_t standardId) = 0;
+    // Runs the new standard wizard for a client (0: none); true on Finish.
+    virtual bool RunNewStandardWizard(std::int32_t clientId, std::int32_t& newId,
+                                      std::wstring& newName) = 0;
+    virtual void PrintStandard(std::int32_t standardId) = 0;
+    virtual void ExportStandard(std::int32_t standardId, const std::wstring& name) = 0;
+    virtual void ImportStandards(std::int32_t clientId) = 0;
+};
+
+struct SNavButtons {
+    bool newClient = true;
+    bool newStandard = true;
+    bool openStandard = false;
+};
+
+// The pop-up menu for the item under the pointer: its index in the
+// navigator's pop-up menu, the check of "Show Deleted Standards" and the
+// commands shown greyed.
+struct SNavPopup {
+    int menuIndex = 5;
+    bool showDeletedChecked = false;
+    std::set<int> greyed;
+};
+
+class CNavigatorController {
+public:
+    static constexpr int kDeletedShown = 8;
+
+    CNavigatorController(CVX2D_ProjectRegistry& projects, CVX2D_ClientRegistry& clients,
+                         CProfile& profile, IPrompter& prompter, INavigatorOwner& owner);
+
+    const CNavigatorTree& Tree() const { return m_tree; }
+    std::uint64_t Selection() const { return m_selection; }
+    // The item whose label the view should put into editing, or 0.
+    std::uint64_t EditingItem() const { return m_editing; }
+
+    void Rebuild();
+    void Select(std::uint64_t handle);
+    int SelectionKind() const { return KindOf(m_selection); }
+    int KindOf(std::uint64_t handle) const;
+    SNavButtons Buttons() const;
+    bool DeletedShown() const;
+    // Selects the item under the pointer (0: none) and says which pop-up opens.
+    SNavPopup RightClick(std::uint64_t handle);
+    // Whether a command acts on the current selection; the others do nothing.
+    bool Applies(int command) const;
+
+    // Runs a menu command on the selection; silently nothing when it does not
+    // apply. Rename commands start label editing (EditingItem).
+    void Execute(int command);
+    // Label editing ended: nullopt when cancelled. True when the view should
+    // keep the new label.
+    bool EndLabelEdit(const std::optional<std::wstring>& newText);
+    // A standard dragged onto an item (0: the empty area at the top level).
+    void Drop(std::uint64_t dragged, std::uint64_t target);
+
+    // The client of the selection: the client itself, or the client of a
+    // selected standard; 0 at the top level.
+    std::int32_t SelectedClientId() const;
+
+private:
+    void NewClient();
+    void BeginRename();
+    void DeleteClient();
+    void NewStandard();
+    void CopyStandard();
+    void MarkDeleted();
+    void Recover();
+    void Purge();
+    void ToggleDeleted();
+    void Error(const std::wstring& text);
+    bool IsStandardKind(int kind) const { return kind == eNavStandard || kind == eNavDeleted; }
+
+    CVX2D_ProjectRegistry& m_projects;
+    CVX2D_ClientRegistry& m_clients;
+    CProfile& m_profile;
+    IPrompter& m_prompter;
+    INavigatorOwner& m_owner;
+    CNavigatorTree m_tree;
+    std::uint64_t m_selection = 0;
+    std::uint64_t m_editing = 0;
+    std::wstring m_editOldText;
+};

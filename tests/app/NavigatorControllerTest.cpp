@@ -1,0 +1,277 @@
+// The navigator: the tree it builds from the registries, what applies to a
+// selection, and each command's questions, messages and effects on disk.
+#include "app/NavigatorController.h"
+#include "platform/IniRegistry.h"
+#include "support/TestSupport.h"
+
+#include <gtest/gtest.h>
+
+namespace fs = std::filesystem;
+
+namespace {
+
+struct CFakeOwner : INavigatorOwner {
+    std::vector<std::pair<int, std::int32_t>> requests;
+    std::int32_t wizardClient = -1;
+    std::int32_t wizardId = 0;
+    std::wstring wizardName;
+    void Request(int code, std::int32_t id) override { requests.emplace_back(code, id); }
+    bool RunNewStandardWizard(std::int32_t clientId, std::int32_t& id,
+                              std::wstring& name) override {
+        wizardClient = clientId;
+        id = wizardId;
+        name = wizardName;
+        return wizardId != 0;
+    }
+    void PrintStandard(std::int32_t) override {}
+    void ExportStandard(std::int32_t, const std::wstring&) override {}
+    void ImportStandards(std::int32_t) override {}
+};
+
+// Renders the tree as "text(image:id)" with children in brackets.
+std::wstring Render(const std::vector<CNavItem>& items) {
+    std::wstring text;
+    for (const auto& item : items) {
+        text +=
+            item.text + L"(" + std::to_wstring(item.image) + L":" + std::to_wstring(item.id) + L")";
+        if (!item.children.empty())
+            text += L"[" + Render(item.children) + L"]";
+        text += L" ";
+    }
+    return text;
+}
+
+class NavigatorTest : public ::testing::Test {
+protected:
+    void SetUp() override {
+        // Clients "Zeta" (1) holding "pipe" and "Alpha", "acme" (2) holding "Tank";
+        // "Loose" belongs to no client; "Old" is deleted and belongs to Zeta.
+        for (const wchar_t* name : {L"pipe", L"Alpha", L"Tank", L"Loose", L"Old"}) {
+            std::int32_t id = 0;
+            ASSERT_EQ(projects.CreateProject({name, 0, -1, 0, false}, id), eProjectOk);
+        }
+        std::int32_t id = 0;
+        std::wstring name;
+        clients.CreateClient(id, name);
+        clients.RenameClient(1, L"Zeta");
+        clients.CreateClient(id, name);
+        clients.RenameClient(2, L"acme");
+        for (auto [client, standard] : {std::pair{1, 1}, {1, 2}, {2, 3}, {1, 5}})
+            clients.AddProjectToClient(client, standard);
+        projects.DeleteProject(5);
+        nav.Rebuild();
+    }
+
+    // The item at exactly this path, or 0.
+    std::uint64_t Item(const std::vector<std::wstring>& path) const {
+        const std::uint64_t found = nav.Tree().FindByPath(path);
+        return nav.Tree().PathOf(found) == path ? found : 0;
+    }
+    std::wstring Tree() const { return Render(nav.Tree().Roots()); }
+    std::vector<std::wstring> Texts() const {
+        std::vector<std::wstring> texts;
+        for (const auto& prompt : prompter.asked)
+            texts.push_back(prompt.text);
+        return texts;
+    }
+
+    test::CDatafilesFixture fx;
+    test::CTempDir config;
+    CIniRegistry registry{config.File(L"machine"), config.File(L"user")};
+    CProfile profile{registry};
+    test::CScriptedPrompter prompter;
+    CVX2D_ProjectRegistry projects{fx.Datafiles(), prompter};
+    CVX2D_ClientRegistry clients{fx.Datafiles()};
+    CFakeOwner owner;
+    CNavigatorController nav{projects, clients, profile, prompter, owner};
+};
+
+TEST_F(NavigatorTest, BuildsSortedClientsWithTheirStandardsAndShowsDeletedOnlyWhenAsked) {
+    EXPECT_EQ(Tree(), L"acme(0:2)[Tank(1:3) ] Loose(1:4) Zeta(0:1)[Alpha(1:2) pipe(1:1) ] ");
+    nav.Execute(eCmdShowDeleted);
+    EXPECT_EQ(profile.GetInt(L"ProjectNavigator", L"DeletedProjectState", -1), 8);
+    EXPECT_EQ(Tree(),
+              L"acme(0:2)[Tank(1:3) ] Loose(1:4) Zeta(0:1)[Alpha(1:2) Old(2:5) pipe(1:1) ] ");
+    nav.Execute(eCmdShowDeleted);
+    EXPECT_EQ(profile.GetInt(L"ProjectNavigator", L"DeletedProjectState", -1), 0);
+}
+
+TEST_F(NavigatorTest, RefreshKeepsTheSelectionOrItsNearestSurvivingAncestor) {
+    nav.Select(Item({L"Zeta", L"pipe"}));
+    EXPECT_EQ(profile.GetInt(L"ProjectNavigator", L"SelectedProject", 0), 1);
+    nav.Execute(eCmdRefresh);
+    EXPECT_EQ(nav.Tree().PathOf(nav.Selection()), (std::vector<std::wstring>{L"Zeta", L"pipe"}));
+    projects.RenameProject(1, L"Tube");
+    nav.Execute(eCmdRefresh);
+    EXPECT_EQ(nav.Tree().PathOf(nav.Selection()), (std::vector<std::wstring>{L"Zeta"}));
+}
+
+TEST_F(NavigatorTest, KindsDecideButtonsPopupsAndWhichCommandsAct) {
+    struct SCase {
+        std::vector<std::wstring> path;
+        int kind;
+        bool open;
+        int menu;
+        std::set<int> greyed;
+    };
+    nav.Execute(eCmdShowDeleted);
+    const SCase cases[] = {
+        {{}, kNavNothing, false, 5, {}},
+        {{L"Zeta"}, eNavClient, false, 4, {}},
+        {{L"Zeta", L"pipe"}, eNavStandard, true, 0, {eCmdRecoverStandard, eCmdPurgeStandard}},
+        {{L"Zeta", L"Old"},
+         eNavDeleted,
+         false,
+         0,
+         {eCmdOpenStandard, eCmdDeleteStandard, eCmdPrintStandard}},
+    };
+    for (const auto& c : cases) {
+        const SNavPopup popup = nav.RightClick(c.path.empty() ? 0 : Item(c.path));
+        EXPECT_EQ(nav.SelectionKind(), c.kind);
+        EXPECT_EQ(nav.Buttons().openStandard, c.open);
+        EXPECT_TRUE(nav.Buttons().newClient && nav.Buttons().newStandard);
+        EXPECT_EQ(popup.menuIndex, c.menu);
+        EXPECT_EQ(popup.greyed, c.greyed);
+        EXPECT_TRUE(popup.showDeletedChecked);
+    }
+    // Commands for another kind do nothing at all.
+    nav.Select(Item({L"Zeta", L"pipe"}));
+    nav.Execute(eCmdPurgeStandard);
+    nav.Execute(eCmdDeleteClient);
+    nav.Select(Item({L"Zeta", L"Old"}));
+    nav.Execute(eCmdOpenStandard);
+    EXPECT_TRUE(prompter.asked.empty());
+    EXPECT_TRUE(owner.requests.empty());
+}
+
+TEST_F(NavigatorTest, OpenAndCompareAreRequestsToTheOwner) {
+    nav.Select(Item({L"Loose"}));
+    nav.Execute(eCmdOpenStandard);
+    nav.Execute(eCmdCompareStandards);
+    nav.Select(Item({L"acme"}));
+    nav.Execute(eCmdCompareStandards);
+    EXPECT_EQ(owner.requests,
+              (std::vector<std::pair<int, std::int32_t>>{{11, 4}, {12, 4}, {12, -1}}));
+}
+
+TEST_F(NavigatorTest, NewClientIsInsertedSortedAndNamedByEditingItsLabel) {
+    nav.Execute(eCmdNewClient);
+    EXPECT_EQ(nav.EditingItem(), nav.Selection());
+    EXPECT_EQ(nav.Tree().PathOf(nav.Selection()), (std::vector<std::wstring>{L"Client 3"}));
+    EXPECT_TRUE(nav.EndLabelEdit(L"Beta"));
+    EXPECT_EQ(clients.GetClientName(3), L"Beta");
+    EXPECT_EQ(Tree(),
+              L"acme(0:2)[Tank(1:3) ] Beta(0:3) Loose(1:4) Zeta(0:1)[Alpha(1:2) pipe(1:1) ] ");
+}
+
+TEST_F(NavigatorTest, RenameSaysWhatFailedAndKeepsTheOldLabel) {
+    const std::string before = test::ReadBytes(fx.Dir().Path() / "ProjectDatafile.ini");
+    nav.Select(Item({L"Zeta", L"pipe"}));
+    nav.Execute(eCmdRenameStandard);
+    EXPECT_FALSE(nav.EndLabelEdit(L"pipe")) << "the same text renames nothing";
+    nav.Execute(eCmdRenameStandard);
+    EXPECT_FALSE(nav.EndLabelEdit(std::nullopt));
+    nav.Execute(eCmdRenameStandard);
+    EXPECT_FALSE(nav.EndLabelEdit(L"a/b"));
+    EXPECT_EQ(test::ReadBytes(fx.Dir().Path() / "ProjectDatafile.ini"), before);
+    nav.Select(Item({L"Zeta"}));
+    nav.Execute(eCmdRenameClient);
+    EXPECT_FALSE(nav.EndLabelEdit(L"x|y"));
+    EXPECT_EQ(Texts(), (std::vector<std::wstring>{
+                           L"Error renaming project from 'pipe' to 'a/b'.\n\nInvalid name",
+                           L"Error renaming client from 'Zeta' to 'x|y'."}));
+    EXPECT_EQ(prompter.asked[0].icon, EPromptIcon::Stop);
+
+    nav.Select(Item({L"Zeta", L"pipe"}));
+    nav.Execute(eCmdRenameStandard);
+    EXPECT_TRUE(nav.EndLabelEdit(L" Able "));
+    EXPECT_EQ(Tree(), L"acme(0:2)[Tank(1:3) ] Loose(1:4) Zeta(0:1)[Able(1:1) Alpha(1:2) ] ");
+}
+
+TEST_F(NavigatorTest, DeleteClientAsksAndLeavesItsStandards) {
+    nav.Select(Item({L"acme"}));
+    prompter.answers = {EPromptAnswer::No, EPromptAnswer::Yes};
+    nav.Execute(eCmdDeleteClient);
+    EXPECT_EQ(clients.GetClientName(2), L"acme");
+    nav.Execute(eCmdDeleteClient);
+    ASSERT_EQ(prompter.asked.size(), 2u);
+    EXPECT_EQ(prompter.asked[0].text, L"Are you sure you want to delete client 'acme'?\n\nNote "
+                                      L"that sub-standards will not be deleted.");
+    EXPECT_EQ(prompter.asked[0].icon, EPromptIcon::Question);
+    EXPECT_EQ(prompter.asked[0].buttons, EPromptButtons::YesNo);
+    EXPECT_EQ(Tree(), L"Loose(1:4) Tank(1:3) Zeta(0:1)[Alpha(1:2) pipe(1:1) ] ");
+}
+
+TEST_F(NavigatorTest, MarkDeletedRemovesOrGreysTheItemAndRecoverBringsItBack) {
+    nav.Select(Item({L"Loose"}));
+    prompter.answers = {EPromptAnswer::Yes};
+    nav.Execute(eCmdDeleteStandard);
+    EXPECT_EQ(prompter.asked.back().text,
+              L"Are you sure you want to mark the standard 'Loose' as deleted?");
+    EXPECT_EQ(prompter.asked.back().icon, EPromptIcon::Exclamation);
+    EXPECT_EQ(Item({L"Loose"}), 0u);
+    nav.Execute(eCmdShowDeleted);
+    nav.Select(Item({L"Loose"}));
+    EXPECT_EQ(nav.SelectionKind(), eNavDeleted);
+    nav.Execute(eCmdRecoverStandard);
+    EXPECT_EQ(nav.SelectionKind(), eNavStandard);
+    prompter.answers = {EPromptAnswer::Yes};
+    nav.Execute(eCmdDeleteStandard);
+    EXPECT_EQ(nav.SelectionKind(), eNavDeleted) << "shown deleted standards keep their item";
+    EXPECT_EQ(projects.GetProjectName(4, false, true), L"Loose");
+}
+
+TEST_F(NavigatorTest, PurgeNeedsTwoYesAnswersAndTakesTheStandardOffItsClient) {
+    nav.Execute(eCmdShowDeleted);
+    nav.Select(Item({L"Zeta", L"Old"}));
+    prompter.answers = {EPromptAnswer::Yes, EPromptAnswer::No};
+    nav.Execute(eCmdPurgeStandard);
+    EXPECT_EQ(projects.GetProjectName(5, false, true), L"Old");
+    ASSERT_EQ(prompter.asked.size(), 2u);
+    EXPECT_EQ(prompter.asked[0].text, L"Are you sure you want to purge the standard 'Old'?");
+    EXPECT_EQ(prompter.asked[0].icon, EPromptIcon::Exclamation);
+    EXPECT_EQ(prompter.asked[1].text,
+              L"This will permanently delete standard 'Old'!\n\nThe only way to recover from this "
+              L"is through "
+              L"your own backup files.\n\nAre you still sure you want to do this?");
+    EXPECT_EQ(prompter.asked[1].icon, EPromptIcon::Stop);
+    for (const auto& prompt : prompter.asked)
+        EXPECT_EQ(prompt.defaultAnswer, EPromptAnswer::No);
+
+    prompter.answers = {EPromptAnswer::Yes, EPromptAnswer::Yes};
+    nav.Execute(eCmdPurgeStandard);
+    EXPECT_EQ(projects.GetProjectName(5, true, true), L"");
+    EXPECT_EQ(Item({L"Zeta", L"Old"}), 0u);
+    EXPECT_EQ(clients.GetClientProjectIds(1), (std::vector<std::int32_t>{1, 2}));
+}
+
+TEST_F(NavigatorTest, DroppingMovesAStandardBetweenClients) {
+    const std::uint64_t tank = Item({L"acme", L"Tank"});
+    nav.Drop(tank, Item({L"acme"}));
+    nav.Drop(tank, tank);
+    EXPECT_EQ(clients.GetClientProjectIds(2), (std::vector<std::int32_t>{3}));
+    nav.Drop(tank, Item({L"Zeta", L"pipe"}));
+    EXPECT_EQ(Tree(), L"acme(0:2) Loose(1:4) Zeta(0:1)[Alpha(1:2) pipe(1:1) Tank(1:3) ] ");
+    EXPECT_EQ(nav.Tree().PathOf(nav.Selection()), (std::vector<std::wstring>{L"Zeta", L"Tank"}));
+    nav.Drop(nav.Selection(), 0);
+    EXPECT_EQ(Tree(), L"acme(0:2) Loose(1:4) Tank(1:3) Zeta(0:1)[Alpha(1:2) pipe(1:1) ] ");
+    EXPECT_EQ(clients.GetClientProjectIds(1), (std::vector<std::int32_t>{1, 2, 5}));
+
+    // A client datafile that cannot be read refuses the move.
+    fs::remove(fx.Dir().Path() / "ClientDatafile.ini");
+    fs::create_directory(fx.Dir().Path() / "ClientDatafile.ini");
+    nav.Drop(Item({L"Loose"}), Item({L"acme"}));
+    EXPECT_EQ(Texts(), std::vector<std::wstring>{L"Error moving project."});
+    EXPECT_NE(Item({L"Loose"}), 0u);
+}
+
+TEST_F(NavigatorTest, NewStandardGoesToTheSelectedClient) {
+    nav.Select(Item({L"acme", L"Tank"}));
+    owner.wizardId = 9;
+    owner.wizardName = L"Fresh";
+    nav.Execute(eCmdNewStandard);
+    EXPECT_EQ(owner.wizardClient, 2);
+    EXPECT_EQ(nav.Tree().PathOf(nav.Selection()), (std::vector<std::wstring>{L"acme", L"Fresh"}));
+}
+
+} // namespace
