@@ -2,7 +2,8 @@
 # Sourced by run.sh and test.sh.
 
 SD_PACKAGES=(cmake ninja-build g++ pkg-config libgtest-dev libgmock-dev libfmt-dev libcli11-dev
-             nlohmann-json3-dev uuid-dev libbenchmark-dev)
+             nlohmann-json3-dev uuid-dev libbenchmark-dev libcurl4-openssl-dev libzip-dev zipcmp
+             zipmerge ziptool)
 
 sd_ensure_packages() {
     local missing=()

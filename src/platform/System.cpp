@@ -11,6 +11,7 @@
 #include <lmcons.h>
 #include <objbase.h>
 #include <process.h>
+#include <shellapi.h>
 #include <windows.h>
 #else
 #include <csignal>
@@ -216,6 +217,22 @@ std::wstring ExecutablePath() {
     std::error_code ec;
     const auto path = std::filesystem::read_symlink("/proc/self/exe", ec);
     return ec ? std::wstring() : FromPath(path);
+#endif
+}
+} // namespace platform
+
+namespace platform {
+bool ShellOpen(const std::wstring& target) {
+#ifdef _WIN32
+    const auto result = reinterpret_cast<INT_PTR>(
+        ::ShellExecuteW(nullptr, L"open", target.c_str(), nullptr, nullptr, SW_SHOWNORMAL));
+    return result > 32;
+#else
+    const std::int64_t pid = StartProcess("/usr/bin/xdg-open", {target});
+    if (pid <= 0)
+        return false;
+    // xdg-open hands the target to the desktop and ends at once.
+    return WaitProcess(pid) == 0;
 #endif
 }
 } // namespace platform

@@ -57,3 +57,9 @@ namespace platform {
 // The full path of the running program.
 std::wstring ExecutablePath();
 } // namespace platform
+
+namespace platform {
+// Opens a file, folder or web address with the desktop's default program
+// (xdg-open; the shell's "open" on Windows), without waiting for it.
+bool ShellOpen(const std::wstring& target);
+} // namespace platform

@@ -15,6 +15,8 @@ struct SPrompt {
     EPromptButtons buttons = EPromptButtons::Ok;
     EPromptIcon icon = EPromptIcon::None;
     EPromptAnswer defaultAnswer = EPromptAnswer::Ok;
+    // Shown above every other window (start-up questions with no owner).
+    bool topmost = false;
 };
 
 class IPrompter {

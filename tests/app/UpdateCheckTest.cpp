@@ -1,0 +1,167 @@
+// The start-up update check: when it looks at the page, what it writes back,
+// and every question and message it shows.
+#include "app/UpdateCheck.h"
+#include "platform/IniRegistry.h"
+#include "support/TestSupport.h"
+
+#include <gtest/gtest.h>
+
+namespace fs = std::filesystem;
+
+namespace {
+
+const std::wstring kSupport = L"Software\\VANDIX\\2D Kryn\\2023\\Support";
+
+class UpdateCheckTest : public ::testing::Test {
+protected:
+    void SetUp() override {
+        SetInstall(L"LocalAppPath", suite.Text());
+        SetInstall(L"NetworkAppPath", suite.Text());
+        SetInstall(L"UpdatePageUrl", L"https://updates.invalid/page");
+        // An installed suite file from 2026-01-05.
+        const fs::path exe = suite.Path() / "Applications" / "Kryn.EXE";
+        test::WriteBytes(exe, "x");
+        SetFileTime(exe, L"2026-01-05 08:00:00");
+    }
+
+    void SetInstall(const std::wstring& name, const std::wstring& value) {
+        registry.SetString(ERegistryRoot::LocalMachine, CInstallation::kInstallKey, name, value);
+    }
+    void SetSupport(const std::wstring& name, const std::wstring& value) {
+        registry.SetString(ERegistryRoot::CurrentUser, kSupport, name, value);
+    }
+    std::wstring Support(const std::wstring& name) const {
+        return registry.Read(ERegistryRoot::CurrentUser, kSupport, name);
+    }
+    static void SetFileTime(const fs::path& file, const std::wstring& when) {
+        const auto system = std::chrono::system_clock::from_time_t(CUpdateCheck::ParseTime(when));
+        fs::last_write_time(file, fs::file_time_type::clock::now() +
+                                      std::chrono::duration_cast<fs::file_time_type::duration>(
+                                          system - std::chrono::system_clock::now()));
+    }
+
+    CUpdateCheck::EOutcome Run() {
+        CUpdateCheck::SServices services;
+        services.now = [] { return CUpdateCheck::ParseTime(L"2026-03-10 14:30:00"); };
+        services.readPage = [this](const std::wstring& url) {
+            pagesRead.push_back(url);
+            return page;
+        };
+        services.openPage = [this](const std::wstring& url) {
+            opened.push_back(url);
+            return true;
+        };
+        return CUpdateCheck(registry, installation, prompter, services).Run();
+    }
+
+    test::CTempDir config, suite;
+    CIniRegistry registry{config.File(L"machine"), config.File(L"user")};
+    CInstallation installation{registry};
+    test::CScriptedPrompter prompter;
+    std::optional<std::string> page = "<p>2D_2023_Kryn_Update 2026-02-01 10:00:00</p>";
+    std::vector<std::wstring> pagesRead, opened;
+};
+
+TEST_F(UpdateCheckTest, OnlyTheInstallationThatIsTheSharedFolderChecks) {
+    SetInstall(L"LocalAppPath", L"/opt/local/");
+    EXPECT_EQ(Run(), CUpdateCheck::eNotThisInstallation);
+    EXPECT_FALSE(fs::exists(config.Path() / "user")) << "nothing is written on a client machine";
+    SetInstall(L"LocalAppPath", L"/Opt/Suite/");
+    SetInstall(L"NetworkAppPath", L"/opt/suite/");
+    EXPECT_EQ(Run(), CUpdateCheck::eNotDue) << "letter case does not matter";
+}
+
+TEST_F(UpdateCheckTest, AFirstRunWritesTheIntervalAndWaitsForIt) {
+    EXPECT_EQ(Run(), CUpdateCheck::eNotDue);
+    EXPECT_EQ(Support(L"CheckWebVersionDays"), L"7");
+    EXPECT_EQ(Support(L"CheckWebVersionDate"), L"")
+        << "a missing date counts as due in 7 days, unwritten";
+    EXPECT_TRUE(pagesRead.empty());
+}
+
+TEST_F(UpdateCheckTest, RepairsWhatItCannotRead) {
+    SetSupport(L"CheckWebVersionDays", L"4294967295");
+    SetSupport(L"CheckWebVersionDate", L"soon");
+    EXPECT_EQ(Run(), CUpdateCheck::eDateRepaired);
+    EXPECT_EQ(Support(L"CheckWebVersionDays"), L"7");
+    EXPECT_EQ(Support(L"CheckWebVersionDate"), L"2026-03-17 00:00:00");
+    EXPECT_TRUE(pagesRead.empty());
+}
+
+TEST_F(UpdateCheckTest, ADueCheckReadsThePageAndAsks) {
+    struct SCase {
+        EPromptAnswer answer;
+        CUpdateCheck::EOutcome outcome;
+        const wchar_t* due;
+        std::vector<std::wstring> shown;
+    };
+    const std::wstring question =
+        L"A newer version of 2D Kryn 2023 is available.\n\nDo you want to download it "
+        L"from the website?\n\nIf you Cancel, you will not be prompted again.";
+    const SCase cases[] = {
+        {EPromptAnswer::Yes, CUpdateCheck::eOpenedPage, L"2026-03-13 00:00:00", {question}},
+        {EPromptAnswer::No,
+         CUpdateCheck::eRemindLater,
+         L"2026-03-13 00:00:00",
+         {question, L"You will be reminded in 3 days of a new update."}},
+        {EPromptAnswer::Cancel,
+         CUpdateCheck::eNeverRemind,
+         L"2027-03-10 00:00:00",
+         {question, L"You will not be reminded of any new updates."}},
+    };
+    for (const auto& c : cases) {
+        SetSupport(L"CheckWebVersionDays", L"3");
+        SetSupport(L"CheckWebVersionDate", L"2026-03-10 00:00:00");
+        prompter.asked.clear();
+        opened.clear();
+        prompter.answers = {c.answer};
+        EXPECT_EQ(Run(), c.outcome);
+        EXPECT_EQ(Support(L"CheckWebVersionDate"), c.due);
+        std::vector<std::wstring> shown;
+        for (const auto& prompt : prompter.asked) {
+            shown.push_back(prompt.text);
+            EXPECT_EQ(prompt.caption, L"2D Kryn 2023");
+            EXPECT_TRUE(prompt.topmost);
+        }
+        EXPECT_EQ(shown, c.shown);
+        EXPECT_EQ(prompter.asked[0].buttons, EPromptButtons::YesNoCancel);
+        EXPECT_EQ(prompter.asked[0].icon, EPromptIcon::Question);
+        EXPECT_EQ(opened.size(), c.answer == EPromptAnswer::Yes ? 1u : 0u);
+    }
+    EXPECT_EQ(pagesRead, std::vector<std::wstring>(3, L"https://updates.invalid/page"));
+}
+
+TEST_F(UpdateCheckTest, SaysNothingWhenThePageHasNothingNewer) {
+    struct SCase {
+        std::optional<std::string> page;
+        CUpdateCheck::EOutcome outcome;
+    };
+    // A suite file newer than the page's update.
+    const fs::path fas = suite.Path() / "Crafter" / "Iso" / "R23" / "iso.FAS";
+    test::WriteBytes(fas, "x");
+    SetFileTime(fas, L"2026-02-02 00:00:00");
+    const SCase cases[] = {
+        {std::nullopt, CUpdateCheck::eNoPageTime},
+        {"no mark here", CUpdateCheck::eNoPageTime},
+        {"2D_2023_Kryn_Update yesterday", CUpdateCheck::eNoPageTime},
+        {"2D_2023_Kryn_Update 2026-02-01 10:00:00", CUpdateCheck::eUpToDate},
+    };
+    for (const auto& c : cases) {
+        SetSupport(L"CheckWebVersionDate", L"2026-03-01 00:00:00");
+        page = c.page;
+        EXPECT_EQ(Run(), c.outcome);
+        EXPECT_EQ(Support(L"CheckWebVersionDate"), L"2026-03-17 00:00:00");
+    }
+    EXPECT_TRUE(prompter.asked.empty());
+}
+
+TEST_F(UpdateCheckTest, ReadsFileAddressesThroughTheSameReader) {
+    const fs::path file = suite.Path() / "update.html";
+    test::WriteBytes(file, "<html>2D_2023_Kryn_Update 2026-02-01 10:00:00</html>");
+    const auto text = ReadUpdatePage(L"file://" + suite.Text() + L"update.html");
+    ASSERT_TRUE(text.has_value());
+    EXPECT_EQ(CUpdateCheck::FormatTime(CUpdateCheck::PageTime(*text)), L"2026-02-01 10:00:00");
+    EXPECT_FALSE(ReadUpdatePage(L"file://" + suite.Text() + L"missing.html").has_value());
+}
+
+} // namespace
