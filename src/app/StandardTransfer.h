@@ -1,0 +1,51 @@
+// The navigator's Export... and Import... commands without their file
+// dialogs: what is proposed, what is asked, what is created and what the
+// user is told.
+#pragma once
+
+#include "app/Profile.h"
+#include "app/StandardArchive.h"
+#include "store/ProjectRegistry.h"
+#include "store/Prompter.h"
+
+#include <optional>
+
+class CStandardTransfer {
+public:
+    static constexpr const wchar_t* kSaveTitle = L"Save Standard As";
+    static constexpr const wchar_t* kSaveFilter = L"Exported Standards (*.xst)|*.xst|";
+    static constexpr const wchar_t* kOpenTitle = L"Select the Exported files to Import";
+    static constexpr const wchar_t* kOpenFilter = L"Exported Files (*.xst;*.xpj)|*.xst;*.xpj||";
+
+    CStandardTransfer(CVX2D_ProjectRegistry& projects, CProfile& profile, IPrompter& prompter)
+        : m_projects(projects), m_profile(profile), m_prompter(prompter) {}
+
+    // The folder the save dialog opens in and the file name it proposes.
+    std::wstring ExportFolder() const;
+    std::wstring ProposedExportFile(const std::wstring& standardName) const;
+    // Writes the standard to `file` (replacing it) and remembers its folder.
+    bool Export(std::int32_t standardId, const std::wstring& file,
+                const CArchiveProgress& progress = {});
+
+    // The question before the open dialog: true for archives of the 2015
+    // generation, false for newer ones, nothing when the user cancels.
+    std::optional<bool> AskOldFormat();
+    std::wstring ImportFolder() const;
+
+    struct SImported {
+        std::wstring file;
+        std::int32_t id = 0; // 0 when no standard could be created
+        std::wstring name;
+        std::vector<std::wstring> skipped;
+    };
+    // One new standard per existing file, in order, under `clientId`; a file
+    // that fails is reported and the next one goes on. Ends with a message
+    // listing the entries that were left out, if any.
+    std::vector<SImported> Import(const std::vector<std::wstring>& files, std::int32_t clientId,
+                                  bool oldFormat, const CArchiveProgress& progress = {});
+
+private:
+    CVX2D_ProjectRegistry& m_projects;
+    CProfile& m_profile;
+    IPrompter& m_prompter;
+};
