@@ -1,0 +1,346 @@
+// Layers per application: the default sets, the colour palette they take
+// their colour numbers from, "Layers.ini" overlaid on them and the exact bytes
+// a save writes.
+#include "contents/ProjectLayers.h"
+#include "contents/ColorPalette.h"
+#include "store/ProjectRegistry.h"
+#include "support/TestSupport.h"
+
+#include <filesystem>
+#include <gtest/gtest.h>
+
+namespace fs = std::filesystem;
+using test::ReadBytes;
+using test::WriteBytes;
+
+namespace {
+
+using L = CVX2D_ProjectLayers;
+
+std::string Narrow(const std::wstring& text) {
+    return std::string(text.begin(), text.end());
+}
+
+// One layer as "KEY NAME R,G,B,I LINETYPE LINEWEIGHT".
+std::string Row(const L& layers, std::size_t i) {
+    return Narrow(L::FormatKey(layers.GetKeys()[i]) + L" " + layers.GetNames()[i] + L" " +
+                  L::FormatColor(layers.GetColors()[i]) + L" " + layers.GetLinetypes()[i] + L" " +
+                  std::to_wstring(layers.GetLineweights()[i]));
+}
+
+std::string RowOf(const L& layers, std::int32_t key) {
+    const int at = layers.Find(key);
+    return at < 0 ? "" : Row(layers, static_cast<std::size_t>(at));
+}
+
+TEST(ColorPaletteTest, SpotChecksAndFirstMatch) {
+    struct SEntry {
+        int index;
+        SAciRgb rgb;
+    };
+    const SEntry entries[] = {
+        {0, {0, 0, 0}},         {1, {255, 0, 0}},       {2, {255, 255, 0}},
+        {3, {0, 255, 0}},       {4, {0, 255, 255}},     {5, {0, 0, 255}},
+        {6, {255, 0, 255}},     {7, {255, 255, 255}},   {8, {128, 128, 128}},
+        {9, {192, 192, 192}},   {10, {255, 0, 0}},      {11, {255, 127, 127}},
+        {12, {165, 0, 0}},      {13, {165, 82, 82}},    {18, {38, 0, 0}},
+        {19, {38, 19, 19}},     {21, {255, 159, 127}},  {23, {165, 103, 82}},
+        {50, {255, 255, 0}},    {90, {0, 255, 0}},      {130, {0, 255, 255}},
+        {140, {0, 191, 255}},   {170, {0, 0, 255}},     {210, {255, 0, 255}},
+        {237, {76, 38, 57}},    {249, {38, 19, 23}},    {250, {51, 51, 51}},
+        {251, {80, 80, 80}},    {252, {105, 105, 105}}, {253, {130, 130, 130}},
+        {254, {190, 190, 190}}, {255, {255, 255, 255}},
+    };
+    for (const auto& e : entries)
+        EXPECT_EQ(AciPalette()[static_cast<std::size_t>(e.index)], e.rgb) << e.index;
+
+    // The first position wins; a colour the palette lacks gives 0.
+    const SEntry found[] = {
+        {7, {255, 255, 255}}, {1, {255, 0, 0}},     {2, {255, 255, 0}},   {4, {0, 255, 255}},
+        {0, {0, 0, 0}},       {12, {165, 0, 0}},    {8, {128, 128, 128}}, {250, {51, 51, 51}},
+        {0, {1, 2, 3}},       {0, {255, 255, 254}},
+    };
+    for (const auto& e : found)
+        EXPECT_EQ(FindAciIndex(e.rgb), e.index)
+            << int(e.rgb.red) << "," << int(e.rgb.green) << "," << int(e.rgb.blue);
+
+    // Every entry finds itself or an earlier twin of the same colour.
+    for (int index = 0; index < kAciColorCount; ++index) {
+        const SAciRgb rgb = AciPalette()[static_cast<std::size_t>(index)];
+        const int first = FindAciIndex(rgb);
+        EXPECT_LE(first, index);
+        EXPECT_EQ(AciPalette()[static_cast<std::size_t>(first)], rgb);
+    }
+}
+
+TEST(ProjectLayersDefaultsTest, EachApplicationHasItsBlocksOrderedByRoleNumber) {
+    struct SCase {
+        int application;
+        std::vector<std::int32_t> keys;
+    };
+    const SCase cases[] = {
+        {1, {14, 16, 17, 18, 19, 20, 22, 24, 25, 26, 27, 29, 31, 32, 33, 36, 37, 41, 42, 43, 44}},
+        {2,
+         {14, 15, 16, 17, 20, 23, 24, 25, 26, 27, 28, 30, 32, 33, 34, 35, 37, 38, 42, 43, 45, 46}},
+        {3, {1,  2,  3,  4,  5,  6,  7,  8,  9,  10, 11, 12, 13, 14, 15, 16, 17, 20,
+             23, 24, 25, 26, 27, 28, 32, 33, 34, 35, 37, 40, 42, 43, 47, 48, 49}},
+        {4, {1,  2,  3,  4,  5,  6,  7,  8,  9,  10, 11, 12, 13, 14, 15, 16, 17, 20, 21,
+             23, 24, 25, 26, 27, 28, 32, 33, 34, 35, 37, 39, 40, 42, 43, 47, 48, 49}},
+        {0, {}},
+        {5, {}},
+    };
+    for (const auto& c : cases) {
+        SCOPED_TRACE(c.application);
+        const L layers(c.application);
+        EXPECT_EQ(layers.GetKeys(), c.keys);
+        EXPECT_EQ(layers.GetNames().size(), c.keys.size());
+        EXPECT_EQ(layers.GetColors().size(), c.keys.size());
+        EXPECT_EQ(layers.GetLinetypes().size(), c.keys.size());
+        EXPECT_EQ(layers.GetLineweights(), std::vector<std::int32_t>(c.keys.size(), -3));
+        EXPECT_FALSE(layers.IsModified());
+    }
+    EXPECT_EQ(L(1).GetCount(), 21u);
+    EXPECT_EQ(L(4).GetCount(), 37u);
+}
+
+TEST(ProjectLayersDefaultsTest, RowsKeepTheirValuesThroughTheSort) {
+    struct SCase {
+        int application;
+        std::int32_t key;
+        const char* row;
+    };
+    const SCase cases[] = {
+        {1, 14, "014 ATTRIB 255,255,255,7 CONTINUOUS -3"},
+        {1, 16, "016 BORDER1 0,255,255,4 CONTINUOUS -3"},
+        {1, 29, "029 FIELD_WIRING 255,0,255,6 DASHED -3"},
+        {1, 31, "031 GROUND_WIRE 255,0,0,1 CENTER -3"},
+        {1, 44, "044 UG_COND_CBL 255,0,255,6 HIDDEN -3"},
+        {2, 25, "025 DASH 0,0,255,5 DASHED -3"},
+        {2, 35, "035 MTO-BAL 255,0,0,1 CONTINUOUS -3"},
+        {2, 46, "046 VALVES 255,255,0,2 CONTINUOUS -3"},
+        {3, 1, "001 150LB 255,255,0,2 CONTINUOUS -3"},
+        {3, 5, "005 900LB 255,0,255,6 CONTINUOUS -3"},
+        {3, 13, "013 10000LB 255,255,255,7 CONTINUOUS -3"},
+        {3, 47, "047 LIMITS_BORDER 0,255,255,4 PHANTOM -3"},
+        {3, 48, "048 9000LB 0,0,255,5 CONTINUOUS -3"},
+        {3, 49, "049 800LB 255,255,255,7 CONTINUOUS -3"},
+        {4, 21, "021 CONCRETE 0,255,0,3 CONTINUOUS -3"},
+        {4, 39, "039 STEEL 0,255,0,3 CONTINUOUS -3"},
+        {4, 37, "037 PHANTOM 0,255,255,4 PHANTOM -3"},
+        {4, 27, "027 DOT 255,255,255,7 DOT -3"},
+        {1, 1, ""},
+        {2, 40, ""},
+        {3, 21, ""},
+    };
+    for (const auto& c : cases)
+        EXPECT_EQ(RowOf(L(c.application), c.key), c.row) << c.application << " " << c.key;
+}
+
+TEST(ProjectLayersDefaultsTest, DescriptionsKeysAndColourTexts) {
+    const std::pair<std::int32_t, const wchar_t*> descriptions[] = {
+        {1, L"150 lb"},
+        {6, L"1,500 lb"},
+        {13, L"10,000 lb"},
+        {14, L"Attribute"},
+        {15, L"Bill of Material"},
+        {35, L"MTO Balloon"},
+        {44, L"U/G Conduit Cable"},
+        {47, L"Limits Border"},
+        {48, L"9,000 lb"},
+        {49, L"800 lb"},
+        {0, L""},
+        {50, L""},
+        {-1, L""},
+    };
+    for (const auto& [key, text] : descriptions)
+        EXPECT_EQ(L::GetDescription(key), text) << key;
+
+    EXPECT_EQ(L::FormatKey(1), L"001");
+    EXPECT_EQ(L::FormatKey(49), L"049");
+    EXPECT_EQ(L::FormatKey(123), L"123");
+
+    struct SColor {
+        const wchar_t* text;
+        bool ok;
+        SLayerColor color;
+    };
+    const SColor colors[] = {
+        {L"0,255,255,4", true, {{0, 255, 255}, 4}},
+        {L"255,255,255,255", true, {{255, 255, 255}, 255}},
+        {L" 1, 2 ,3,0", true, {{1, 2, 3}, 0}},
+        {L"0,255,255", false, {}},
+        {L"0,255,255,4,5", false, {}},
+        {L"256,0,0,1", false, {}},
+        {L"-1,0,0,1", false, {}},
+        {L"0,0,0,256", false, {}},
+        {L"red", false, {}},
+        {L"1,,2,3", false, {}},
+        {L"", false, {}},
+    };
+    for (const auto& c : colors) {
+        SLayerColor color{{9, 9, 9}, 9};
+        EXPECT_EQ(L::ParseColor(c.text, color), c.ok) << Narrow(c.text);
+        if (c.ok) {
+            EXPECT_EQ(color, c.color) << Narrow(c.text);
+            EXPECT_EQ(L::ParseColor(L::FormatColor(color), color), true);
+        }
+    }
+}
+
+class ProjectLayersTest : public ::testing::Test {
+protected:
+    void SetUp() override {
+        WriteBytes(dir.Path() / "ProjectDatafile.ini",
+                   "[ProjectList]\r\nVX2D_PRJ_1 = Pipe\r\nVX2D_PRJ_2 = No folder\r\n");
+        fs::create_directories(Folder());
+    }
+    fs::path Folder() const { return dir.Path() / "Projects" / "VX2D_PRJ_1 - Pipe"; }
+    fs::path File() const { return Folder() / "Layers.ini"; }
+
+    L Loaded(int application, int version) const {
+        L layers(registry, 1, application, version);
+        layers.Load(layers.GetFilePath());
+        return layers;
+    }
+
+    test::CTempDir dir;
+    CVX2D_Datafiles datafiles{dir.Text()};
+    test::CScriptedPrompter prompter;
+    CVX2D_ProjectRegistry registry{datafiles, prompter};
+};
+
+TEST_F(ProjectLayersTest, TheFileOverlaysTheApplicationsOwnSections) {
+    WriteBytes(File(), "[Flow - Layers]\r\n016 = OLD_FRAME\r\n\r\n"
+                       "[PID - Colors]\r\n016 = 1,2,3,0\r\n017 = red\r\n\r\n"
+                       "[PID - Layers]\r\n016 = FRAME\r\n099 = EXTRA\r\n\r\n"
+                       "[PID - LineWeights]\r\n014 = 35\r\n\r\n"
+                       "[PID - Linetypes]\r\n016 = DASHED\r\n\r\n"
+                       "[ORTHO - Layers]\r\n016 = ORTHO_FRAME\r\n");
+    struct SCase {
+        int application;
+        int version;
+        std::int32_t key;
+        const char* row;
+    };
+    const SCase cases[] = {
+        {2, 2023, 16, "016 FRAME 1,2,3,0 DASHED -3"},
+        // A colour that does not read keeps the default.
+        {2, 2023, 17, "017 BORDER2 255,255,0,2 CONTINUOUS -3"},
+        {2, 2023, 14, "014 ATTRIB 255,255,255,7 CONTINUOUS 35"},
+        {2, 2016, 16, "016 FRAME 1,2,3,0 DASHED -3"},
+        {2, 2015, 16, "016 OLD_FRAME 0,255,255,4 CONTINUOUS -3"},
+        {4, 2023, 16, "016 ORTHO_FRAME 0,255,255,4 CONTINUOUS -3"},
+        {4, 2015, 16, "016 BORDER1 0,255,255,4 CONTINUOUS -3"},
+        {1, 2023, 16, "016 BORDER1 0,255,255,4 CONTINUOUS -3"},
+    };
+    for (const auto& c : cases) {
+        SCOPED_TRACE(::testing::Message() << c.application << " " << c.version);
+        const L layers = Loaded(c.application, c.version);
+        EXPECT_EQ(RowOf(layers, c.key), c.row);
+        EXPECT_EQ(layers.Find(99), -1);
+        EXPECT_FALSE(layers.IsModified());
+    }
+    EXPECT_EQ(L(2, 2015).GetSectionPrefix(), L"Flow");
+    EXPECT_EQ(L(3, 2016).GetSectionPrefix(), L"ISOMETRIC");
+}
+
+TEST_F(ProjectLayersTest, SaveWritesOnlyTheChangedValues) {
+    struct SCase {
+        const char* name;
+        int application;
+        int version;
+        std::string before; // empty: no file
+        void (*change)(L&);
+        std::string after; // empty: still no file
+    };
+    const std::string other = "[ORTHO - Layers]\r\n039 = BEAMS\r\n";
+    const SCase cases[] = {
+        {"BORDER1's colour with its palette index", 2, 2023, "",
+         [](L& l) {
+             const auto at = static_cast<std::size_t>(l.Find(16));
+             l.SetColor(at, LayerColorOf({255, 0, 0}));
+             l.SetColor(at, LayerColorOf({0, 255, 255}));
+         },
+         "[PID - Colors]\r\n016 = 0,255,255,4\r\n"},
+        {"all four values of one layer in an old standard", 1, 2015, "",
+         [](L& l) {
+             const auto at = static_cast<std::size_t>(l.Find(14));
+             l.SetName(at, L"ATTRS");
+             l.SetColor(at, {{255, 255, 255}, 255});
+             l.SetLinetype(at, L"DASHED");
+             l.SetLineweight(at, 50);
+         },
+         "[Electric - Colors]\r\n014 = 255,255,255,255\r\n\r\n"
+         "[Electric - Layers]\r\n014 = ATTRS\r\n\r\n"
+         "[Electric - LineWeights]\r\n014 = 50\r\n\r\n"
+         "[Electric - Linetypes]\r\n014 = DASHED\r\n"},
+        {"two layers, another application's section kept", 4, 2023, other,
+         [](L& l) {
+             l.SetLineweight(static_cast<std::size_t>(l.Find(49)), 0);
+             l.SetName(static_cast<std::size_t>(l.Find(1)), L"CLASS150");
+         },
+         "[ORTHO - Layers]\r\n001 = CLASS150\r\n039 = BEAMS\r\n\r\n"
+         "[ORTHO - LineWeights]\r\n049 = 0\r\n"},
+        {"unchanged: nothing written", 3, 2023, "", [](L&) {}, ""},
+        {"the same values again are no change", 3, 2023, "",
+         [](L& l) {
+             l.SetName(0, L"150LB");
+             l.SetLineweight(0, -3);
+             l.SetColor(0, {{255, 255, 0}, 2});
+         },
+         ""},
+        {"a position outside the set is ignored", 3, 2023, "",
+         [](L& l) { l.SetName(l.GetCount(), L"X"); }, ""},
+    };
+    for (const auto& c : cases) {
+        SCOPED_TRACE(c.name);
+        fs::remove(File());
+        if (!c.before.empty())
+            WriteBytes(File(), c.before);
+        L layers = Loaded(c.application, c.version);
+        c.change(layers);
+        EXPECT_EQ(layers.IsModified(), c.after != c.before);
+        EXPECT_TRUE(layers.Save());
+        EXPECT_FALSE(layers.IsModified());
+        if (c.after.empty())
+            EXPECT_FALSE(fs::exists(File()));
+        else
+            EXPECT_EQ(ReadBytes(File()), c.after);
+        // What was saved reads back.
+        const L reread = Loaded(c.application, c.version);
+        for (std::size_t i = 0; i < layers.GetCount(); ++i)
+            EXPECT_EQ(Row(reread, i), Row(layers, i));
+    }
+}
+
+TEST_F(ProjectLayersTest, ASuccessfulSaveClearsTheChangesAndAFailedOneKeepsThem) {
+    L layers = Loaded(2, 2023);
+    const auto at = static_cast<std::size_t>(layers.Find(38));
+    layers.SetName(at, L"LINES");
+    ASSERT_TRUE(layers.Save());
+    // Another program changes the entry: the next save does not write it back.
+    WriteBytes(File(), "[PID - Layers]\r\n038 = THEIRS\r\n");
+    layers.SetLinetype(at, L"DOT");
+    ASSERT_TRUE(layers.Save());
+    EXPECT_EQ(ReadBytes(File()),
+              "[PID - Layers]\r\n038 = THEIRS\r\n\r\n[PID - Linetypes]\r\n038 = DOT\r\n");
+
+    layers.SetName(at, L"\u20acURO");
+    EXPECT_FALSE(layers.Save());
+    EXPECT_TRUE(layers.IsModified());
+    EXPECT_EQ(ReadBytes(File()),
+              "[PID - Layers]\r\n038 = THEIRS\r\n\r\n[PID - Linetypes]\r\n038 = DOT\r\n");
+
+    // Without a folder nothing is written and the change stays.
+    std::vector<L> detached = {L(2), L(registry, 2, 2, 2023), L(registry, 0, 2, 2023)};
+    for (L& other : detached) {
+        EXPECT_EQ(other.GetFilePath(), L"");
+        EXPECT_TRUE(other.Save());
+        other.SetName(0, L"X");
+        EXPECT_FALSE(other.Save());
+        EXPECT_TRUE(other.IsModified());
+    }
+    EXPECT_FALSE(fs::exists(dir.Path() / "Projects" / "VX2D_PRJ_2 - No folder"));
+}
+
+} // namespace
