@@ -46,9 +46,13 @@ CStartup::EResult CStartup::Run(const std::vector<std::wstring>& args) {
     return eRun;
 }
 
-void CStartup::Install() {
+bool CStartup::Install() {
     SeedTemplateFolders(m_projects.Datafiles(), m_services.shippedTemplates);
     CreateFirstRunStandards();
+    if (!m_installation.HasDatafilesOverride())
+        return true;
+    return m_registry.SetString(ERegistryRoot::LocalMachine, CInstallation::kInstallKey,
+                                L"DatafilesPath", m_installation.DatafilesPath());
 }
 
 bool CStartup::IsUserAllowed(const std::wstring& userName) const {

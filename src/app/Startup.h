@@ -44,6 +44,10 @@ public:
              CVX2D_ProjectRegistry& projects, IPrompter& prompter, SServices services);
 
     EResult Run(const std::vector<std::wstring>& args);
+    // The "-install" work: the shipped templates into the datafiles folder,
+    // the first-run standards, and the datafiles folder given for this run
+    // recorded as the installation's. False when that could not be recorded.
+    bool Install();
 
     bool IsUserAllowed(const std::wstring& userName) const;
     // "English Standard" and "Metric Standard" with their folders, a first
@@ -61,8 +65,6 @@ public:
     const std::wstring& OemLibrary() const { return m_oemLibrary; }
 
 private:
-    void Install();
-
     IRegistry& m_registry;
     const CInstallation& m_installation;
     CVX2D_ProjectRegistry& m_projects;

@@ -102,6 +102,7 @@ void AddLayersCommands(CLI::App& app, SCliContext& context);
 void AddLinesCommands(CLI::App& app, SCliContext& context);
 void AddSpecsCommands(CLI::App& app, SCliContext& context);
 void AddDrawingsCommands(CLI::App& app, SCliContext& context);
+void AddAppCommands(CLI::App& app, SCliContext& context);
 
 // An application given as 1-4 or by name (ELECTRIC, PID or P&ID, ISOMETRIC,
 // ORTHO); anything else is bad usage.

@@ -27,6 +27,7 @@ int main(int argc, char** argv) {
     cli::AddLinesCommands(app, context);
     cli::AddSpecsCommands(app, context);
     cli::AddDrawingsCommands(app, context);
+    cli::AddAppCommands(app, context);
 
     try {
         app.parse(argc, argv);

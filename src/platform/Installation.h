@@ -15,6 +15,8 @@ public:
     explicit CInstallation(const IRegistry& registry, std::wstring datafilesOverride = {});
 
     std::wstring DatafilesPath() const;
+    // True when --datafiles replaced the installation value for this run.
+    bool HasDatafilesOverride() const { return !m_datafilesOverride.empty(); }
     // DatafilesPath followed by `name`; empty when DatafilesPath is empty.
     std::wstring DatafilesFile(const std::wstring& name) const;
     std::wstring LocalAppPath() const;

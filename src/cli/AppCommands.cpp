@@ -1,0 +1,179 @@
+// install, export, import, update-check, navigator tree: the program's own
+// commands on the command line.
+#include "app/NavigatorController.h"
+#include "app/StandardTransfer.h"
+#include "app/Startup.h"
+#include "cli/CliCore.h"
+#include "platform/System.h"
+#include "platform/Utf8.h"
+
+#include <fmt/xchar.h>
+#include <iostream>
+
+namespace cli {
+
+namespace {
+
+struct SArgs {
+    std::int32_t id = 0;
+    std::int32_t clientId = 0;
+    std::string file;
+    std::vector<std::string> files;
+    bool oldFormat = false;
+    std::string now;
+};
+
+std::wstring ShippedTemplates() {
+    return CInstallation::ShippedDataFolder() + L"templates";
+}
+
+void Install(const SCliOptions& options) {
+    SCore core(options);
+    CStartup::SServices services;
+    services.shippedTemplates = ShippedTemplates();
+    CStartup startup(*core.registry, core.installation, core.projects, core.prompter, services);
+    if (!startup.Install())
+        throw CCliFailure(
+            L"The standards were installed, but the datafiles folder could not be recorded in "
+            L"the installation values.\n\nRun as a user who may write them.");
+}
+
+void Export(const SCliOptions& options, const SArgs& a) {
+    SCore core(options);
+    CProfile profile(*core.registry);
+    CStandardTransfer transfer(core.projects, profile, core.prompter);
+    const std::wstring what =
+        fmt::format(L"Error exporting standard '{}' to '{}'.", core.NameOf(a.id), W(a.file));
+    core.FolderOf(a.id, what);
+    if (!transfer.Export(a.id, W(a.file)))
+        throw CCliFailure(what);
+}
+
+COutput Import(const SCliOptions& options, const SArgs& a) {
+    SCore core(options);
+    CProfile profile(*core.registry);
+    CStandardTransfer transfer(core.projects, profile, core.prompter);
+    std::vector<std::wstring> files;
+    for (const auto& file : a.files) {
+        std::error_code ec;
+        if (!std::filesystem::is_regular_file(platform::ToPath(W(file)), ec))
+            throw CCliFailure(fmt::format(L"There is no file '{}' to import.", W(file)));
+        files.push_back(W(file));
+    }
+    const auto imported = transfer.Import(files, a.clientId, a.oldFormat);
+    COutput output({{"id"}, {"name"}});
+    bool failed = false;
+    for (const auto& standard : imported) {
+        if (standard.id == 0)
+            failed = true;
+        else
+            output.Add({standard.id, standard.name});
+    }
+    if (failed) {
+        // The standards that were made are still worth printing.
+        output.Write(std::cout, options.json);
+        throw CCliFailure(L"Not every file could be imported.");
+    }
+    return output;
+}
+
+COutput UpdateCheck(const SCliOptions& options, const SArgs& a) {
+    SCore core(options);
+    CUpdateCheck::SServices services;
+    if (!a.now.empty()) {
+        const std::time_t now = CUpdateCheck::ParseTime(W(a.now));
+        if (now == CUpdateCheck::NoTime())
+            throw CCliFailure(W("'" + a.now + "' is not a date of the form YYYY-MM-DD HH:MM:SS."),
+                              2);
+        services.now = [now] { return now; };
+    }
+    // A command line does not open browsers: it says where the update is.
+    std::wstring opened;
+    services.openPage = [&opened](const std::wstring& url) {
+        opened = url;
+        return true;
+    };
+    CUpdateCheck check(*core.registry, core.installation, core.prompter, services);
+    static const wchar_t* const kOutcomes[] = {
+        L"not the shared installation: no check",
+        L"unreadable due date: reset",
+        L"not due",
+        L"no update date on the page",
+        L"up to date",
+        L"newer version: see the page",
+        L"newer version: remind later",
+        L"newer version: never remind",
+    };
+    const auto outcome = check.Run();
+    COutput output({{"decision"}, {"page"}});
+    output.Add({std::wstring(kOutcomes[outcome]), opened});
+    return output;
+}
+
+class CNoWindows : public INavigatorOwner {
+public:
+    void Request(int, std::int32_t) override {}
+    bool RunNewStandardWizard(std::int32_t, std::int32_t&, std::wstring&) override { return false; }
+    void PrintStandard(std::int32_t) override {}
+    void ExportStandard(std::int32_t, const std::wstring&) override {}
+    void ImportStandards(std::int32_t) override {}
+};
+
+void AddItems(COutput& output, const std::vector<CNavItem>& items, int depth) {
+    for (const auto& item : items) {
+        output.Add({std::wstring(2 * static_cast<std::size_t>(depth), L' ') + item.text,
+                    std::int64_t{item.image}, std::int64_t{item.id}});
+        AddItems(output, item.children, depth + 1);
+    }
+}
+
+COutput NavigatorTree(const SCliOptions& options) {
+    SCore core(options);
+    CProfile profile(*core.registry);
+    CNoWindows owner;
+    CNavigatorController navigator(core.projects, core.clients, profile, core.prompter, owner);
+    navigator.Rebuild();
+    COutput output({{"text"}, {"image"}, {"id"}});
+    AddItems(output, navigator.Tree().Roots(), 0);
+    return output;
+}
+
+} // namespace
+
+void AddAppCommands(CLI::App& app, SCliContext& context) {
+    auto args = std::make_shared<SArgs>();
+    SCliContext* ctx = &context;
+    app.add_subcommand("install",
+                       "Set up a datafiles folder: templates, the first standards, and (with "
+                       "--datafiles) record it as the installation's")
+        ->callback([ctx] { ctx->Run([ctx] { Install(ctx->options); }); });
+
+    auto* exportCommand = app.add_subcommand("export", "Write a standard to an .xst archive");
+    exportCommand->add_option("ID", args->id)->required();
+    exportCommand->add_option("FILE", args->file)->required();
+    exportCommand->callback(
+        [ctx, args] { ctx->Run([ctx, args] { Export(ctx->options, *args); }); });
+
+    auto* importCommand =
+        app.add_subcommand("import", "Make a new standard from each .xst or .xpj archive; "
+                                     "prints ID, NAME of each");
+    importCommand->add_option("FILE", args->files)->required();
+    importCommand->add_option("--client", args->clientId, "Client to put the new standards under");
+    importCommand->add_flag("--old-format", args->oldFormat,
+                            "The archives come from the 2015 generation");
+    importCommand->callback(
+        [ctx, args] { ctx->Print([ctx, args] { return Import(ctx->options, *args); }); });
+
+    auto* update =
+        app.add_subcommand("update-check", "Run the start-up update check and print its decision");
+    update->add_option("--now", args->now, "Pretend it is this local time (YYYY-MM-DD HH:MM:SS)");
+    update->callback(
+        [ctx, args] { ctx->Print([ctx, args] { return UpdateCheck(ctx->options, *args); }); });
+
+    auto* navigator = app.add_subcommand("navigator", "The navigator of clients and standards");
+    navigator->require_subcommand(1);
+    navigator->add_subcommand("tree", "The tree as the desktop shows it: indented TEXT, IMAGE, ID")
+        ->callback([ctx] { ctx->Print([ctx] { return NavigatorTree(ctx->options); }); });
+}
+
+} // namespace cli

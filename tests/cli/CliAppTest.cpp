@@ -1,0 +1,68 @@
+// install, export, import, update-check and navigator tree on the command line.
+#include "support/CliFixture.h"
+
+#include <gtest/gtest.h>
+
+namespace fs = std::filesystem;
+
+namespace {
+
+using test::CliTest;
+using test::ReadBytes;
+using test::WriteBytes;
+
+TEST_F(CliTest, InstallMakesTheFirstStandardsAndRecordsTheFolder) {
+    fs::remove_all(Root() / "Template");
+    EXPECT_EQ(Ok({"install"}), "");
+    EXPECT_TRUE(fs::is_directory(Root() / "Template" / "Metric 2015"))
+        << "the shipped templates are copied in";
+    EXPECT_EQ(ReadBytes(MachineRegistry()),
+              "[Software\\VANDIX\\2D Kryn\\2023]\r\nDatafilesPath = " + Root().string() + "/\r\n");
+    EXPECT_EQ(Ok({"navigator", "tree"}), "English Standard\t1\t1\nMetric Standard\t1\t2\n");
+    EXPECT_EQ(Ok({"install"}), "") << "a second install changes nothing";
+    EXPECT_EQ(Ok({"standard", "list"}),
+              "1\tactive\t0\tEnglish Standard\n2\tactive\t0\tMetric Standard\n");
+}
+
+TEST_F(CliTest, NavigatorTreeIndentsStandardsUnderTheirClients) {
+    Ok({"client", "create"});
+    Ok({"client", "rename", "1", "Zeta"});
+    Ok({"standard", "create", "pipe", "--client", "1"});
+    Ok({"standard", "create", "Alpha"});
+    Ok({"standard", "create", "Old", "--client", "1"});
+    Ok({"standard", "delete", "3"});
+    EXPECT_EQ(Ok({"navigator", "tree"}), "Alpha\t1\t2\nZeta\t0\t1\n  pipe\t1\t1\n");
+}
+
+TEST_F(CliTest, ExportAndImportCarryAStandardAcross) {
+    Ok({"standard", "create", "Pipe"});
+    WriteBytes(Projects() / "VX2D_PRJ_1 - Pipe" / "Sub" / "file.txt", "content");
+    const std::string archive = (Root() / "Pipe Copy.xst").string();
+    EXPECT_EQ(Ok({"export", "1", archive}), "");
+    EXPECT_EQ(Ok({"import", archive, archive}), "2\tPipe Copy\n3\tPipe Copy\n");
+    EXPECT_EQ(ReadBytes(Projects() / "VX2D_PRJ_3 - Pipe Copy" / "Sub" / "file.txt"), "content");
+
+    const auto missing = Run({"import", archive, (Root() / "none.xst").string()});
+    EXPECT_EQ(missing.code, 1);
+    EXPECT_EQ(missing.err,
+              "There is no file '" + (Root() / "none.xst").string() + "' to import.\n");
+    EXPECT_EQ(Ok({"standard", "list"}).size(),
+              std::string("1\tactive\t0\tPipe\n2\tactive\t0\tPipe Copy\n"
+                          "3\tactive\t0\tPipe Copy\n")
+                  .size())
+        << "nothing is imported when a file is missing";
+
+    const auto unknown = Run({"export", "9", archive});
+    EXPECT_EQ(unknown.code, 1);
+    EXPECT_EQ(unknown.err, "Error exporting standard '9' to '" + archive +
+                               "'.\n\nCan't get project location folder\n");
+}
+
+TEST_F(CliTest, UpdateCheckPrintsItsDecision) {
+    EXPECT_EQ(Ok({"update-check", "--now", "2026-03-10 12:00:00"}), "not due\t\n");
+    const auto bad = Run({"update-check", "--now", "tomorrow"});
+    EXPECT_EQ(bad.code, 2);
+    EXPECT_EQ(bad.err, "'tomorrow' is not a date of the form YYYY-MM-DD HH:MM:SS.\n");
+}
+
+} // namespace
