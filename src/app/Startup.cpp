@@ -1,6 +1,7 @@
 #include "app/Startup.h"
 
 #include "contents/ProjectLines.h"
+#include "contents/ProjectSpecs.h"
 #include "datafile/IniFile.h"
 #include "datafile/Text.h"
 #include "platform/Utf8.h"
@@ -124,7 +125,10 @@ void CStartup::CreateFirstRunStandards() {
         }
         std::int32_t lineId = 0;
         std::wstring lineName;
-        CVX2D_ProjectLines(m_projects).CreateLine(id, L"Line 1", lineId, lineName);
+        if (CVX2D_ProjectLines(m_projects).CreateLine(id, L"Line 1", lineId, lineName) != eLineOk)
+            continue;
+        for (int application = 1; application <= 3; ++application)
+            CVX2D_ProjectSpecs(m_projects).CreateLineSpecList(id, lineId, application);
     }
 }
 

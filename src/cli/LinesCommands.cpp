@@ -1,10 +1,238 @@
-// TEMPORARY placeholder: replaced by the real command group.
+// lines ..., specs ..., drawings list: a standard's line numbers, its checked
+// pipe specs with the spec register, and the files of its drawings folders.
 #include "cli/CliCore.h"
+#include "contents/Application.h"
+#include "contents/DrawingsListing.h"
+#include "contents/ProjectLines.h"
+#include "contents/ProjectSpecs.h"
+#include "datafile/Text.h"
+#include "store/GeneralSettings.h"
+
+#include <algorithm>
+#include <fmt/xchar.h>
+#include <numeric>
 
 namespace cli {
 
-void AddLinesCommands(CLI::App&, SCliContext&) {}
-void AddSpecsCommands(CLI::App&, SCliContext&) {}
-void AddDrawingsCommands(CLI::App&, SCliContext&) {}
+namespace {
+
+struct SArgs {
+    std::int32_t id = 0;
+    std::int32_t itemId = 0; // the line or the spec
+    std::string name;
+    std::string application;
+    bool withDeleted = false;
+    bool backups = false;
+};
+
+void CheckLine(ELineResult result, const std::wstring& what) {
+    if (result != eLineOk)
+        throw CCliFailure(what + L"\n\n" + CVX2D_ProjectLines::GetErrorText(result));
+}
+
+void CheckSpecResult(ESpecResult result, const std::wstring& what) {
+    if (result != eSpecOk)
+        throw CCliFailure(what + L"\n\n" + CVX2D_ProjectSpecs::GetErrorText(result));
+}
+
+COutput LinesList(const SCliOptions& options, const SArgs& a) {
+    SCore core(options);
+    SLineList lines;
+    CheckLine(CVX2D_ProjectLines(core.projects).GetLines(a.id, lines, a.withDeleted),
+              fmt::format(L"Error reading the lines of standard '{}'.", core.NameOf(a.id)));
+    COutput output({{"line_id"}, {"state"}, {"name"}});
+    for (std::size_t i = 0; i < lines.Size(); ++i)
+        output.Add(
+            {lines.ids[i], std::wstring(lines.deleted[i] ? L"deleted" : L"live"), lines.names[i]});
+    return output;
+}
+
+COutput LinesCreate(const SCliOptions& options, const SArgs& a) {
+    SCore core(options);
+    std::int32_t lineId = 0;
+    std::wstring name;
+    CheckLine(CVX2D_ProjectLines(core.projects).CreateLine(a.id, lineId, name),
+              fmt::format(L"Error creating a new line in standard '{}'.", core.NameOf(a.id)));
+    COutput output({{"line_id"}, {"name"}});
+    output.Add({lineId, name});
+    return output;
+}
+
+void LinesRename(const SCliOptions& options, const SArgs& a) {
+    SCore core(options);
+    const std::wstring name = W(a.name);
+    CheckLine(CVX2D_ProjectLines(core.projects).RenameLine(a.id, a.itemId, name),
+              fmt::format(L"Error renaming line {} of standard '{}' to '{}'.", a.itemId,
+                          core.NameOf(a.id), name));
+}
+
+COutput SpecsList(const SCliOptions& options, const SArgs& a) {
+    SCore core(options);
+    std::vector<std::int32_t> ids;
+    std::vector<std::wstring> names;
+    CheckSpecResult(
+        CVX2D_ProjectSpecs(core.projects).GetCheckedSpecs(a.id, ids, names),
+        fmt::format(L"Error reading the checked specs of standard '{}'.", core.NameOf(a.id)));
+    COutput output({{"spec_id"}, {"name"}});
+    for (std::size_t i = 0; i < ids.size(); ++i)
+        output.Add({ids[i], names[i]});
+    return output;
+}
+
+std::wstring ScopeText(const SSpecInfo& spec) {
+    switch (spec.scope) {
+    case eSpecClient:
+        return fmt::format(L"client {}", spec.ownerId);
+    case eSpecProject:
+        return fmt::format(L"standard {}", spec.ownerId);
+    default:
+        return L"common";
+    }
+}
+
+COutput SpecsRegister(const SCliOptions& options) {
+    SCore core(options);
+    std::vector<SSpecInfo> specs;
+    CheckSpecResult(CVX2D_ProjectSpecs(core.projects).GetSpecRegister(specs),
+                    L"Error reading the spec register.");
+    COutput output({{"spec_id"}, {"scope"}, {"name"}});
+    for (const auto& spec : specs)
+        output.Add({spec.id, ScopeText(spec), spec.name});
+    return output;
+}
+
+COutput DrawingsList(const SCliOptions& options, const SArgs& a) {
+    const int application = ParseApplicationArgument(a.application);
+    SCore core(options);
+    const std::wstring what = fmt::format(L"Error listing the {} drawings of standard '{}'.",
+                                          ApplicationName(application), core.NameOf(a.id));
+    core.FolderOf(a.id, what);
+    CVX2D_GeneralSettings general;
+    if (!general.Load(core.projects, a.id))
+        throw CCliFailure(what);
+    const std::wstring folder = general.GetDrawingsLocation(application);
+    if (folder.empty())
+        throw CCliFailure(what + L"\n\nThe standard has no drawings folder for " +
+                          ApplicationName(application) + L".");
+    SDrawingList list;
+    if (!ListDrawings(folder, a.backups, list))
+        throw CCliFailure(fmt::format(L"{}\n\nThe drawings folder '{}' cannot be read.", what,
+                                      WithoutTrailingSeparator(folder)));
+    // The folder's own order differs between systems; show them by name.
+    std::vector<std::size_t> order(list.Size());
+    std::iota(order.begin(), order.end(), std::size_t{0});
+    std::stable_sort(order.begin(), order.end(),
+                     [&](std::size_t x, std::size_t y) { return list.names[x] < list.names[y]; });
+    COutput output({{"name"}, {"size"}, {"date"}});
+    for (std::size_t i : order)
+        output.Add({list.names[i], list.sizes[i], list.dates[i]});
+    return output;
+}
+
+} // namespace
+
+void AddLinesCommands(CLI::App& app, SCliContext& context) {
+    auto args = std::make_shared<SArgs>();
+    SCliContext* ctx = &context;
+    auto* group = app.add_subcommand("lines", "A standard's line numbers");
+    group->require_subcommand(1);
+    auto withId = [&](const char* name, const char* help) {
+        auto* command = group->add_subcommand(name, help);
+        command->add_option("ID", args->id, "The standard")->required();
+        return command;
+    };
+    // delete and recover: one line of one standard, with the lines editor's message.
+    using CLineOperation = ELineResult (CVX2D_ProjectLines::*)(std::int32_t, std::int32_t) const;
+    auto lineAction = [ctx, args](CLineOperation operation, const wchar_t* what) {
+        return [ctx, args, operation, what] {
+            ctx->Run([ctx, args, operation, what] {
+                SCore core(ctx->options);
+                CheckLine((CVX2D_ProjectLines(core.projects).*operation)(args->id, args->itemId),
+                          fmt::format(fmt::runtime(what), args->itemId, core.NameOf(args->id)));
+            });
+        };
+    };
+
+    auto* list = withId("list", "LINE_ID, STATE (live or deleted), NAME");
+    list->add_flag("--deleted", args->withDeleted, "Include deleted lines");
+    list->callback(
+        [ctx, args] { ctx->Print([ctx, args] { return LinesList(ctx->options, *args); }); });
+    withId("create", "Create a line named \"Line n\"; prints LINE_ID, NAME")->callback([ctx, args] {
+        ctx->Print([ctx, args] { return LinesCreate(ctx->options, *args); });
+    });
+    auto* del = withId("delete", "Mark a line as deleted");
+    del->add_option("LINE_ID", args->itemId)->required();
+    del->callback(
+        lineAction(&CVX2D_ProjectLines::DeleteLine, L"Error deleting line {} of standard '{}'."));
+    auto* recover = withId("recover", "Bring a deleted line back");
+    recover->add_option("LINE_ID", args->itemId)->required();
+    recover->callback(lineAction(&CVX2D_ProjectLines::RecoverLine,
+                                 L"Error recovering line {} of standard '{}'."));
+    auto* rename = withId("rename", "Rename a live line");
+    rename->add_option("LINE_ID", args->itemId)->required();
+    rename->add_option("NAME", args->name)->required();
+    rename->callback([ctx, args] { ctx->Run([ctx, args] { LinesRename(ctx->options, *args); }); });
+    withId("repair", "Raise the shared line counter past the standard's lines")
+        ->callback([ctx, args] {
+            ctx->Run([ctx, args] {
+                SCore core(ctx->options);
+                CheckLine(CVX2D_ProjectLines(core.projects).RepairLastLineId(args->id),
+                          fmt::format(L"Error repairing the line counter for standard '{}'.",
+                                      core.NameOf(args->id)));
+            });
+        });
+}
+
+void AddSpecsCommands(CLI::App& app, SCliContext& context) {
+    auto args = std::make_shared<SArgs>();
+    SCliContext* ctx = &context;
+    auto* group = app.add_subcommand("specs", "Pipe specs: the register and a standard's checks");
+    group->require_subcommand(1);
+    using CSpecOperation = ESpecResult (CVX2D_ProjectSpecs::*)(std::int32_t, std::int32_t) const;
+    auto specAction = [ctx, args](CSpecOperation operation, const wchar_t* what) {
+        return [ctx, args, operation, what] {
+            ctx->Run([ctx, args, operation, what] {
+                SCore core(ctx->options);
+                CheckSpecResult(
+                    (CVX2D_ProjectSpecs(core.projects).*operation)(args->id, args->itemId),
+                    fmt::format(fmt::runtime(what), args->itemId, core.NameOf(args->id)));
+            });
+        };
+    };
+
+    auto* list = group->add_subcommand("list", "SPEC_ID, NAME of the specs checked for a standard");
+    list->add_option("ID", args->id, "The standard")->required();
+    list->callback(
+        [ctx, args] { ctx->Print([ctx, args] { return SpecsList(ctx->options, *args); }); });
+    auto* check = group->add_subcommand("check", "Check a spec of the register for a standard");
+    check->add_option("ID", args->id, "The standard")->required();
+    check->add_option("SPEC_ID", args->itemId)->required();
+    check->callback(
+        specAction(&CVX2D_ProjectSpecs::CheckSpec, L"Error checking spec {} for standard '{}'."));
+    auto* uncheck = group->add_subcommand("uncheck", "Uncheck a spec for a standard");
+    uncheck->add_option("ID", args->id, "The standard")->required();
+    uncheck->add_option("SPEC_ID", args->itemId)->required();
+    uncheck->callback(specAction(&CVX2D_ProjectSpecs::UncheckSpec,
+                                 L"Error unchecking spec {} for standard '{}'."));
+    group
+        ->add_subcommand("register",
+                         "SPEC_ID, SCOPE (common, client N or standard N), NAME of every spec")
+        ->callback([ctx] { ctx->Print([ctx] { return SpecsRegister(ctx->options); }); });
+}
+
+void AddDrawingsCommands(CLI::App& app, SCliContext& context) {
+    auto args = std::make_shared<SArgs>();
+    SCliContext* ctx = &context;
+    auto* group = app.add_subcommand("drawings", "The drawing files of a standard's folders");
+    group->require_subcommand(1);
+    auto* list = group->add_subcommand(
+        "list", "NAME, SIZE, DATE of the drawings in an application's drawings folder, by name");
+    list->add_option("ID", args->id, "The standard")->required();
+    list->add_option("APP", args->application, "1-4 or ELECTRIC, PID (P&ID), ISOMETRIC, ORTHO")
+        ->required();
+    list->add_flag("--backups", args->backups, "List the .bak files instead of the .dwg files");
+    list->callback(
+        [ctx, args] { ctx->Print([ctx, args] { return DrawingsList(ctx->options, *args); }); });
+}
 
 } // namespace cli

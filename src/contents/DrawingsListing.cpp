@@ -1,0 +1,70 @@
+#include "contents/DrawingsListing.h"
+
+#include "datafile/Text.h"
+#include "platform/Utf8.h"
+
+#include <chrono>
+#include <filesystem>
+#include <fmt/chrono.h>
+#include <fmt/xchar.h>
+
+namespace fs = std::filesystem;
+
+void SDrawingList::Clear() {
+    names.clear();
+    sizes.clear();
+    dates.clear();
+}
+
+std::wstring DrawingSizeText(std::uintmax_t bytes) {
+    return fmt::format(L"{} KB", bytes >> 10);
+}
+
+std::wstring DrawingDateText(std::time_t time) {
+    try {
+        const std::tm local = fmt::localtime(time);
+        const std::string text = fmt::format("{:%Y-%m-%d %H:%M:%S}", local);
+        return std::wstring(text.begin(), text.end());
+    } catch (const std::exception&) {
+        // A time outside what the platform can convert: no date rather than a wrong one.
+        return {};
+    }
+}
+
+bool ListDrawings(const std::wstring& folder, bool backups, SDrawingList& list) {
+    list.Clear();
+    const std::wstring extension = backups ? L".bak" : L".dwg";
+    std::error_code ec;
+    fs::directory_iterator it(platform::ToPath(WithoutTrailingSeparator(folder)), ec);
+    if (ec)
+        return false;
+    for (; it != fs::directory_iterator(); it.increment(ec)) {
+        std::error_code typeError;
+        if (it->is_directory(typeError))
+            continue;
+        const std::wstring name = platform::FromPath(it->path().filename());
+        if (name.size() < extension.size() ||
+            !EqualsNoCase(std::wstring_view(name).substr(name.size() - extension.size()),
+                          extension))
+            continue;
+        std::wstring size, date;
+        std::error_code sizeError, timeError;
+        const std::uintmax_t bytes = fs::file_size(it->path(), sizeError);
+        const fs::file_time_type written = fs::last_write_time(it->path(), timeError);
+        if (!sizeError && !timeError) {
+            size = DrawingSizeText(bytes);
+            const auto system = std::chrono::file_clock::to_sys(written);
+            date = DrawingDateText(std::chrono::system_clock::to_time_t(
+                std::chrono::time_point_cast<std::chrono::system_clock::duration>(system)));
+        }
+        list.names.push_back(name);
+        list.sizes.push_back(size);
+        list.dates.push_back(date);
+    }
+    if (ec) {
+        // The folder went away while being read: report nothing rather than part.
+        list.Clear();
+        return false;
+    }
+    return true;
+}

@@ -1,0 +1,97 @@
+// The drawings folder listing: which files appear, their size texts and
+// their local modification times.
+#include "contents/DrawingsListing.h"
+#include "platform/Utf8.h"
+#include "support/TestSupport.h"
+
+#include <chrono>
+#include <cstdlib>
+#include <ctime>
+#include <filesystem>
+#include <gtest/gtest.h>
+#include <map>
+
+namespace fs = std::filesystem;
+using test::WriteBytes;
+
+namespace {
+
+// 2023-04-05 13:03:09 UTC
+constexpr std::time_t kWritten = 1680699789;
+
+void SetTimeZone(const char* zone) {
+#ifdef _WIN32
+    _putenv_s("TZ", zone);
+    _tzset();
+#else
+    setenv("TZ", zone, 1);
+    tzset();
+#endif
+}
+
+std::map<std::wstring, std::pair<std::wstring, std::wstring>> AsMap(const SDrawingList& list) {
+    std::map<std::wstring, std::pair<std::wstring, std::wstring>> rows;
+    for (std::size_t i = 0; i < list.Size(); ++i)
+        rows[list.names[i]] = {list.sizes[i], list.dates[i]};
+    return rows;
+}
+
+class DrawingsListingTest : public ::testing::Test {
+protected:
+    void SetUp() override {
+        SetTimeZone("CET-1");
+        const std::pair<const char*, std::size_t> files[] = {
+            {"Small.dwg", 1023}, {"Half.dwg", 1536}, {"A.DWG", 0},     {"Big.dwg", 3 * 1024 * 1024},
+            {"Small.bak", 2048}, {"Notes.txt", 10},  {"x.dwg.bak", 1}, {"dwg", 5},
+        };
+        for (const auto& [name, size] : files) {
+            WriteBytes(dir.Path() / name, std::string(size, 'x'));
+            fs::last_write_time(dir.Path() / name,
+                                std::chrono::file_clock::from_sys(
+                                    std::chrono::system_clock::from_time_t(kWritten)));
+        }
+        fs::create_directories(dir.Path() / "Sub.dwg");
+        fs::create_directories(dir.Path() / "Old.bak");
+    }
+
+    test::CTempDir dir;
+};
+
+TEST_F(DrawingsListingTest, ListsDrawingsOrBackupsWithSizeAndLocalTime) {
+    const std::wstring date = L"2023-04-05 14:03:09";
+    SDrawingList list;
+    ASSERT_TRUE(ListDrawings(dir.Text(), false, list));
+    EXPECT_EQ(list.sizes.size(), list.Size());
+    EXPECT_EQ(list.dates.size(), list.Size());
+    const std::map<std::wstring, std::pair<std::wstring, std::wstring>> drawings = {
+        {L"A.DWG", {L"0 KB", date}},
+        {L"Big.dwg", {L"3072 KB", date}},
+        {L"Half.dwg", {L"1 KB", date}},
+        {L"Small.dwg", {L"0 KB", date}},
+    };
+    EXPECT_EQ(AsMap(list), drawings);
+
+    ASSERT_TRUE(ListDrawings(dir.Text(), true, list));
+    const std::map<std::wstring, std::pair<std::wstring, std::wstring>> backups = {
+        {L"Small.bak", {L"2 KB", date}},
+        {L"x.dwg.bak", {L"0 KB", date}},
+    };
+    EXPECT_EQ(AsMap(list), backups);
+}
+
+TEST_F(DrawingsListingTest, UnreadableFolderAndUnreadableFilesGiveEmptyTexts) {
+    SDrawingList list;
+    ASSERT_TRUE(ListDrawings(dir.Text(), false, list));
+    EXPECT_FALSE(ListDrawings(dir.File(L"Missing"), false, list));
+    EXPECT_EQ(list.Size(), 0u);
+    EXPECT_EQ(list.sizes.size() + list.dates.size(), 0u);
+#ifndef _WIN32
+    // A link to nothing is listed, but has no status to show.
+    fs::create_symlink(dir.Path() / "nowhere", dir.Path() / "Lost.dwg");
+    ASSERT_TRUE(ListDrawings(dir.Text(), false, list));
+    EXPECT_EQ(AsMap(list)[L"Lost.dwg"], (std::pair<std::wstring, std::wstring>{}));
+    EXPECT_EQ(list.Size(), 5u);
+#endif
+}
+
+} // namespace
