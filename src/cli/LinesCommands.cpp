@@ -1,5 +1,5 @@
 // lines ..., specs ..., drawings list: a standard's line numbers, its checked
-// pipe specs with the spec register, and the files of its drawings folders.
+// pipe specs with the register of specs, and the files of its drawings folders.
 #include "cli/CliCore.h"
 #include "contents/Application.h"
 #include "contents/DrawingsListing.h"
@@ -18,7 +18,7 @@ namespace {
 
 struct SArgs {
     std::int32_t id = 0;
-    std::int32_t itemId = 0; // the line or the spec
+    std::int32_t itemId = 0; // a line id or a spec id
     std::string name;
     std::string application;
     bool withDeleted = false;
@@ -94,7 +94,7 @@ COutput SpecsRegister(const SCliOptions& options) {
     SCore core(options);
     std::vector<SSpecInfo> specs;
     CheckSpecResult(CVX2D_ProjectSpecs(core.projects).GetSpecRegister(specs),
-                    L"Error reading the spec register.");
+                    L"Error reading the register of specs.");
     COutput output({{"spec_id"}, {"scope"}, {"name"}});
     for (const auto& spec : specs)
         output.Add({spec.id, ScopeText(spec), spec.name});

@@ -44,7 +44,7 @@ struct SSpecInfo {
     std::int32_t ownerId = 0; // the client or standard; 0 for a common spec
 };
 
-// One entry of a scope list: the spec and the client or standard it belongs to.
+// One entry of a scope list: a spec and the client or standard it belongs to.
 struct SSpecOwner {
     std::int32_t specId = 0;
     std::int32_t ownerId = 0;
