@@ -137,6 +137,13 @@ void Set(const SCliOptions& options, const SArgs& a) {
                                           value, variableId, SettingsVariableLabel(variableId),
                                           ChoicesText(*variable)));
     } else {
+        // A toggle's cell offers "On" and "Off" only; anything else typed
+        // here would silently mean Off.
+        if (variable->m_nKind == Base::eBool && value != L"On" && value != L"Off")
+            throw CCliFailure(
+                fmt::format(L"'{}' is not a value of the toggle {} \"{}\": give On or Off.", value,
+                            variableId, SettingsVariableLabel(variableId)),
+                2);
         StoreSettingsText(*variable, value);
     }
     if (settings->IsModified() && !settings->Save())
@@ -177,7 +184,7 @@ void AddSettingsCommands(CLI::App& app, SCliContext& context) {
 
     auto* set = group->add_subcommand(
         "set", "Change one settings variable of a standard and save it. VALUE by kind: On "
-               "for a toggle (any other text is Off), a number for integers and reals (a "
+               "or Off for a toggle, a number for integers and reals (a "
                "non-number is 0), a choice's label or number, else the text itself");
     set->add_option("ID", args->id, "Standard id")->required();
     set->add_option("APP", args->application, "Application")->required();

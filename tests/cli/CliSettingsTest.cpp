@@ -239,6 +239,7 @@ TEST_F(CliSettingsTest, BadUsageExitsWithTwo) {
         {"settings", "show", "1", "PID", "--section", "Layer Colours"},
         {"settings", "show", "1", "PID", "--section", "9"},
         {"settings", "set", "1", "PID", "145"},
+        {"settings", "set", "1", "PID", "118", "1"},
         {"settings", "catalogue"},
         {"settings", "catalogue", "PID", "--units", "feet"},
         {"settings", "catalogue", "PID", "--section", "-1"},
