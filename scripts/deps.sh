@@ -3,7 +3,8 @@
 
 SD_PACKAGES=(cmake ninja-build g++ pkg-config libgtest-dev libgmock-dev libfmt-dev libcli11-dev
              nlohmann-json3-dev uuid-dev libbenchmark-dev libcurl4-openssl-dev libzip-dev zipcmp
-             zipmerge ziptool)
+             zipmerge ziptool qt6-base-dev libxkbcommon-dev fonts-dejavu-core xvfb xauth xdotool
+             x11-apps imagemagick)
 
 sd_ensure_packages() {
     local missing=()

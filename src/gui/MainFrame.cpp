@@ -1,0 +1,322 @@
+#include "gui/MainFrame.h"
+
+#include "app/Environment.h"
+#include "gui/CompareWindow.h"
+#include "gui/NavigatorDlg.h"
+#include "gui/NewStandardDialog.h"
+#include "gui/QtText.h"
+#include "gui/StandardDocument.h"
+#include "platform/System.h"
+#include "platform/Utf8.h"
+
+#include <QApplication>
+#include <QCloseEvent>
+#include <QDockWidget>
+#include <QFileInfo>
+#include <QMdiSubWindow>
+#include <QMenuBar>
+#include <QMessageBox>
+#include <QProgressDialog>
+#include <QToolBar>
+#include <fmt/xchar.h>
+
+CMainFrame::CMainFrame(CDeskCore& core, IFileDialogs& dialogs, QWidget* parent)
+    : QMainWindow(parent), m_core(core), m_dialogs(dialogs),
+      m_navigator(core.projects, core.clients, core.profile, core.prompter, *this),
+      m_transfer(core.projects, core.profile, core.prompter) {
+    setObjectName(QStringLiteral("mainFrame"));
+    m_documents = new QMdiArea(this);
+    m_documents->setObjectName(QStringLiteral("documents"));
+    m_documents->setViewMode(QMdiArea::TabbedView);
+    m_documents->setTabsClosable(true);
+    m_documents->setDocumentMode(true);
+    setCentralWidget(m_documents);
+    connect(m_documents, &QMdiArea::subWindowActivated, this, [this] { UpdateTitle(); });
+
+    m_panel = new CNavigatorDlg(m_navigator, this);
+    auto* dock = new QDockWidget(tr("Navigator"), this);
+    dock->setObjectName(QStringLiteral("navigatorDock"));
+    dock->setWidget(m_panel);
+    dock->setFeatures(QDockWidget::DockWidgetMovable | QDockWidget::DockWidgetFloatable);
+    addDockWidget(Qt::LeftDockWidgetArea, dock);
+    resizeDocks({dock}, {280}, Qt::Horizontal);
+
+    CreateActions();
+    CreateMenus();
+    connect(m_panel, &CNavigatorDlg::CommandRequested, this, &CMainFrame::RunCommand);
+    connect(m_panel->Tree(), &CNavigatorTreeCtrl::ContextMenuWanted, this, &CMainFrame::ShowPopup);
+    connect(m_panel->Tree(), &CNavigatorTreeCtrl::SelectionChanged, this, [this] {
+        for (const auto& [command, action] : m_actions)
+            action->setEnabled(m_navigator.Applies(command) && command != eCmdPrintStandard);
+    });
+
+    m_navigator.Rebuild();
+    m_panel->Tree()->Render();
+    emit m_panel->Tree()->SelectionChanged();
+    UpdateTitle();
+}
+
+QAction* CMainFrame::AddCommand(int command, const QString& text, const QKeySequence& shortcut) {
+    auto* action = new QAction(text, this);
+    action->setObjectName(QStringLiteral("command%1").arg(command));
+    if (!shortcut.isEmpty())
+        action->setShortcut(shortcut);
+    connect(action, &QAction::triggered, this, [this, command] { RunCommand(command); });
+    m_actions[command] = action;
+    return action;
+}
+
+QAction* CMainFrame::Action(int command) const {
+    const auto it = m_actions.find(command);
+    return it == m_actions.end() ? nullptr : it->second;
+}
+
+void CMainFrame::CreateActions() {
+    QStyle* style = QApplication::style();
+    AddCommand(eCmdNewClient, tr("&New..."))
+        ->setIcon(style->standardIcon(QStyle::SP_FileDialogNewFolder));
+    AddCommand(eCmdRenameClient, tr("&Rename"), QKeySequence(Qt::Key_F2));
+    AddCommand(eCmdDeleteClient, tr("&Delete..."));
+    AddCommand(eCmdNewStandard, tr("&New..."), QKeySequence::New)
+        ->setIcon(style->standardIcon(QStyle::SP_FileIcon));
+    AddCommand(eCmdOpenStandard, tr("&Open"), QKeySequence::Open)
+        ->setIcon(style->standardIcon(QStyle::SP_DialogOpenButton));
+    AddCommand(eCmdCopyStandard, tr("&Copy..."));
+    AddCommand(eCmdRenameStandard, tr("&Rename"), QKeySequence(Qt::Key_F2));
+    AddCommand(eCmdPrintStandard, tr("&Print..."))
+        ->setToolTip(tr("Printing a standard comes with its report"));
+    AddCommand(eCmdDeleteStandard, tr("&Delete..."), QKeySequence::Delete)
+        ->setIcon(style->standardIcon(QStyle::SP_TrashIcon));
+    AddCommand(eCmdRecoverStandard, tr("Reco&ver"));
+    AddCommand(eCmdPurgeStandard, tr("&Purge..."));
+    AddCommand(eCmdExportStandard, tr("&Export..."))
+        ->setIcon(style->standardIcon(QStyle::SP_DialogSaveButton));
+    AddCommand(eCmdImportStandards, tr("&Import..."));
+    AddCommand(eCmdCompareStandards, tr("Co&mpare..."))
+        ->setIcon(style->standardIcon(QStyle::SP_FileDialogContentsView));
+    m_showDeleted = AddCommand(eCmdShowDeleted, tr("Show &Deleted Standards"));
+    m_showDeleted->setCheckable(true);
+    m_showDeleted->setChecked(m_navigator.DeletedShown());
+    AddCommand(eCmdRefresh, tr("&Refresh List"), QKeySequence::Refresh)
+        ->setIcon(style->standardIcon(QStyle::SP_BrowserReload));
+    // The client and standard renames share F2: the one that applies acts.
+    Action(eCmdRenameClient)->setShortcutContext(Qt::WidgetWithChildrenShortcut);
+    Action(eCmdRenameStandard)->setShortcutContext(Qt::WidgetWithChildrenShortcut);
+    m_panel->addAction(Action(eCmdRenameClient));
+    m_panel->addAction(Action(eCmdRenameStandard));
+    Action(eCmdDeleteStandard)->setShortcutContext(Qt::WidgetWithChildrenShortcut);
+    m_panel->addAction(Action(eCmdDeleteStandard));
+}
+
+void CMainFrame::CreateMenus() {
+    QMenu* client = menuBar()->addMenu(tr("&Client"));
+    client->addAction(Action(eCmdNewClient));
+    client->addAction(Action(eCmdRenameClient));
+    client->addAction(Action(eCmdDeleteClient));
+
+    QMenu* standard = menuBar()->addMenu(tr("&Standard"));
+    for (int command :
+         {eCmdNewStandard, eCmdOpenStandard, eCmdCopyStandard, eCmdRenameStandard,
+          eCmdPrintStandard, eCmdDeleteStandard, eCmdRecoverStandard, eCmdPurgeStandard}) {
+        standard->addAction(Action(command));
+    }
+    standard->addSeparator();
+    standard->addAction(Action(eCmdExportStandard));
+    standard->addAction(Action(eCmdImportStandards));
+    standard->addSeparator();
+    standard->addAction(Action(eCmdCompareStandards));
+
+    QMenu* view = menuBar()->addMenu(tr("&View"));
+    view->addAction(m_showDeleted);
+    view->addAction(Action(eCmdRefresh));
+
+    QMenu* window = menuBar()->addMenu(tr("&Window"));
+    window->addAction(tr("&Cascade"), m_documents, &QMdiArea::cascadeSubWindows);
+    window->addAction(tr("&Tile"), m_documents, &QMdiArea::tileSubWindows);
+    window->addAction(tr("Close &All"), m_documents, &QMdiArea::closeAllSubWindows);
+
+    QMenu* help = menuBar()->addMenu(tr("&Help"));
+    help->addAction(tr("&Help..."), QKeySequence::HelpContents, this,
+                    [this] { ShowHelp(L"::/index.htm"); });
+    help->addAction(tr("&About"), this, [this] {
+        QMessageBox::about(
+            this, tr("About Standards Desk"),
+            tr("<b>Standards Desk</b><p>Drafting standards administration for the 2D Kryn "
+               "2023 suite.</p><p>Datafiles folder:<br>%1</p>")
+                .arg(Q(m_core.installation.DatafilesPath()).toHtmlEscaped()));
+    });
+
+    QToolBar* tools = addToolBar(tr("Standard"));
+    tools->setObjectName(QStringLiteral("toolbar"));
+    tools->setToolButtonStyle(Qt::ToolButtonIconOnly);
+    for (int command : {eCmdNewStandard, eCmdOpenStandard, eCmdDeleteStandard, eCmdExportStandard,
+                        eCmdCompareStandards, eCmdRefresh})
+        tools->addAction(Action(command));
+}
+
+void CMainFrame::RunCommand(int command) {
+    m_navigator.Execute(command);
+    m_showDeleted->setChecked(m_navigator.DeletedShown());
+    m_panel->Tree()->Render();
+    emit m_panel->Tree()->SelectionChanged();
+}
+
+void CMainFrame::ShowPopup(const QPoint& globalPos) {
+    const QPoint local = m_panel->Tree()->viewport()->mapFromGlobal(globalPos);
+    const SNavPopup popup =
+        m_navigator.RightClick(CNavigatorTreeCtrl::HandleOf(m_panel->Tree()->itemAt(local)));
+    m_panel->Tree()->Render();
+    emit m_panel->Tree()->SelectionChanged();
+    QMenu menu(this);
+    std::vector<int> commands;
+    switch (popup.menuIndex) {
+    case 0:
+        commands = {eCmdOpenStandard,
+                    eCmdCopyStandard,
+                    eCmdRenameStandard,
+                    eCmdPrintStandard,
+                    eCmdDeleteStandard,
+                    eCmdRecoverStandard,
+                    eCmdPurgeStandard,
+                    0,
+                    eCmdExportStandard,
+                    eCmdCompareStandards,
+                    0,
+                    eCmdShowDeleted};
+        break;
+    case 4:
+        commands = {eCmdNewClient,   eCmdRenameClient,   eCmdDeleteClient, 0,
+                    eCmdNewStandard, eCmdImportStandards};
+        break;
+    default:
+        commands = {eCmdNewClient,   eCmdNewStandard, eCmdImportStandards, eCmdCompareStandards, 0,
+                    eCmdShowDeleted, eCmdRefresh};
+        break;
+    }
+    for (int command : commands) {
+        if (command == 0) {
+            menu.addSeparator();
+            continue;
+        }
+        QAction* action = Action(command);
+        action->setEnabled(!popup.greyed.contains(command) && command != eCmdPrintStandard);
+        menu.addAction(action);
+    }
+    m_showDeleted->setChecked(popup.showDeletedChecked);
+    menu.exec(globalPos);
+}
+
+void CMainFrame::Request(int code, std::int32_t standardId) {
+    if (code == kRequestOpen)
+        OpenStandard(standardId);
+    else if (code == kRequestCompare)
+        OpenComparison(standardId);
+}
+
+bool CMainFrame::RunNewStandardWizard(std::int32_t clientId, std::int32_t& newId,
+                                      std::wstring& newName) {
+    CNewStandardDialog dialog(m_core, clientId, this);
+    if (dialog.exec() != QDialog::Accepted)
+        return false;
+    newId = dialog.CreatedId();
+    newName = dialog.CreatedName();
+    return newId != 0;
+}
+
+void CMainFrame::PrintStandard(std::int32_t) {}
+
+void CMainFrame::ExportStandard(std::int32_t standardId, const std::wstring& name) {
+    const QString file = m_dialogs.SaveFile(this, Q(CStandardTransfer::kSaveTitle),
+                                            Q(CStandardTransfer::kSaveFilter),
+                                            Q(m_transfer.ProposedExportFile(name)));
+    if (file.isEmpty())
+        return;
+    QProgressDialog progress(tr("Exporting standard '%1'...").arg(Q(name)), tr("Cancel"), 0, 0,
+                             this);
+    progress.setWindowModality(Qt::WindowModal);
+    progress.setMinimumDuration(500);
+    QApplication::setOverrideCursor(Qt::WaitCursor);
+    m_transfer.Export(
+        standardId, W(file), [&](std::size_t done, std::size_t total, const std::wstring& entry) {
+            progress.setMaximum(static_cast<int>(total));
+            progress.setValue(static_cast<int>(done));
+            progress.setLabelText(tr("Exporting standard '%1'...\n%2").arg(Q(name), Q(entry)));
+            return !progress.wasCanceled();
+        });
+    QApplication::restoreOverrideCursor();
+}
+
+void CMainFrame::ImportStandards(std::int32_t clientId) {
+    const std::optional<bool> oldFormat = m_transfer.AskOldFormat();
+    if (!oldFormat)
+        return;
+    const QStringList files =
+        m_dialogs.OpenFiles(this, Q(CStandardTransfer::kOpenTitle),
+                            Q(CStandardTransfer::kOpenFilter), Q(m_transfer.ImportFolder()));
+    std::vector<std::wstring> chosen;
+    for (const QString& file : files)
+        chosen.push_back(W(file));
+    QProgressDialog progress(tr("Importing standards..."), tr("Cancel"), 0, 0, this);
+    progress.setWindowModality(Qt::WindowModal);
+    progress.setMinimumDuration(500);
+    m_transfer.Import(chosen, clientId, *oldFormat,
+                      [&](std::size_t done, std::size_t total, const std::wstring& entry) {
+                          progress.setMaximum(static_cast<int>(total));
+                          progress.setValue(static_cast<int>(done));
+                          progress.setLabelText(tr("Importing standards...\n%1").arg(Q(entry)));
+                          return !progress.wasCanceled();
+                      });
+}
+
+void CMainFrame::OpenStandard(std::int32_t standardId) {
+    for (QMdiSubWindow* window : m_documents->subWindowList()) {
+        if (auto* document = qobject_cast<CStandardDocument*>(window->widget());
+            document && document->StandardId() == standardId) {
+            m_documents->setActiveSubWindow(window);
+            return;
+        }
+    }
+    auto* document = new CStandardDocument(m_core, *this, standardId);
+    QMdiSubWindow* window = m_documents->addSubWindow(document);
+    window->setAttribute(Qt::WA_DeleteOnClose);
+    window->showMaximized();
+}
+
+void CMainFrame::OpenComparison(std::int32_t standardId) {
+    auto* comparison = new CCompareWindow(m_core, *this, standardId);
+    QMdiSubWindow* window = m_documents->addSubWindow(comparison);
+    window->setAttribute(Qt::WA_DeleteOnClose);
+    window->showMaximized();
+}
+
+void CMainFrame::ShowHelp(const std::wstring& topic) {
+    const CEnvironment environment(m_core.installation);
+    std::wstring error;
+    const std::wstring page = CEnvironment::HelpTopicPath(
+        environment.HelpFilePath(platform::ExecutablePath()), topic, error);
+    if (!error.empty()) {
+        m_core.prompter.Show(error, EPromptIcon::Stop);
+        return;
+    }
+    platform::ShellOpen(page);
+}
+
+void CMainFrame::UpdateTitle() {
+    QString title = QStringLiteral("Standards Desk");
+    if (QMdiSubWindow* window = m_documents->activeSubWindow())
+        title += QStringLiteral(" - ") + window->windowTitle();
+    setWindowTitle(title);
+}
+
+void CMainFrame::closeEvent(QCloseEvent* event) {
+    m_documents->closeAllSubWindows();
+    if (!m_documents->subWindowList().isEmpty()) {
+        event->ignore();
+        return;
+    }
+    const QRect frame = geometry();
+    m_core.profile.SetString(L"Application", L"WindowPosition",
+                             fmt::format(L"{},{},{},{}", frame.left(), frame.top(),
+                                         frame.right() + 1, frame.bottom() + 1));
+    event->accept();
+}

@@ -1,0 +1,62 @@
+// The main window: menus, toolbar, the docked navigator and the document
+// windows of opened standards and comparisons.
+#pragma once
+
+#include "app/NavigatorController.h"
+#include "app/StandardTransfer.h"
+#include "gui/DeskCore.h"
+#include "gui/FileDialogs.h"
+
+#include <QAction>
+#include <QMainWindow>
+#include <QMdiArea>
+#include <map>
+
+class CNavigatorDlg;
+
+class CMainFrame : public QMainWindow, public INavigatorOwner {
+    Q_OBJECT
+public:
+    CMainFrame(CDeskCore& core, IFileDialogs& dialogs, QWidget* parent = nullptr);
+
+    CNavigatorController& Navigator() { return m_navigator; }
+    CNavigatorDlg* NavigatorPanel() const { return m_panel; }
+    QMdiArea* Documents() const { return m_documents; }
+    // The action of a navigator command id (menus, toolbar, pop-ups share them).
+    QAction* Action(int command) const;
+    // Runs a navigator command and shows its outcome.
+    void RunCommand(int command);
+
+    // INavigatorOwner
+    void Request(int code, std::int32_t standardId) override;
+    bool RunNewStandardWizard(std::int32_t clientId, std::int32_t& newId,
+                              std::wstring& newName) override;
+    void PrintStandard(std::int32_t standardId) override;
+    void ExportStandard(std::int32_t standardId, const std::wstring& name) override;
+    void ImportStandards(std::int32_t clientId) override;
+
+    // Opens (or brings forward) the window of a standard.
+    void OpenStandard(std::int32_t standardId);
+    void OpenComparison(std::int32_t standardId);
+    // "Help..." of a view: opens its topic or says the help is missing.
+    void ShowHelp(const std::wstring& topic);
+
+protected:
+    void closeEvent(QCloseEvent* event) override;
+
+private:
+    void CreateActions();
+    void CreateMenus();
+    void ShowPopup(const QPoint& globalPos);
+    void UpdateTitle();
+    QAction* AddCommand(int command, const QString& text, const QKeySequence& shortcut = {});
+
+    CDeskCore& m_core;
+    IFileDialogs& m_dialogs;
+    CNavigatorController m_navigator;
+    CStandardTransfer m_transfer;
+    CNavigatorDlg* m_panel = nullptr;
+    QMdiArea* m_documents = nullptr;
+    std::map<int, QAction*> m_actions;
+    QAction* m_showDeleted = nullptr;
+};

@@ -1,0 +1,59 @@
+// The navigator panel: "New Client", "New Standard", "Open Standard" and the
+// tree of clients and standards, rendering the navigator controller.
+#pragma once
+
+#include "app/NavigatorController.h"
+
+#include <QPushButton>
+#include <QStyledItemDelegate>
+#include <QTreeWidget>
+
+class CNavigatorTreeCtrl : public QTreeWidget {
+    Q_OBJECT
+public:
+    static constexpr int kHandleRole = Qt::UserRole + 1;
+
+    explicit CNavigatorTreeCtrl(CNavigatorController& controller, QWidget* parent = nullptr);
+
+    // Shows the controller's tree, its selection, and starts label editing
+    // when the controller asks for it.
+    void Render();
+    QTreeWidgetItem* ItemOf(std::uint64_t handle) const;
+    static std::uint64_t HandleOf(const QTreeWidgetItem* item);
+
+signals:
+    void SelectionChanged();
+    void ContextMenuWanted(const QPoint& globalPos);
+
+protected:
+    void dropEvent(QDropEvent* event) override;
+    void dragMoveEvent(QDragMoveEvent* event) override;
+    void startDrag(Qt::DropActions actions) override;
+
+private:
+    friend class CLabelDelegate;
+    void AddItems(QTreeWidgetItem* parent, const std::vector<CNavItem>& items);
+    void LabelEdited(const std::optional<QString>& text);
+
+    CNavigatorController& m_controller;
+    bool m_rendering = false;
+    std::uint64_t m_dragged = 0;
+};
+
+class CNavigatorDlg : public QWidget {
+    Q_OBJECT
+public:
+    CNavigatorDlg(CNavigatorController& controller, QWidget* parent = nullptr);
+    CNavigatorTreeCtrl* Tree() const { return m_tree; }
+    void UpdateButtons();
+
+signals:
+    void CommandRequested(int command);
+
+private:
+    CNavigatorController& m_controller;
+    CNavigatorTreeCtrl* m_tree;
+    QPushButton* m_newClient;
+    QPushButton* m_newStandard;
+    QPushButton* m_openStandard;
+};
