@@ -142,19 +142,20 @@ void CNavigatorTreeCtrl::dragMoveEvent(QDragMoveEvent* event) {
 
 void CNavigatorTreeCtrl::dropEvent(QDropEvent* event) {
     // The controller moves the standard between clients; the tree only shows it.
-    const std::uint64_t target = HandleOf(itemAt(event->position().toPoint()));
+    QTreeWidgetItem* target = itemAt(event->position().toPoint());
     event->setDropAction(Qt::IgnoreAction);
     event->accept();
-    const std::uint64_t dragged = m_dragged;
-    m_dragged = 0;
     QMetaObject::invokeMethod(
-        this,
-        [this, dragged, target] {
-            m_controller.Drop(dragged, target);
-            Render();
-            emit SelectionChanged();
-        },
-        Qt::QueuedConnection);
+        this, [this, handle = HandleOf(target)] { DropOn(ItemOf(handle)); }, Qt::QueuedConnection);
+}
+
+void CNavigatorTreeCtrl::DropOn(QTreeWidgetItem* target) {
+    // The drag starts from the selected standard.
+    const std::uint64_t dragged = m_dragged ? m_dragged : HandleOf(currentItem());
+    m_dragged = 0;
+    m_controller.Drop(dragged, HandleOf(target));
+    Render();
+    emit SelectionChanged();
 }
 
 CNavigatorDlg::CNavigatorDlg(CNavigatorController& controller, QWidget* parent)

@@ -19,6 +19,9 @@ public:
     // when the controller asks for it.
     void Render();
     QTreeWidgetItem* ItemOf(std::uint64_t handle) const;
+    // The selected (dragged) standard released on `target` (nullptr: the
+    // empty area at the top level).
+    void DropOn(QTreeWidgetItem* target);
     static std::uint64_t HandleOf(const QTreeWidgetItem* item);
 
 signals:
