@@ -103,6 +103,10 @@ void AddLinesCommands(CLI::App& app, SCliContext& context);
 void AddSpecsCommands(CLI::App& app, SCliContext& context);
 void AddDrawingsCommands(CLI::App& app, SCliContext& context);
 void AddAppCommands(CLI::App& app, SCliContext& context);
+// Adds the editors' verbs to the "drawings" and "settings" groups, so it
+// runs after both are added.
+void AddEditorCommands(CLI::App& app, SCliContext& context);
+void AddCompareCommands(CLI::App& app, SCliContext& context);
 
 // An application given as 1-4 or by name (ELECTRIC, PID or P&ID, ISOMETRIC,
 // ORTHO); anything else is bad usage.

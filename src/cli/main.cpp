@@ -28,6 +28,8 @@ int main(int argc, char** argv) {
     cli::AddSpecsCommands(app, context);
     cli::AddDrawingsCommands(app, context);
     cli::AddAppCommands(app, context);
+    cli::AddEditorCommands(app, context);
+    cli::AddCompareCommands(app, context);
 
     try {
         app.parse(argc, argv);

@@ -235,6 +235,11 @@ bool CVX2D_ProjectLayers::Load(const std::wstring& path) {
     ini.SetAutoSave(false);
     if (GetCount() == 0 || ini.Open(path) != CVX2D_IniFile::eOk)
         return true;
+    return Load(ini);
+}
+
+bool CVX2D_ProjectLayers::Load(CVX2D_IniFile& ini) {
+    SetDefaults();
     for (std::size_t i = 0; i < GetCount(); ++i) {
         const std::wstring key = FormatKey(m_arrKeys[i]);
         ini.SetSection(Section(kLayersSuffix));

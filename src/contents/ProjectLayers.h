@@ -9,6 +9,7 @@
 #include <string>
 #include <vector>
 
+class CVX2D_IniFile;
 class CVX2D_ProjectRegistry;
 
 // An RGB colour with its AutoCAD colour number.
@@ -41,6 +42,9 @@ public:
     // missing file, a missing key or a colour that does not read as
     // "R,G,B,INDEX" leaves the default. Always true.
     bool Load(const std::wstring& path);
+    // The same from an open "Layers.ini" (its current section changes), so
+    // that one read of the file serves all four applications.
+    bool Load(CVX2D_IniFile& ini);
     // The standard's folder + "Layers.ini"; empty when it has no folder.
     std::wstring GetFilePath() const;
     // Writes only the values changed since loading, layer by layer in array
