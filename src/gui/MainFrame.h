@@ -22,6 +22,7 @@ public:
     CNavigatorController& Navigator() { return m_navigator; }
     CNavigatorDlg* NavigatorPanel() const { return m_panel; }
     QMdiArea* Documents() const { return m_documents; }
+    IFileDialogs& FileDialogs() { return m_dialogs; }
     // The action of a navigator command id (menus, toolbar, pop-ups share them).
     QAction* Action(int command) const;
     // Runs a navigator command and shows its outcome.

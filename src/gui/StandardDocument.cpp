@@ -1,18 +1,170 @@
 #include "gui/StandardDocument.h"
 
+#include "contents/Application.h"
+#include "gui/DrawingsFormView.h"
 #include "gui/MainFrame.h"
 #include "gui/QtText.h"
+#include "gui/SettingsFormView.h"
 
+#include <QApplication>
+#include <QCloseEvent>
 #include <QLabel>
+#include <QStyle>
+
+namespace {
+
+QIcon PageIcon(int icon) {
+    QStyle* style = QApplication::style();
+    return icon >= 6 ? style->standardIcon(QStyle::SP_DirIcon)
+                     : style->standardIcon(QStyle::SP_FileDialogDetailedView);
+}
+
+// A page whose editor is not part of this version yet says what it will hold.
+QWidget* Placeholder(const QString& title, const QString& what, QWidget* parent) {
+    auto* label =
+        new QLabel(QStringLiteral("<h3>%1</h3><p>%2</p>").arg(title.toHtmlEscaped(), what), parent);
+    label->setObjectName(QStringLiteral("placeholderPage"));
+    label->setAlignment(Qt::AlignTop | Qt::AlignLeft);
+    label->setWordWrap(true);
+    label->setMargin(12);
+    return label;
+}
+
+} // namespace
+
+CSettingsTreeCtrl::CSettingsTreeCtrl(QWidget* parent) : QTreeWidget(parent) {
+    setObjectName(QStringLiteral("settingsTree"));
+    setHeaderHidden(true);
+}
+
+void CSettingsTreeCtrl::Add(QTreeWidgetItem* parent, const std::vector<SSettingsPage>& pages) {
+    for (const auto& page : pages) {
+        auto* item = parent ? new QTreeWidgetItem(parent) : new QTreeWidgetItem(this);
+        item->setText(0, Q(page.title));
+        item->setIcon(0, PageIcon(page.icon));
+        m_pageOf[item] = &page;
+        Add(item, page.children);
+    }
+}
+
+void CSettingsTreeCtrl::Fill(const std::vector<SSettingsPage>& pages) {
+    clear();
+    m_pageOf.clear();
+    m_pages = pages;
+    Add(nullptr, m_pages);
+    expandAll();
+}
+
+const SSettingsPage* CSettingsTreeCtrl::PageOf(const QTreeWidgetItem* item) const {
+    const auto it = m_pageOf.find(item);
+    return it == m_pageOf.end() ? nullptr : it->second;
+}
+
+QTreeWidgetItem* CSettingsTreeCtrl::FindPage(const QString& title,
+                                             const QString& parentTitle) const {
+    for (QTreeWidgetItemIterator it(const_cast<CSettingsTreeCtrl*>(this)); *it; ++it) {
+        if ((*it)->text(0) != title)
+            continue;
+        if (parentTitle.isEmpty() || ((*it)->parent() && (*it)->parent()->text(0) == parentTitle))
+            return *it;
+    }
+    return nullptr;
+}
 
 CStandardDocument::CStandardDocument(CDeskCore& core, CMainFrame& frame, std::int32_t standardId,
                                      QWidget* parent)
     : QSplitter(parent), m_core(core), m_frame(frame), m_standardId(standardId),
-      m_pages(new QTreeWidget(this)), m_view(new QStackedWidget(this)) {
+      m_tree(new CSettingsTreeCtrl(this)), m_view(new QStackedWidget(this)) {
     setObjectName(QStringLiteral("standardDocument"));
     setWindowTitle(Q(core.projects.GetProjectName(standardId, true, true)));
-    m_pages->setObjectName(QStringLiteral("settingsTree"));
-    m_pages->setHeaderHidden(true);
-    m_view->addWidget(new QLabel(tr("Choose a page on the left."), m_view));
+    m_tree->Fill(SettingsPageTree(false));
+    m_view->addWidget(
+        Placeholder(windowTitle(), tr("Choose a page of this standard on the left."), m_view));
     setStretchFactor(1, 1);
+    setSizes({260, 740});
+    connect(m_tree, &QTreeWidget::currentItemChanged, this,
+            [this](QTreeWidgetItem* item) { ShowPage(item); });
+}
+
+QWidget* CStandardDocument::MakePage(const SSettingsPage& page) {
+    const QString title = Q(page.title);
+    const QString cli = QStringLiteral("standards-desk-cli");
+    switch (page.kind) {
+    case ESettingsPage::Section:
+        return new CSettingsFormView(m_core, m_frame, m_standardId, page.application, page.section,
+                                     m_view);
+    case ESettingsPage::DrawingFolder:
+        return new CDrawingsFormView(m_core, m_frame, m_standardId, page.application, m_view);
+    case ESettingsPage::General:
+        return Placeholder(
+            title,
+            tr("Working and displayed units, rating format, version year and GUID will be "
+               "edited here. Until then: <tt>%1 general show|set</tt>.")
+                .arg(cli),
+            m_view);
+    case ESettingsPage::FileLocations:
+        return Placeholder(
+            title,
+            tr("The drawings, borders, templates and libraries folders will be edited "
+               "here. Until then: <tt>%1 general set</tt>.")
+                .arg(cli),
+            m_view);
+    case ESettingsPage::Borders:
+        return Placeholder(
+            title,
+            tr("Border and revision drawings and drawing limits per sheet size will be "
+               "edited here. Until then: <tt>%1 borders show|set</tt>.")
+                .arg(cli),
+            m_view);
+    case ESettingsPage::Lines:
+        return Placeholder(
+            title,
+            tr("The standard's line numbers will be listed and edited here. Until then: "
+               "<tt>%1 lines</tt>.")
+                .arg(cli),
+            m_view);
+    case ESettingsPage::Specs:
+        return Placeholder(
+            title,
+            tr("The specs of the register will be checked for this standard here. Until "
+               "then: <tt>%1 specs</tt>.")
+                .arg(cli),
+            m_view);
+    case ESettingsPage::Layers:
+        return Placeholder(
+            title,
+            tr("The %1 layers with colour, linetype and lineweight will be edited here. "
+               "Until then: <tt>%2 layers show|set</tt>.")
+                .arg(Q(ApplicationName(page.application)), cli),
+            m_view);
+    default:
+        return Placeholder(title, tr("Choose one of the pages below this one."), m_view);
+    }
+}
+
+QWidget* CStandardDocument::ShowPage(QTreeWidgetItem* item) {
+    const SSettingsPage* page = m_tree->PageOf(item);
+    if (!page)
+        return nullptr;
+    auto found = m_made.find(item);
+    if (found == m_made.end()) {
+        QWidget* widget = MakePage(*page);
+        m_view->addWidget(widget);
+        found = m_made.emplace(item, widget).first;
+    }
+    m_view->setCurrentWidget(found->second);
+    if (m_tree->currentItem() != item)
+        m_tree->setCurrentItem(item);
+    return found->second;
+}
+
+void CStandardDocument::closeEvent(QCloseEvent* event) {
+    for (const auto& [item, page] : m_made) {
+        if (auto* settings = qobject_cast<CSettingsFormView*>(page);
+            settings && !settings->CanClose()) {
+            event->ignore();
+            return;
+        }
+    }
+    event->accept();
 }

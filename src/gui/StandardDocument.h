@@ -2,13 +2,29 @@
 // page on the right.
 #pragma once
 
+#include "editors/SettingsEditor.h"
 #include "gui/DeskCore.h"
 
 #include <QSplitter>
 #include <QStackedWidget>
 #include <QTreeWidget>
+#include <map>
 
 class CMainFrame;
+
+class CSettingsTreeCtrl : public QTreeWidget {
+    Q_OBJECT
+public:
+    explicit CSettingsTreeCtrl(QWidget* parent = nullptr);
+    void Fill(const std::vector<SSettingsPage>& pages);
+    const SSettingsPage* PageOf(const QTreeWidgetItem* item) const;
+    QTreeWidgetItem* FindPage(const QString& title, const QString& parentTitle = {}) const;
+
+private:
+    void Add(QTreeWidgetItem* parent, const std::vector<SSettingsPage>& pages);
+    std::vector<SSettingsPage> m_pages;
+    std::map<const QTreeWidgetItem*, const SSettingsPage*> m_pageOf;
+};
 
 class CStandardDocument : public QSplitter {
     Q_OBJECT
@@ -16,11 +32,21 @@ public:
     CStandardDocument(CDeskCore& core, CMainFrame& frame, std::int32_t standardId,
                       QWidget* parent = nullptr);
     std::int32_t StandardId() const { return m_standardId; }
+    CSettingsTreeCtrl* Pages() const { return m_tree; }
+    // The page shown for a tree item, made when first chosen.
+    QWidget* ShowPage(QTreeWidgetItem* item);
+    QWidget* CurrentPage() const { return m_view->currentWidget(); }
+
+protected:
+    void closeEvent(QCloseEvent* event) override;
 
 private:
+    QWidget* MakePage(const SSettingsPage& page);
+
     CDeskCore& m_core;
     CMainFrame& m_frame;
     std::int32_t m_standardId;
-    QTreeWidget* m_pages;
+    CSettingsTreeCtrl* m_tree;
     QStackedWidget* m_view;
+    std::map<const QTreeWidgetItem*, QWidget*> m_made;
 };

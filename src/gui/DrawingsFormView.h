@@ -1,0 +1,48 @@
+// One application's drawings folder of a standard: the list of drawings (or
+// their backups) with its toolbar, pop-up menu and in-place rename.
+#pragma once
+
+#include "editors/DrawingsManager.h"
+#include "gui/DeskCore.h"
+
+#include <QAction>
+#include <QStyledItemDelegate>
+#include <QTreeWidget>
+
+class CMainFrame;
+
+class CDrawingsListCtrl : public QTreeWidget {
+    Q_OBJECT
+public:
+    explicit CDrawingsListCtrl(QWidget* parent = nullptr);
+    QStringList SelectedNames() const;
+};
+
+class CDrawingsFormView : public QWidget {
+    Q_OBJECT
+public:
+    CDrawingsFormView(CDeskCore& core, CMainFrame& frame, std::int32_t standardId, int application,
+                      QWidget* parent = nullptr);
+
+    CDrawingsManager& Manager() { return m_manager; }
+    CDrawingsListCtrl* List() const { return m_list; }
+    QAction* Action(const QString& name) const;
+    // Refills the list from the manager and starts editing where it asks.
+    void Render();
+    // A label edit ended (nullopt: cancelled).
+    void Renamed(const QString& item, const std::optional<QString>& text);
+
+private:
+    void Copy();
+    void Delete();
+    void NewDrawing();
+    void OpenSelected();
+    bool Progress(int number, int count, const std::wstring& source, const std::wstring& target);
+
+    CDeskCore& m_core;
+    CMainFrame& m_frame;
+    CDrawingsManager m_manager;
+    CDrawingsListCtrl* m_list;
+    std::map<QString, QAction*> m_actions;
+    class QProgressDialog* m_progress = nullptr;
+};

@@ -1,0 +1,182 @@
+#include "gui/SettingsFormView.h"
+
+#include "gui/MainFrame.h"
+#include "gui/QtText.h"
+
+#include <QComboBox>
+#include <QFontDatabase>
+#include <QFontDialog>
+#include <QHBoxLayout>
+#include <QHeaderView>
+#include <QIntValidator>
+#include <QVBoxLayout>
+
+namespace {
+
+// "Face; Style; file" for a picked font, keeping the font file the setting
+// had when the face stays the same.
+QString FontText(const QFont& font, const QString& old) {
+    const QStringList parts = old.split(QStringLiteral("; "));
+    QString file = parts.size() == 3 ? parts[2] : QString();
+    if (parts.value(0).compare(font.family(), Qt::CaseInsensitive) != 0)
+        file = font.family().toLower().remove(QLatin1Char(' ')) + QStringLiteral(".ttf");
+    const QString style = font.styleName().isEmpty() ? QStringLiteral("Regular") : font.styleName();
+    return QStringLiteral("%1; %2; %3").arg(font.family(), style, file);
+}
+
+} // namespace
+
+CSettingsGridCtrl::CSettingsGridCtrl(QWidget* parent) : QTableWidget(parent) {
+    setObjectName(QStringLiteral("settingsGrid"));
+    setColumnCount(2);
+    setHorizontalHeaderLabels({tr("Setting"), tr("Value")});
+    verticalHeader()->hide();
+    setSelectionMode(QAbstractItemView::SingleSelection);
+    setEditTriggers(QAbstractItemView::DoubleClicked | QAbstractItemView::SelectedClicked |
+                    QAbstractItemView::EditKeyPressed | QAbstractItemView::AnyKeyPressed);
+}
+
+void CSettingsGridCtrl::FitColumns() {
+    resizeColumnToContents(0);
+    const int rest = viewport()->width() - columnWidth(0);
+    setColumnWidth(1, std::max(rest, 120));
+}
+
+void CSettingsGridCtrl::resizeEvent(QResizeEvent* event) {
+    QTableWidget::resizeEvent(event);
+    FitColumns();
+}
+
+CSettingsFormView::CSettingsFormView(CDeskCore& core, CMainFrame& frame, std::int32_t standardId,
+                                     int application, int section, QWidget* parent)
+    : QWidget(parent), m_core(core), m_frame(frame), m_editor(core.projects, core.prompter),
+      m_header(new QLabel(this)), m_grid(new CSettingsGridCtrl(this)),
+      m_apply(new QPushButton(tr("Apply"), this)), m_help(new QPushButton(tr("Help..."), this)) {
+    setObjectName(QStringLiteral("settingsFormView"));
+    m_apply->setObjectName(QStringLiteral("applyButton"));
+    m_help->setObjectName(QStringLiteral("helpButton"));
+    QFont bold = m_header->font();
+    bold.setBold(true);
+    bold.setPointSizeF(bold.pointSizeF() * 1.2);
+    m_header->setFont(bold);
+
+    auto* layout = new QVBoxLayout(this);
+    layout->addWidget(m_header);
+    layout->addWidget(m_grid, 1);
+    auto* buttons = new QHBoxLayout;
+    buttons->addStretch(1);
+    buttons->addWidget(m_apply);
+    buttons->addWidget(m_help);
+    layout->addLayout(buttons);
+
+    connect(m_apply, &QPushButton::clicked, this, [this] {
+        if (!m_editor.Apply())
+            m_core.prompter.Show(L"Error saving the settings of this standard.", EPromptIcon::Stop);
+        Fill();
+    });
+    connect(m_help, &QPushButton::clicked, this,
+            [this] { m_frame.ShowHelp(m_editor.HelpTopic()); });
+    connect(m_grid, &QTableWidget::itemChanged, this, [this](QTableWidgetItem* item) {
+        if (!m_filling && item->column() == 1)
+            SetCellText(item->row(), item->text());
+    });
+
+    m_editor.Open(standardId, application, section);
+    Fill();
+}
+
+void CSettingsFormView::Fill() {
+    m_filling = true;
+    m_header->setText(Q(m_editor.Header()));
+    const auto& rows = m_editor.Rows();
+    m_grid->clearContents();
+    m_grid->setRowCount(static_cast<int>(rows.size()));
+    for (int row = 0; row < static_cast<int>(rows.size()); ++row)
+        UpdateRow(row);
+    m_filling = false;
+    m_grid->FitColumns();
+    UpdateApply();
+}
+
+void CSettingsFormView::UpdateRow(int row) {
+    const SSettingsRow& data = m_editor.Rows()[static_cast<std::size_t>(row)];
+    const bool filling = m_filling;
+    m_filling = true;
+    auto* label = new QTableWidgetItem(Q(data.label));
+    label->setFlags(Qt::ItemIsEnabled);
+    m_grid->setItem(row, 0, label);
+    m_grid->removeCellWidget(row, 1);
+    auto* value = new QTableWidgetItem(Q(data.text));
+    if (data.subHeading) {
+        label->setTextAlignment(Qt::AlignCenter);
+        QFont font = label->font();
+        font.setBold(true);
+        label->setFont(font);
+    }
+    if (data.background) {
+        const QColor grey(data.background->r, data.background->g, data.background->b);
+        label->setBackground(grey);
+        value->setBackground(grey);
+    }
+    if (data.readOnly || data.subHeading || data.cell == ESettingsCell::List ||
+        data.cell == ESettingsCell::Font || data.cell == ESettingsCell::Path)
+        value->setFlags(Qt::ItemIsEnabled);
+    m_grid->setItem(row, 1, value);
+
+    if (!data.subHeading && !data.readOnly) {
+        if (data.cell == ESettingsCell::List) {
+            auto* combo = new QComboBox(m_grid);
+            combo->setObjectName(QStringLiteral("cell%1").arg(row));
+            for (const auto& choice : data.choices)
+                combo->addItem(Q(choice));
+            if (combo->findText(Q(data.text)) < 0)
+                combo->addItem(Q(data.text));
+            combo->setCurrentText(Q(data.text));
+            connect(combo, &QComboBox::textActivated, this,
+                    [this, row](const QString& text) { SetCellText(row, text); });
+            m_grid->setCellWidget(row, 1, combo);
+        } else if (data.cell == ESettingsCell::Font || data.cell == ESettingsCell::Path) {
+            auto* button = new QPushButton(Q(data.text), m_grid);
+            button->setObjectName(QStringLiteral("cell%1").arg(row));
+            button->setStyleSheet(QStringLiteral("text-align: left; padding-left: 4px;"));
+            const bool font = data.cell == ESettingsCell::Font;
+            connect(button, &QPushButton::clicked, this,
+                    [this, row, font] { font ? PickFont(row) : PickFolder(row); });
+            m_grid->setCellWidget(row, 1, button);
+        }
+    }
+    m_filling = filling;
+}
+
+void CSettingsFormView::SetCellText(int row, const QString& text) {
+    if (row < 0 || row >= m_grid->rowCount())
+        return;
+    m_editor.SetCellText(static_cast<std::size_t>(row), W(text));
+    UpdateRow(row);
+    UpdateApply();
+    emit Modified();
+}
+
+void CSettingsFormView::UpdateApply() {
+    m_apply->setEnabled(m_editor.ApplyEnabled());
+}
+
+void CSettingsFormView::PickFont(int row) {
+    const QString old = Q(m_editor.Rows()[static_cast<std::size_t>(row)].text);
+    QFont current(old.section(QStringLiteral("; "), 0, 0));
+    bool ok = false;
+    const QFont font = QFontDialog::getFont(&ok, current, this, tr("Text Font"));
+    if (ok)
+        SetCellText(row, FontText(font, old));
+}
+
+void CSettingsFormView::PickFolder(int row) {
+    const QString old = Q(m_editor.Rows()[static_cast<std::size_t>(row)].text);
+    const QString folder = m_frame.FileDialogs().Folder(this, tr("Choose a folder"), old);
+    if (!folder.isEmpty())
+        SetCellText(row, folder);
+}
+
+bool CSettingsFormView::CanClose() {
+    return m_editor.Close();
+}

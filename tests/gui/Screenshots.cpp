@@ -1,0 +1,61 @@
+// Takes the screenshots a reviewer looks at: the main window, an open
+// settings page, the comparison and the drawings list, on a seeded datafiles
+// folder. Run by tests/gui/screenshots.sh under Xvfb.
+#include "gui/CompareWindow.h"
+#include "gui/DrawingsFormView.h"
+#include "gui/FileDialogs.h"
+#include "gui/MainFrame.h"
+#include "gui/NavigatorDlg.h"
+#include "gui/QtPrompter.h"
+#include "gui/QtText.h"
+#include "gui/StandardDocument.h"
+
+#include <QApplication>
+#include <QDir>
+#include <QMdiSubWindow>
+#include <QScreen>
+#include <QTimer>
+
+namespace {
+
+void Save(QWidget* window, const QString& folder, const QString& name) {
+    QApplication::processEvents();
+    window->grab().save(folder + QLatin1Char('/') + name);
+}
+
+} // namespace
+
+int main(int argc, char** argv) {
+    QApplication application(argc, argv);
+    QApplication::setApplicationDisplayName(QStringLiteral("Standards Desk"));
+    const QStringList args = QApplication::arguments();
+    const QString datafiles = args.value(args.indexOf(QStringLiteral("--datafiles")) + 1);
+    const QString out = args.value(args.indexOf(QStringLiteral("--out")) + 1);
+    QDir().mkpath(out);
+
+    CQtPrompter prompter;
+    CDeskCore core(MakeSystemRegistry(), W(datafiles), prompter);
+    CQtFileDialogs dialogs;
+    CMainFrame frame(core, dialogs);
+    frame.setGeometry(0, 0, 1280, 800);
+    frame.show();
+    Save(&frame, out, QStringLiteral("main-window.png"));
+
+    frame.OpenStandard(1);
+    auto* document =
+        qobject_cast<CStandardDocument*>(frame.Documents()->activeSubWindow()->widget());
+    document->ShowPage(document->Pages()->FindPage(QStringLiteral("Dimensioning Variables"),
+                                                   QStringLiteral("P&ID Settings")));
+    Save(&frame, out, QStringLiteral("settings-page.png"));
+
+    document->ShowPage(
+        document->Pages()->FindPage(QStringLiteral("PID"), QStringLiteral("Drawings")));
+    Save(&frame, out, QStringLiteral("drawings.png"));
+
+    frame.OpenComparison(1);
+    auto* comparison =
+        qobject_cast<CCompareWindow*>(frame.Documents()->activeSubWindow()->widget());
+    CCompareProjectsFormView::SelectStandard(comparison->Selector()->Lower(), 2);
+    Save(&frame, out, QStringLiteral("comparison.png"));
+    return 0;
+}

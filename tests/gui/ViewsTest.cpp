@@ -1,0 +1,172 @@
+// The windows of a standard and of a comparison: settings pages, the
+// drawings list, and the comparison grid, driven through their widgets.
+#include "GuiSupport.h"
+
+#include "gui/CompareWindow.h"
+#include "gui/DrawingsFormView.h"
+#include "gui/MainFrame.h"
+#include "gui/NavigatorDlg.h"
+#include "gui/QtText.h"
+#include "gui/SettingsFormView.h"
+#include "gui/StandardDocument.h"
+#include "store/GeneralSettings.h"
+
+#include <QComboBox>
+#include <QFileInfo>
+#include <QMdiSubWindow>
+
+namespace fs = std::filesystem;
+
+class ViewsTest : public QObject {
+    Q_OBJECT
+
+    std::unique_ptr<SGuiWorld> world;
+    std::unique_ptr<CMainFrame> frame;
+
+    std::int32_t Create(const wchar_t* name, int units = 0) {
+        std::int32_t id = 0;
+        [&] {
+            QCOMPARE(
+                world->core.projects.CreateProject({name, units, units == 0 ? 1 : 2, 0, false}, id),
+                eProjectOk);
+        }();
+        return id;
+    }
+    std::wstring Folder(std::int32_t id) {
+        std::wstring folder;
+        world->core.projects.GetProjectFolder(id, folder);
+        return folder;
+    }
+    CStandardDocument* Open(std::int32_t id) {
+        frame->OpenStandard(id);
+        return qobject_cast<CStandardDocument*>(frame->Documents()->activeSubWindow()->widget());
+    }
+    template <typename View>
+    View* Page(CStandardDocument* document, const QString& title, const QString& parent) {
+        QTreeWidgetItem* item = document->Pages()->FindPage(title, parent);
+        return item ? qobject_cast<View*>(document->ShowPage(item)) : nullptr;
+    }
+
+private slots:
+    void init() {
+        world = std::make_unique<SGuiWorld>();
+        frame = std::make_unique<CMainFrame>(world->core, world->dialogs);
+        frame->resize(1200, 800);
+        frame->show();
+    }
+    void cleanup() {
+        frame.reset();
+        world.reset();
+    }
+
+    void applyWritesTheChangedCellsAndClosingAsks() {
+        const std::int32_t id = Create(L"Pipe");
+        CStandardDocument* document = Open(id);
+        QVERIFY(document);
+        auto* general =
+            Page<CSettingsFormView>(document, QStringLiteral("General Drawing Parameters"),
+                                    QStringLiteral("P&ID Settings"));
+        QVERIFY(general);
+        auto* apply = general->findChild<QPushButton*>(QStringLiteral("applyButton"));
+        QVERIFY(!apply->isEnabled());
+        QTableWidget* grid = general->Grid();
+        QCOMPARE(grid->item(3, 0)->text(), QStringLiteral("Text Height"));
+        grid->item(3, 1)->setText(QStringLiteral("3.5"));
+        QVERIFY(apply->isEnabled());
+
+        auto* bom = Page<CSettingsFormView>(document, QStringLiteral("Bill of Material"),
+                                            QStringLiteral("P&ID Settings"));
+        QVERIFY(bom);
+        auto* combo = bom->Grid()->cellWidget(1, 1)->findChild<QComboBox*>();
+        if (!combo)
+            combo = qobject_cast<QComboBox*>(bom->Grid()->cellWidget(1, 1));
+        QVERIFY(combo);
+        combo->setCurrentText(QStringLiteral("Bottom Left"));
+        emit combo->textActivated(QStringLiteral("Bottom Left"));
+        QCOMPARE(bom->Grid()->item(1, 1)->text(), QStringLiteral("Bottom Left"));
+
+        apply->click();
+        QVERIFY(!apply->isEnabled());
+        QCOMPARE(test::ReadBytes(test::P(Folder(id) + L"PID.ini")),
+                 std::string("[Settings]\r\nVariable 145 = 3.500000\r\n"));
+
+        // The BOM page is still modified: closing the standard asks first.
+        world->prompter.answers = {EPromptAnswer::Yes};
+        frame->Documents()->activeSubWindow()->close();
+        QCOMPARE(world->prompter.asked.size(), std::size_t{1});
+        QVERIFY(world->prompter.asked[0].text.find(L"Pipe") != std::wstring::npos);
+        const std::string saved = test::ReadBytes(test::P(Folder(id) + L"PID.ini"));
+        QVERIFY(saved.find("Variable 145 = 3.500000") != std::string::npos);
+        QCOMPARE(std::count(saved.begin(), saved.end(), '\n'), 3L); // one key for each changed cell
+    }
+
+    void theComparisonMarksADifferingValueYellow() {
+        const std::int32_t metric = Create(L"Metric");
+        const std::int32_t english = Create(L"English", 1);
+        frame->OpenComparison(metric);
+        auto* window =
+            qobject_cast<CCompareWindow*>(frame->Documents()->activeSubWindow()->widget());
+        QVERIFY(window);
+        QVERIFY(CCompareProjectsFormView::SelectStandard(window->Selector()->Lower(), english));
+        QTableWidget* grid = window->Result()->Grid();
+        QCOMPARE(grid->horizontalHeaderItem(1)->text(), QStringLiteral("Metric"));
+        QCOMPARE(grid->horizontalHeaderItem(2)->text(), QStringLiteral("English"));
+        int yellow = 0;
+        int units = -1;
+        for (int row = 0; row < grid->rowCount(); ++row) {
+            if (grid->item(row, 1)->background().color() == QColor(255, 255, 0))
+                ++yellow;
+            if (grid->item(row, 0)->text() == QStringLiteral("Working Units"))
+                units = row;
+        }
+        QVERIFY(units >= 0);
+        QCOMPARE(grid->item(units, 1)->text(), QStringLiteral("Metric"));
+        QCOMPARE(grid->item(units, 2)->background().color(), QColor(255, 255, 0));
+        QVERIFY(yellow > 10);
+
+        QVERIFY(CCompareProjectsFormView::SelectStandard(window->Selector()->Lower(), metric));
+        for (int row = 0; row < grid->rowCount(); ++row)
+            QVERIFY(grid->item(row, 1)->background().color() != QColor(255, 255, 0));
+    }
+
+    void theDrawingsListCopiesAndMakesDrawings() {
+        const std::int32_t id = Create(L"Pipe");
+        const fs::path drawings = world->folder.Dir().Path() / "Drawings";
+        const fs::path templates = world->folder.Dir().Path() / "Templates";
+        test::WriteBytes(drawings / "Pump.dwg", "pump");
+        test::WriteBytes(templates / "pid-a1.dwt", "template");
+        CVX2D_GeneralSettings general;
+        QVERIFY(general.Load(world->core.projects, id));
+        general.SetDrawingsLocation(2, W(QString::fromStdString(drawings.string())));
+        general.m_strTemplatesLocation = W(QString::fromStdString(templates.string() + "/"));
+        QVERIFY(general.Save());
+        test::WriteBytes(test::P(Folder(id) + L"PID.ini"),
+                         "[Settings]\r\nVariable 044 = pid-a1\r\n");
+
+        CStandardDocument* document = Open(id);
+        auto* view =
+            Page<CDrawingsFormView>(document, QStringLiteral("PID"), QStringLiteral("Drawings"));
+        QVERIFY(view);
+        QCOMPARE(view->List()->topLevelItemCount(), 1);
+        view->List()->setCurrentItem(view->List()->topLevelItem(0));
+        view->List()->topLevelItem(0)->setSelected(true);
+        view->Action(QStringLiteral("copy"))->trigger();
+        QVERIFY(fs::exists(drawings / "Pump (Copy 1).dwg"));
+        view->Action(QStringLiteral("newDrawing"))->trigger();
+        QCOMPARE(test::ReadBytes(drawings / "Drawing1.dwg"), std::string("template"));
+        QCOMPARE(view->List()->topLevelItemCount(), 3);
+        QCOMPARE(view->List()->currentItem()->text(0), QStringLiteral("Drawing1"));
+    }
+
+    void pagesOfLaterEditorsSayWhatTheyWillHold() {
+        CStandardDocument* document = Open(Create(L"Pipe"));
+        QWidget* page =
+            document->ShowPage(document->Pages()->FindPage(QStringLiteral("Border Settings")));
+        QVERIFY(page);
+        QCOMPARE(page->objectName(), QStringLiteral("placeholderPage"));
+        QVERIFY(qobject_cast<QLabel*>(page)->text().contains(QStringLiteral("borders show|set")));
+    }
+};
+
+QTEST_MAIN(ViewsTest)
+#include "ViewsTest.moc"

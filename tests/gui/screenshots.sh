@@ -1,0 +1,27 @@
+#!/usr/bin/env bash
+# Screenshots of the desktop program on a seeded datafiles folder, under
+# Xvfb, into build/screenshots/: the main window, a settings page, the
+# drawings list and the comparison. Look at them after changing a view.
+set -euo pipefail
+cd "$(dirname "$0")/../.."
+cmake --build --preset default --target gui_screenshots standards-desk-cli >/dev/null
+
+work=$(mktemp -d)
+trap 'rm -rf "$work"' EXIT
+export XDG_CONFIG_HOME="$work/config" XDG_CONFIG_DIRS="$work/xdg" XDG_RUNTIME_DIR="$work/runtime"
+mkdir -p "$XDG_RUNTIME_DIR" && chmod 700 "$XDG_RUNTIME_DIR"
+data="$work/datafiles"
+cli() { build/bin/standards-desk-cli --datafiles "$data" "$@" >/dev/null; }
+
+mkdir -p "$data/Drawings/PID"
+cli client create && cli client rename 1 "Northwind Refining"
+cli standard create "Refinery Metric" --client 1
+cli standard create "Refinery Imperial" --units imperial --client 1
+cli standard create "Tank Farm"
+cli settings set 1 PID 145 3.5
+cli general set 1 drawings_pid "$data/Drawings/PID"
+for name in P-100 P-101 P-200; do head -c 40000 /dev/urandom > "$data/Drawings/PID/$name.dwg"; done
+
+mkdir -p build/screenshots
+xvfb-run -a -s "-screen 0 1280x800x24" build/bin/gui_screenshots --datafiles "$data" --out build/screenshots
+ls build/screenshots
