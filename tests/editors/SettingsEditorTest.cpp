@@ -258,7 +258,8 @@ TEST(SettingsPageTreeTest, ListsEveryPageAndLeavesOutLinesWhenFlagged) {
     EXPECT_EQ(Render(SettingsPageTree(false)), head + L"Lines(1) " + tail);
     EXPECT_EQ(Render(SettingsPageTree(true)), head + tail);
     // A section page opens the editor of its section index.
-    const SSettingsPage& toggles = SettingsPageTree(true)[7].children[1];
+    const std::vector<SSettingsPage> pages = SettingsPageTree(true);
+    const SSettingsPage& toggles = pages[7].children[1];
     EXPECT_EQ(toggles.kind, ESettingsPage::Section);
     EXPECT_EQ(toggles.application, 3);
     EXPECT_EQ(toggles.section, 8);
