@@ -49,7 +49,7 @@ void CSettingsGridCtrl::resizeEvent(QResizeEvent* event) {
 
 CSettingsFormView::CSettingsFormView(CDeskCore& core, CMainFrame& frame, std::int32_t standardId,
                                      int application, int section, QWidget* parent)
-    : QWidget(parent), m_core(core), m_frame(frame), m_editor(core.projects, core.prompter),
+    : CPageView(parent), m_core(core), m_frame(frame), m_editor(core.projects, core.prompter),
       m_header(new QLabel(this)), m_grid(new CSettingsGridCtrl(this)),
       m_apply(new QPushButton(tr("Apply"), this)), m_help(new QPushButton(tr("Help..."), this)) {
     setObjectName(QStringLiteral("settingsFormView"));

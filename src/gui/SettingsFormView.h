@@ -4,6 +4,7 @@
 
 #include "editors/SettingsEditor.h"
 #include "gui/DeskCore.h"
+#include "gui/PageView.h"
 
 #include <QLabel>
 #include <QPushButton>
@@ -22,7 +23,7 @@ protected:
     void resizeEvent(QResizeEvent* event) override;
 };
 
-class CSettingsFormView : public QWidget {
+class CSettingsFormView : public CPageView {
     Q_OBJECT
 public:
     CSettingsFormView(CDeskCore& core, CMainFrame& frame, std::int32_t standardId, int application,
@@ -31,7 +32,7 @@ public:
     CSettingsEditor& Editor() { return m_editor; }
     CSettingsGridCtrl* Grid() const { return m_grid; }
     // The view is closing: asks about unsaved changes. False keeps it open.
-    bool CanClose();
+    bool CanClose() override;
     // Puts a typed or picked text into a row, as the cell would.
     void SetCellText(int row, const QString& text);
 

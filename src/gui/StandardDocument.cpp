@@ -3,6 +3,7 @@
 #include "contents/Application.h"
 #include "gui/DrawingsFormView.h"
 #include "gui/MainFrame.h"
+#include "gui/PageView.h"
 #include "gui/QtText.h"
 #include "gui/SettingsFormView.h"
 
