@@ -3,7 +3,7 @@
 #include "app/Environment.h"
 #include "gui/CompareWindow.h"
 #include "gui/NavigatorDlg.h"
-#include "gui/NewStandardDialog.h"
+#include "gui/NewStandardWizard.h"
 #include "gui/QtText.h"
 #include "gui/StandardDocument.h"
 #include "platform/System.h"
@@ -215,11 +215,11 @@ void CMainFrame::Request(int code, std::int32_t standardId) {
 
 bool CMainFrame::RunNewStandardWizard(std::int32_t clientId, std::int32_t& newId,
                                       std::wstring& newName) {
-    CNewStandardDialog dialog(m_core, clientId, this);
-    if (dialog.exec() != QDialog::Accepted)
+    CNewStandardWizardDlg wizard(m_core, m_dialogs, clientId, this);
+    if (wizard.exec() != QDialog::Accepted)
         return false;
-    newId = dialog.CreatedId();
-    newName = dialog.CreatedName();
+    newId = wizard.CreatedId();
+    newName = wizard.CreatedName();
     return newId != 0;
 }
 

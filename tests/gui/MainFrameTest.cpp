@@ -5,10 +5,13 @@
 #include "app/Startup.h"
 #include "gui/MainFrame.h"
 #include "gui/NavigatorDlg.h"
+#include "gui/NewStandardWizard.h"
 #include "gui/QtText.h"
 
+#include <QComboBox>
 #include <QFileInfo>
 #include <QLineEdit>
+#include <QTimer>
 
 class MainFrameTest : public QObject {
     Q_OBJECT
@@ -131,6 +134,25 @@ private slots:
         Tree()->DropOn(nullptr);
         QCOMPARE(TopTexts(), (QStringList{QStringLiteral("Acme"), QStringLiteral("Pipe"),
                                           QStringLiteral("Tank"), QStringLiteral("Zeta")}));
+    }
+
+    void theWizardMakesAStandardUnderTheSelectedClient() {
+        Select({QStringLiteral("Acme")});
+        QTimer::singleShot(0, [] {
+            auto* wizard = qobject_cast<CNewStandardWizardDlg*>(QApplication::activeModalWidget());
+            QVERIFY(wizard);
+            wizard->findChild<QLineEdit*>(QStringLiteral("nameEdit"))
+                ->setText(QStringLiteral("Pump House"));
+            wizard->findChild<QComboBox*>(QStringLiteral("workingUnits"))->setCurrentIndex(1);
+            wizard->next();
+            wizard->next();
+            wizard->accept();
+        });
+        Trigger(eCmdNewStandard);
+        QCOMPARE(Tree()->currentItem(),
+                 Item({QStringLiteral("Acme"), QStringLiteral("Pump House")}));
+        QCOMPARE(world->core.projects.GetProjectName(3, true, false), std::wstring(L"Pump House"));
+        QCOMPARE(world->core.clients.GetClientProjectIds(1), (std::vector<std::int32_t>{1, 3}));
     }
 
     void exportAndImportGoThroughTheFileDialogs() {
