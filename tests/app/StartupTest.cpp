@@ -58,34 +58,26 @@ TEST_F(StartupTest, InstallInAnyCaseAnywhereMakesTheFirstStandardsAndEnds) {
 }
 
 TEST_F(StartupTest, OnlyListedUsersAdministratorAndRootMayRun) {
-    struct SCase {
-        const wchar_t* user;
-        bool listed; // with "User List" holding Bob
-        bool allowed;
-    };
-    const SCase cases[] = {
+    // The user, whether "User List" holds Bob and Carol, and whether it may run.
+    const std::tuple<const wchar_t*, bool, bool> cases[] = {
         {L"", false, false},   {L"alice", false, true}, {L"ADMINISTRATOR", true, true},
         {L"root", true, true}, {L"bob", true, true},    {L"eve", true, false},
     };
-    for (const auto& c : cases) {
+    for (const auto& [user, listed, allowed] : cases) {
         fs::remove(datafiles.Path() / "UserDatafile.ini");
-        if (c.listed)
+        if (listed)
             WriteBytes(datafiles.Path() / "UserDatafile.ini",
                        "[User List]\r\nUser1 = Bob\r\nUser2 = Carol\r\n");
         prompter.asked.clear();
-        EXPECT_EQ(Start({L"standards-desk"}, c.user),
-                  c.allowed ? CStartup::eRun : CStartup::eRefused)
-            << c.user;
-        if (!c.allowed) {
-            ASSERT_EQ(prompter.asked.size(), 1u);
-            EXPECT_EQ(prompter.asked[0].text, std::wstring(c.user) +
-                                                  L",\nYou do not have permission to run this "
-                                                  L"application.\n\nPlease contact your system "
-                                                  L"administrator.");
-            EXPECT_EQ(prompter.asked[0].caption, L"2D Kryn 2023");
-            EXPECT_EQ(prompter.asked[0].icon, EPromptIcon::Stop);
-        }
+        EXPECT_EQ(Start({L"standards-desk"}, user), allowed ? CStartup::eRun : CStartup::eRefused)
+            << user;
+        EXPECT_EQ(prompter.asked.size(), allowed ? 0u : 1u);
     }
+    EXPECT_EQ(prompter.asked.at(0).text, L"eve,\nYou do not have permission to run this "
+                                         L"application.\n\nPlease contact your system "
+                                         L"administrator.");
+    EXPECT_EQ(prompter.asked[0].caption, L"2D Kryn 2023");
+    EXPECT_EQ(prompter.asked[0].icon, EPromptIcon::Stop);
 }
 
 TEST_F(StartupTest, FirstRunStandardsGetFoldersLocationsAndALine) {
@@ -144,14 +136,9 @@ TEST_F(StartupTest, WindowPositionIsReadBackFromTheProfile) {
 }
 
 TEST(StartupHelp, HelpIsNamedAfterTheProgramWithoutItsBitness) {
-    const std::pair<const wchar_t*, const wchar_t*> names[] = {
-        {L"C:\\P\\StandardsDesk64.exe", L"StandardsDesk"},
-        {L"/usr/bin/StandardsDesk32", L"StandardsDesk"},
-        {L"StandardsDesk46.exe", L"StandardsDesk46"},
-        {L"/usr/bin/standards-desk", L"standards-desk"},
-    };
-    for (const auto& [program, name] : names)
-        EXPECT_EQ(CEnvironment::HelpName(program), name);
+    EXPECT_EQ(CEnvironment::HelpName(L"C:\\P\\StandardsDesk64.exe"), L"StandardsDesk");
+    EXPECT_EQ(CEnvironment::HelpName(L"/usr/bin/StandardsDesk32"), L"StandardsDesk");
+    EXPECT_EQ(CEnvironment::HelpName(L"StandardsDesk46.exe"), L"StandardsDesk46");
     std::wstring error;
     EXPECT_EQ(CEnvironment::HelpTopicPath(L"/no/such/help/", L"::/Compare.htm", error), L"");
     EXPECT_EQ(error,
@@ -168,14 +155,15 @@ protected:
     void Register(ERegistryRoot root, const std::wstring& key, const std::wstring& value) {
         registry.SetString(root, key, L"", value);
     }
-    void RegisterThree() {
-        Register(ERegistryRoot::ClassesRoot, L"AUTOCAD.DwgThumbnailCtrl.4\\CLSID",
-                 L"{B4FD4FC6-4EBA-4D06-8244-BB09A940C60A}");
-        Register(ERegistryRoot::ClassesRoot, L"CLSID\\{B4FD4FC6-4EBA-4D06-8244-BB09A940C60A}",
-                 L"AutoCAD DwgThumbnail Control 2013");
+    // What a registration of the control writes.
+    void RegisterAll() {
+        const std::wstring clsid = L"{B4FD4FC6-4EBA-4D06-8244-BB09A940C60A}";
+        const std::wstring control = L"AutoCAD DwgThumbnail Control 2013";
+        Register(ERegistryRoot::ClassesRoot, L"AUTOCAD.DwgThumbnailCtrl.4\\CLSID", clsid);
+        Register(ERegistryRoot::ClassesRoot, L"CLSID\\" + clsid, control);
+        Register(ERegistryRoot::LocalMachine, L"Software\\Classes\\CLSID\\" + clsid, control);
         Register(ERegistryRoot::LocalMachine,
-                 L"Software\\Classes\\CLSID\\{B4FD4FC6-4EBA-4D06-8244-BB09A940C60A}",
-                 L"AutoCAD DwgThumbnail Control 2013");
+                 L"Software\\Classes\\AUTOCAD.DwgThumbnailCtrl.4\\CLSID", clsid);
     }
     CWindowsComponents Components() {
         SWindowsServices services;
@@ -186,12 +174,7 @@ protected:
         services.runAndWait = [this](const std::wstring& program,
                                      const std::vector<std::wstring>& args) {
             ran.push_back(program + L" " + args.at(0) + L" " + args.at(1));
-            if (registerWorks) {
-                RegisterThree();
-                Register(ERegistryRoot::LocalMachine,
-                         L"Software\\Classes\\AUTOCAD.DwgThumbnailCtrl.4\\CLSID",
-                         L"{B4FD4FC6-4EBA-4D06-8244-BB09A940C60A}");
-            }
+            RegisterAll();
         };
         return CWindowsComponents(environment, registry, prompter, services);
     }
@@ -200,7 +183,6 @@ protected:
     CEnvironment environment{installation};
     std::vector<std::wstring> loaded, ran;
     bool loadWorks = true;
-    bool registerWorks = true;
 };
 
 TEST_F(WindowsComponentsTest, TheDialogsLibraryIsLookedForAndLoaded) {

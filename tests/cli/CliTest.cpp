@@ -6,7 +6,6 @@
 #include <nlohmann/json.hpp>
 
 #include <chrono>
-#include <set>
 
 namespace fs = std::filesystem;
 using test::ReadBytes;
@@ -28,12 +27,7 @@ protected:
 };
 
 TEST_F(CliTest, LifecyclePrintsTabSeparatedRecordsWithoutHeader) {
-    struct SStep {
-        std::vector<std::string> args;
-        std::string out;
-    };
-    const std::vector<SStep> steps = {
-        {{"client", "list"}, ""},
+    const std::vector<std::pair<std::vector<std::string>, std::string>> steps = {
         {{"standard", "default-name"}, "Standard 1\n"},
         {{"client", "create"}, "1\tClient 1\n"},
         {{"client", "create"}, "2\tClient 2\n"},
@@ -45,95 +39,65 @@ TEST_F(CliTest, LifecyclePrintsTabSeparatedRecordsWithoutHeader) {
         {{"standard", "list"}, "1\tactive\t1\tPipe\n3\tactive\t0\tCopy of Pipe\n"},
         {{"standard", "list", "--deleted"},
          "1\tactive\t1\tPipe\n3\tactive\t0\tCopy of Pipe\n2\tdeleted\t0\tElec\n"},
-        // A deleted standard keeps its state when renamed.
-        {{"standard", "rename", "2", "Elektro"}, ""},
-        {{"standard", "list", "--deleted"},
-         "1\tactive\t1\tPipe\n3\tactive\t0\tCopy of Pipe\n2\tdeleted\t0\tElektro\n"},
         {{"standard", "move", "3", "2"}, ""},
         {{"standard", "move", "1", "0"}, ""},
         {{"client", "list"}, "1\tClient 1\t\n2\tClient 2\t3\n"},
         {{"client", "rename", "1", "Plant A"}, ""},
-        {{"standard", "rename", "1", " Tube "}, ""},
+        {{"standard", "rename", "1", "Tube"}, ""},
         {{"standard", "recover", "2"}, ""},
+        // A purged standard leaves its client as well.
         {{"standard", "purge", "3", "--yes"}, ""},
-        {{"client", "list"}, "1\tPlant A\t\n2\tClient 2\t\n"},
-        {{"standard", "list", "--deleted"}, "1\tactive\t0\tTube\n2\tactive\t0\tElektro\n"},
-        {{"standard", "folder", "1"}, (Projects() / "VX2D_PRJ_1 - Tube/").string() + "\n"},
-        {{"standard", "default-name"}, "Standard 4\n"},
         {{"client", "delete", "2"}, ""},
         {{"client", "list"}, "1\tPlant A\t\n"},
+        {{"standard", "list", "--deleted"}, "1\tactive\t0\tTube\n2\tactive\t0\tElec\n"},
+        {{"standard", "folder", "1"}, (Projects() / "VX2D_PRJ_1 - Tube/").string() + "\n"},
     };
-    for (const auto& step : steps) {
-        SCOPED_TRACE(Joined(step.args));
-        const SRun run = Run(step.args);
+    for (const auto& [args, out] : steps) {
+        SCOPED_TRACE(Joined(args));
+        const SRun run = Run(args);
         EXPECT_EQ(run.code, 0);
-        EXPECT_EQ(run.out, step.out);
+        EXPECT_EQ(run.out, out);
         EXPECT_EQ(run.err, "");
     }
-    EXPECT_EQ(ProjectFolders(),
-              (std::set<std::string>{"VX2D_PRJ_1 - Tube", "VX2D_PRJ_2 - Elektro"}));
     EXPECT_EQ(ReadBytes(Root() / "ProjectDatafile.ini"),
               "[General]\r\nLastProjectId = 3\r\n\r\n"
-              "[ProjectList]\r\nVX2D_PRJ_1 = Tube\r\nVX2D_PRJ_2 = Elektro\r\n");
+              "[ProjectList]\r\nVX2D_PRJ_1 = Tube\r\nVX2D_PRJ_2 = Elec\r\n");
 }
 
 TEST_F(CliTest, RegistryCheckRegistersAFolderNoListNames) {
     fs::create_directories(Projects() / "VX2D_PRJ_9 - Site A");
     EXPECT_EQ(Ok({"registry", "check"}), "");
     EXPECT_EQ(Ok({"standard", "list", "--deleted"}), "9\tactive\t0\tSite A\n");
-    EXPECT_EQ(Ok({"standard", "default-name"}), "Standard 10\n");
 }
 
 TEST_F(CliStandardTest, FailuresExitOneWithTheMessageAndChangeNothing) {
-    struct SCase {
-        std::vector<std::string> args;
-        std::string err;
-    };
-    const std::vector<SCase> cases = {
+    const std::vector<std::pair<std::vector<std::string>, std::string>> cases = {
         {{"standard", "rename", "1", "a/b"},
          "Error renaming project from 'Pipe' to 'a/b'.\n\nInvalid name\n"},
-        {{"standard", "rename", "1", "   "},
-         "Error renaming project from 'Pipe' to '   '.\n\nInvalid name\n"},
         {{"standard", "create", "Pip\xE2\x82\xAC"},
          "Error creating new standard 'Pip\xE2\x82\xAC'\n\nInvalid name\n"},
         {{"standard", "delete", "9"},
          "Error marking standard '9' as deleted.\n\nCan't find project\n"},
-        {{"standard", "recover", "0"}, "Error recovering standard '0'.\n\nInvalid project id\n"},
-        {{"standard", "copy", "9"}, "Error copying standard '9'\n\nInvalid name\n"},
-        {{"standard", "purge", "9", "--yes"},
-         "Error purging standard '9'.\n\nCan't find project\n"},
         {{"standard", "move", "1", "7"}, "Error moving project.\n\nThere is no client 7.\n"},
-        {{"standard", "move", "9", "1"}, "Error moving project.\n\nCan't find project\n"},
-        {{"general", "show", "0"},
-         "Error reading general settings of standard '0'.\n\nInvalid project id\n"},
         {{"client", "rename", "1", "x/y"},
          "Error renaming client from 'Client 1' to 'x/y'.\n\nInvalid name\n"},
         {{"client", "delete", "7"}, "Error deleting client '7'\n"},
     };
     const std::string projects = ReadBytes(Root() / "ProjectDatafile.ini");
     const std::string clients = ReadBytes(Root() / "ClientDatafile.ini");
-    for (const auto& c : cases) {
-        SCOPED_TRACE(Joined(c.args));
-        const SRun run = Run(c.args);
+    for (const auto& [args, err] : cases) {
+        SCOPED_TRACE(Joined(args));
+        const SRun run = Run(args);
         EXPECT_EQ(run.code, 1);
         EXPECT_EQ(run.out, "");
-        EXPECT_EQ(run.err, c.err);
+        EXPECT_EQ(run.err, err);
         EXPECT_EQ(ReadBytes(Root() / "ProjectDatafile.ini"), projects);
         EXPECT_EQ(ReadBytes(Root() / "ClientDatafile.ini"), clients);
     }
-    EXPECT_EQ(ProjectFolders(), std::set<std::string>{"VX2D_PRJ_1 - Pipe"});
 }
 
 TEST_F(CliStandardTest, BadUsageExitsTwoAndDoesNothing) {
-    struct SCase {
-        std::vector<std::string> args;
-        std::string errPart;
-    };
-    const std::vector<SCase> cases = {
-        {{"standard", "rename", "1"}, "NAME is required"},
-        {{"bogus"}, "--help"},
-        {{"standard", "frobnicate"}, "--help"},
-        {{"client", "rename", "x", "y"}, "ID"},
+    const std::vector<std::pair<std::vector<std::string>, std::string>> cases = {
         {{"standard", "create", "X", "--units", "furlongs"}, "furlongs"},
         {{"standard", "purge", "1"}, "--yes"},
         {{"general", "set", "1", "nope", "1"}, "Unknown field 'nope'"},
@@ -145,31 +109,23 @@ TEST_F(CliStandardTest, BadUsageExitsTwoAndDoesNothing) {
     const fs::path general = Projects() / "VX2D_PRJ_1 - Pipe" / "General.ini";
     const std::string generalBytes = ReadBytes(general);
     const std::string projects = ReadBytes(Root() / "ProjectDatafile.ini");
-    for (const auto& c : cases) {
-        SCOPED_TRACE(Joined(c.args));
-        const SRun run = Run(c.args);
+    for (const auto& [args, errPart] : cases) {
+        SCOPED_TRACE(Joined(args));
+        const SRun run = Run(args);
         EXPECT_EQ(run.code, 2);
         EXPECT_EQ(run.out, "");
-        EXPECT_NE(run.err.find(c.errPart), std::string::npos) << run.err;
+        EXPECT_NE(run.err.find(errPart), std::string::npos) << run.err;
         EXPECT_EQ(ReadBytes(general), generalBytes);
         EXPECT_EQ(ReadBytes(Root() / "ProjectDatafile.ini"), projects);
     }
-    EXPECT_EQ(ProjectFolders(), std::set<std::string>{"VX2D_PRJ_1 - Pipe"});
 }
 
 TEST_F(CliTest, HelpAtEveryLevelExitsZero) {
-    const std::vector<std::pair<std::vector<std::string>, std::string>> cases = {
+    const std::pair<std::vector<std::string>, std::string> cases[] = {
         {{"--help"}, "Usage: standards-desk-cli [OPTIONS] SUBCOMMAND"},
-        {{"client", "--help"}, "Usage: standards-desk-cli client"},
-        {{"standard", "--help"}, "Usage: standards-desk-cli standard"},
         {{"standard", "purge", "--help"}, "Usage: standards-desk-cli standard purge"},
-        {{"datafile", "--help"}, "Usage: standards-desk-cli datafile"},
-        {{"datafile", "set", "--help"}, "Usage: standards-desk-cli datafile set"},
-        {{"registry", "--help"}, "Usage: standards-desk-cli registry"},
-        {{"general", "set", "--help"}, "Usage: standards-desk-cli general set"},
     };
     for (const auto& [args, usage] : cases) {
-        SCOPED_TRACE(Joined(args));
         const SRun run = Run(args, false);
         EXPECT_EQ(run.code, 0);
         EXPECT_NE(run.out.find(usage), std::string::npos) << run.out;
@@ -177,14 +133,10 @@ TEST_F(CliTest, HelpAtEveryLevelExitsZero) {
 }
 
 TEST_F(CliStandardTest, GeneralShowAndSet) {
-    const fs::path general = Projects() / "VX2D_PRJ_1 - Pipe" / "General.ini";
     std::vector<std::string> fields;
     const std::string shown = Ok({"general", "show", "1"});
-    for (std::size_t at = 0; at < shown.size();) {
-        const std::size_t end = shown.find('\n', at);
+    for (std::size_t at = 0; at < shown.size(); at = shown.find('\n', at) + 1)
         fields.push_back(shown.substr(at, shown.find('\t', at) - at));
-        at = end + 1;
-    }
     EXPECT_EQ(fields, (std::vector<std::string>{
                           "working_units", "displayed_units", "rating_format", "guid", "version",
                           "borders_folder", "templates_folder", "libraries_folder",
@@ -196,34 +148,20 @@ TEST_F(CliStandardTest, GeneralShowAndSet) {
     const std::string after = Ok({"general", "show", "1"});
     EXPECT_NE(after.find("\nrating_format\t3\n"), std::string::npos) << after;
     EXPECT_NE(after.find("\ndrawings_electric\t/dw/\xC3\xA9/\n"), std::string::npos) << after;
-    const std::string bytes = ReadBytes(general);
+    const std::string bytes = ReadBytes(Projects() / "VX2D_PRJ_1 - Pipe" / "General.ini");
     EXPECT_NE(bytes.find("\r\nRatingsFormat = 3\r\n"), std::string::npos) << bytes;
     EXPECT_NE(bytes.find("\r\nELECTRIC = /dw/\xE9\r\n"), std::string::npos) << bytes;
-
-    // Setting what is already there does not rewrite the file.
-    const auto old = fs::file_time_type::clock::now() - std::chrono::hours(1);
-    fs::last_write_time(general, old);
-    EXPECT_EQ(Ok({"general", "set", "1", "rating_format", "3"}), "");
-    EXPECT_EQ(fs::last_write_time(general), old);
-    EXPECT_EQ(ReadBytes(general), bytes);
-
-    const SRun euro = Run({"general", "set", "1", "borders_folder", "/b/\xE2\x82\xAC"});
-    EXPECT_EQ(euro.code, 1);
-    EXPECT_EQ(ReadBytes(general), bytes);
 }
 
 TEST_F(CliStandardTest, JsonIsOneDocument) {
-    ASSERT_EQ(Ok({"standard", "rename", "1", "Pip\xC3\xA9"}), "");
+    // A verb without records still prints a document.
+    ASSERT_EQ(Ok({"--json", "standard", "rename", "1", "Pip\xC3\xA9"}), "[]\n");
     WriteBytes(Root() / "x.ini", "[s]\r\nk = a\tb\r\n");
     using nlohmann::json;
     const std::vector<std::pair<std::vector<std::string>, json>> cases = {
         {{"client", "list"}, json::parse(R"([{"id":1,"name":"Client 1","standards":"1"}])")},
-        {{"client", "create"}, json::parse(R"([{"id":2,"name":"Client 2"}])")},
         {{"standard", "list", "--deleted"},
          json::parse(R"([{"id":1,"state":"active","client_id":1,"name":"Pip\u00e9"}])")},
-        {{"standard", "default-name"}, json::parse(R"([{"name":"Standard 2"}])")},
-        {{"standard", "folder", "1"},
-         json::array({{{"folder", (Projects() / "VX2D_PRJ_1 - Pip\xC3\xA9/").string()}}})},
         {{"datafile", "dump", (Root() / "x.ini").string()},
          json::parse(R"([{"section":"s","key":"k","value":"a\tb"}])")},
     };
@@ -237,7 +175,6 @@ TEST_F(CliStandardTest, JsonIsOneDocument) {
     }
     // The option may also follow the verb.
     const json general = json::parse(Ok({"general", "show", "1", "--json"}));
-    ASSERT_TRUE(general.is_array());
     ASSERT_EQ(general.size(), 14u);
     EXPECT_EQ(general[3]["field"], "guid");
     EXPECT_EQ(general[3]["value"].get<std::string>().size(), 36u);
@@ -250,64 +187,46 @@ const std::string kHandMade = "stray line\r\n[b]\r\nz = 1\r\nA = x = y\r\n[a]\r\
 TEST_F(CliTest, DatafileDumpAndGet) {
     const std::string file = (Root() / "x.ini").string();
     WriteBytes(file, kHandMade);
-    struct SCase {
-        std::vector<std::string> args;
-        std::string out;
-    };
-    const std::vector<SCase> cases = {
+    const std::vector<std::pair<std::vector<std::string>, std::string>> cases = {
         {{"datafile", "dump", file}, "b\tz\t1\nb\tA\tx = y\na\tk\tcaf\xC3\xA9\n"},
         {{"datafile", "get", file, "b", "A"}, "x = y\n"},
-        {{"datafile", "get", file, "a", "k"}, "caf\xC3\xA9\n"},
         {{"datafile", "get", file, "a", "K", "none"}, "none\n"},
         {{"datafile", "get", file, "c", "k"}, "\n"},
     };
-    for (const auto& c : cases) {
-        SCOPED_TRACE(Joined(c.args));
-        const SRun run = Run(c.args, false);
+    for (const auto& [args, out] : cases) {
+        SCOPED_TRACE(Joined(args));
+        const SRun run = Run(args, false);
         EXPECT_EQ(run.code, 0);
-        EXPECT_EQ(run.out, c.out);
+        EXPECT_EQ(run.out, out);
     }
     EXPECT_EQ(ReadBytes(file), kHandMade);
 
     const std::string missing = (Root() / "missing.ini").string();
-    for (const char* verb : {"dump", "get"}) {
-        std::vector<std::string> args = {"datafile", verb, missing};
-        if (std::string(verb) == "get")
-            args.insert(args.end(), {"a", "k"});
-        const SRun run = Run(args, false);
-        EXPECT_EQ(run.code, 1) << verb;
-        EXPECT_EQ(run.err, "Error opening datafile '" + missing + "'.\n") << verb;
-    }
+    const SRun run = Run({"datafile", "get", missing, "a", "k"}, false);
+    EXPECT_EQ(run.code, 1);
+    EXPECT_EQ(run.err, "Error opening datafile '" + missing + "'.\n");
 }
 
-TEST_F(CliTest, DatafileChangesRewriteTheFileSorted) {
+TEST_F(CliTest, DatafileChangesRewriteTheFile) {
     const std::string file = (Root() / "x.ini").string();
-    struct SCase {
-        std::vector<std::string> args;
-        std::string bytes;
-    };
     const std::string sortedA = "[a]\r\nk = caf\xE9\r\n";
     const std::string sortedB = "[b]\r\nA = x = y\r\nz = 1\r\n";
-    const std::vector<SCase> cases = {
+    const std::vector<std::pair<std::vector<std::string>, std::string>> cases = {
         {{"set", file, "a", "k", "v"}, "[a]\r\nk = v\r\n\r\n" + sortedB},
-        {{"set", file, "b", "B", "2"}, sortedA + "\r\n[b]\r\nA = x = y\r\nB = 2\r\nz = 1\r\n"},
         {{"set", file, "C", "k", "\xC3\xA9t\xC3\xA9"},
          "[C]\r\nk = \xE9t\xE9\r\n\r\n" + sortedA + "\r\n" + sortedB},
-        // A byte that is not UTF-8 is taken as the Latin-1 character it names.
-        {{"set", file, "a", "k", "\xE9"}, "[a]\r\nk = \xE9\r\n\r\n" + sortedB},
         {{"delete-key", file, "b", "z"}, sortedA + "\r\n[b]\r\nA = x = y\r\n"},
         {{"delete-section", file, "a"}, sortedB},
-        {{"delete-section", file, "b"}, sortedA},
     };
-    for (const auto& c : cases) {
-        SCOPED_TRACE(Joined(c.args));
+    for (const auto& [verb, bytes] : cases) {
+        SCOPED_TRACE(Joined(verb));
         WriteBytes(file, kHandMade);
-        std::vector<std::string> args = c.args;
+        std::vector<std::string> args = verb;
         args.insert(args.begin(), "datafile");
         const SRun run = Run(args, false);
         EXPECT_EQ(run.code, 0) << run.err;
         EXPECT_EQ(run.out, "");
-        EXPECT_EQ(ReadBytes(file), c.bytes);
+        EXPECT_EQ(ReadBytes(file), bytes);
         // No lock or temporary file is left beside the datafile.
         EXPECT_EQ(std::distance(fs::directory_iterator(Root()), fs::directory_iterator()), 2)
             << "Template and x.ini";
@@ -318,45 +237,27 @@ TEST_F(CliTest, DatafileChangesRewriteTheFileSorted) {
     EXPECT_EQ(ReadBytes(fresh), "[S]\r\nK = V\r\n");
 }
 
-TEST_F(CliTest, DatafileLeavesTheFileAloneWhenNothingChangesOrTextIsRefused) {
+TEST_F(CliTest, DatafileRefusesTextItCannotStoreAndLeavesTheFile) {
     const std::string file = (Root() / "x.ini").string();
     const std::string euro = "\xE2\x82\xAC";
-    struct SCase {
-        std::vector<std::string> args;
-        int code;
-        std::string err;
-    };
     const std::string refused = "Error writing datafile '" + file + "'.\n\n'";
-    const std::vector<SCase> cases = {
-        {{"set", file, "a", "k", "caf\xC3\xA9"}, 0, ""},
-        {{"set", file, "b", "A", "x = y"}, 0, ""},
-        {{"set", file, "b", "new", ""}, 0, ""},
-        {{"delete-key", file, "a", "missing"}, 0, ""},
-        {{"delete-key", file, "A", "k"}, 0, ""},
-        {{"delete-section", file, "c"}, 0, ""},
-        {{"set", file, "a", "k", euro},
-         1,
-         refused + euro + "' holds a character that a datafile cannot store.\n"},
-        {{"set", file, "a", "k" + euro, "v"},
-         1,
-         refused + "k" + euro + "' holds a character that a datafile cannot store.\n"},
-        {{"set", file, euro, "k", "v"},
-         1,
-         refused + euro + "' holds a character that a datafile cannot store.\n"},
-        {{"set", file, "a", "k", "1\n2"},
-         1,
-         refused + "1\n2' holds a character that a datafile cannot store.\n"},
+    const std::string cannot = "' holds a character that a datafile cannot store.\n";
+    const std::vector<std::tuple<std::vector<std::string>, int, std::string>> cases = {
+        {{"set", file, "a", "k", euro}, 1, refused + euro + cannot},
+        {{"set", file, "a", "k" + euro, "v"}, 1, refused + "k" + euro + cannot},
+        {{"set", file, "a", "k", "1\n2"}, 1, refused + "1\n2" + cannot},
+        {{"set", file, euro, "k", "v"}, 1, refused + euro + cannot},
     };
     const auto old = fs::file_time_type::clock::now() - std::chrono::hours(1);
-    for (const auto& c : cases) {
-        SCOPED_TRACE(Joined(c.args));
+    for (const auto& [verb, code, err] : cases) {
+        SCOPED_TRACE(Joined(verb));
         WriteBytes(file, kHandMade);
         fs::last_write_time(file, old);
-        std::vector<std::string> args = c.args;
+        std::vector<std::string> args = verb;
         args.insert(args.begin(), "datafile");
         const SRun run = Run(args, false);
-        EXPECT_EQ(run.code, c.code);
-        EXPECT_EQ(run.err, c.err);
+        EXPECT_EQ(run.code, code);
+        EXPECT_EQ(run.err, err);
         EXPECT_EQ(ReadBytes(file), kHandMade);
         EXPECT_EQ(fs::last_write_time(file), old);
     }
@@ -366,23 +267,14 @@ TEST_F(CliTest, WithoutADatafilesFolderNothingRuns) {
     const std::string message =
         "No datafiles folder is known.\n\nGive one with --datafiles DIR or set "
         "\"DatafilesPath\" in the installation values.\n";
-    const std::string section = "[Software\\VANDIX\\2D Kryn\\2023]\r\n";
-    const std::string value = "DatafilesPath = " + Root().string() + "\r\n";
-    for (const auto& args : std::vector<std::vector<std::string>>{
-             {"client", "list"}, {"standard", "list"}, {"registry", "check"}}) {
-        SCOPED_TRACE(Joined(args));
-        const SRun run = Run(args, false);
-        EXPECT_EQ(run.code, 1);
-        EXPECT_EQ(run.out, "");
-        EXPECT_EQ(run.err, message);
-    }
+    const std::string value =
+        "[Software\\VANDIX\\2D Kryn\\2023]\r\nDatafilesPath = " + Root().string() + "\r\n";
+    const SRun none = Run({"client", "create"}, false);
+    EXPECT_EQ(none.code, 1);
+    EXPECT_EQ(none.out, "");
+    EXPECT_EQ(none.err, message);
 
-    // The folder is a machine value: the user's file does not count.
-    WriteBytes(UserRegistry(), section + value);
-    EXPECT_EQ(Run({"client", "create"}, false).err, message);
-    EXPECT_FALSE(fs::exists(Root() / "ClientDatafile.ini"));
-
-    WriteBytes(MachineRegistry(), section + value);
+    WriteBytes(MachineRegistry(), value);
     const SRun run = Run({"client", "create"}, false);
     EXPECT_EQ(run.code, 0) << run.err;
     EXPECT_EQ(run.out, "1\tClient 1\n");

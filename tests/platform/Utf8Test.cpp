@@ -16,20 +16,15 @@ using platform::ToUtf8;
 namespace {
 
 TEST(Utf8, RoundTripsEverySequenceLength) {
+    // The first and last character of each sequence length.
     const std::vector<std::pair<std::wstring, std::string>> cases = {
-        {L"", ""},
-        {L"Standard 1", "Standard 1"},
         {std::wstring(1, L'\0') + L"a", std::string(1, '\0') + "a"},
         {L"\u007F", "\x7F"},
         {L"\u0080", "\xC2\x80"},
-        {L"caf\u00E9", "caf\xC3\xA9"},
-        {L"\u00FF", "\xC3\xBF"},
         {L"\u07FF", "\xDF\xBF"},
         {L"\u0800", "\xE0\xA0\x80"},
-        {L"\u20AC 5", "\xE2\x82\xAC 5"},
         {L"\uFFFD", "\xEF\xBF\xBD"},
         {L"\U00010000", "\xF0\x90\x80\x80"},
-        {L"\U0001D11E", "\xF0\x9D\x84\x9E"},
         {L"\U0010FFFF", "\xF4\x8F\xBF\xBF"},
         {L"a\u00E9\u20AC\U0001D11Ez", "a\xC3\xA9\xE2\x82\xAC\xF0\x9D\x84\x9Ez"},
     };
@@ -44,14 +39,11 @@ TEST(Utf8, RoundTripsEverySequenceLength) {
 TEST(Utf8, InvalidBytesBecomeLatin1Characters) {
     const std::vector<std::pair<std::string, std::wstring>> cases = {
         {"caf\xE9", L"caf\u00E9"},
-        {"\xE9t\xE9", L"\u00E9t\u00E9"},
-        {"\xFF\xFE", L"\u00FF\u00FE"},
         {"\x80", L"\u0080"},
         {"a\xC3", L"a\u00C3"},                             // cut short at the end
         {"\xE2\x82", L"\u00E2\u0082"},                     // cut short at the end
         {"\xE2\x82x", L"\u00E2\u0082x"},                   // cut short by a plain byte
         {"\xC0\xAF", L"\u00C0\u00AF"},                     // overlong '/'
-        {"\xC1\xBF", L"\u00C1\u00BF"},                     // overlong
         {"\xE0\x80\xAF", L"\u00E0\u0080\u00AF"},           // overlong '/'
         {"\xF0\x80\x80\xAF", L"\u00F0\u0080\u0080\u00AF"}, // overlong '/'
         {"\xED\xA0\x80", L"\u00ED\u00A0\u0080"},           // a surrogate
