@@ -107,6 +107,9 @@ void AddAppCommands(CLI::App& app, SCliContext& context);
 // runs after both are added.
 void AddEditorCommands(CLI::App& app, SCliContext& context);
 void AddCompareCommands(CLI::App& app, SCliContext& context);
+// Adds "restore-defaults" to the "settings" group, so it runs after it.
+void AddRestoreCommands(CLI::App& app, SCliContext& context);
+void AddReportCommands(CLI::App& app, SCliContext& context);
 
 // An application given as 1-4 or by name (ELECTRIC, PID or P&ID, ISOMETRIC,
 // ORTHO); anything else is bad usage.

@@ -30,6 +30,8 @@ int main(int argc, char** argv) {
     cli::AddAppCommands(app, context);
     cli::AddEditorCommands(app, context);
     cli::AddCompareCommands(app, context);
+    cli::AddRestoreCommands(app, context);
+    cli::AddReportCommands(app, context);
 
     try {
         app.parse(argc, argv);

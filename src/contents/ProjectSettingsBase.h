@@ -181,6 +181,10 @@ public:
     // False when there is no file path or the file cannot be written.
     bool Save();
     bool IsModified() const;
+    // The rules that give settings added by later versions a value derived
+    // from older ones (setters without force). Loading runs them; so does
+    // restoring defaults, whose catalogue leaves those settings at 0.
+    void Migrate(CSection& section, std::int32_t displayedUnits);
 
     CSection* FindSection(std::int32_t sectionId);
     const CSection* FindSection(std::int32_t sectionId) const;
@@ -225,8 +229,6 @@ protected:
     static void AddTitle(CSection& section, const std::wstring& heading);
 
 private:
-    void Migrate(CSection& section, std::int32_t displayedUnits);
-
     std::int32_t m_nProjectId = 0;
     std::int32_t m_nApplication = 0;
     std::wstring m_strPath;

@@ -95,6 +95,69 @@ std::wstring SettingsModifiedQuestion(const std::wstring& standardName) {
            L"' settings have been modified.\n\nDo you want to save your changes?";
 }
 
+namespace {
+
+// Gives `variable` the value of `source` through its kind's setter without
+// force, so an equal value keeps it clean.
+void CopyValue(Base::CVariable& variable, const Base::CVariable& source) {
+    switch (source.m_nKind) {
+    case Base::eBool:
+        variable.SetBool(source.m_bValue, false);
+        break;
+    case Base::eString:
+        variable.SetString(source.m_strValue, false);
+        break;
+    case Base::eFont:
+        variable.SetFont(source.m_strFont, false);
+        break;
+    case Base::eInteger:
+        variable.SetInteger(source.m_nValue, false);
+        break;
+    case Base::eReal:
+        variable.SetReal(source.m_dValue, false);
+        break;
+    case Base::eFolder:
+        variable.SetFolder(source.m_strFolder, false);
+        break;
+    case Base::eText:
+        variable.SetText(source.m_strText, false);
+        break;
+    case Base::eChoice:
+        variable.SetChoice(source.m_nChoice, false);
+        break;
+    default:
+        break;
+    }
+}
+
+} // namespace
+
+bool RestoreSettingsDefaults(CVX2D_ProjectSettingsBase& settings, int section,
+                             const CVX2D_GeneralSettings& general) {
+    auto defaults = NewProjectSettings(settings.GetApplication());
+    if (!defaults)
+        return false;
+    defaults->BuildCatalogue(general.m_nWorkingUnits);
+    bool found = false;
+    for (Base::CSection& target : settings.Sections()) {
+        const Base::CSection* source = defaults->FindSection(target.m_nId);
+        if ((section >= 0 && target.m_nId != section) || !source)
+            continue;
+        found = true;
+        // Both come from the same catalogue, so positions match; sub-headings
+        // share one id and could not be matched by it.
+        const std::size_t count =
+            std::min(target.m_arrVariables.size(), source->m_arrVariables.size());
+        for (std::size_t i = 0; i < count; ++i) {
+            Base::CVariable& variable = target.m_arrVariables[i];
+            if (!variable.IsTitle() && variable.m_nId == source->m_arrVariables[i].m_nId)
+                CopyValue(variable, source->m_arrVariables[i]);
+        }
+        settings.Migrate(target, general.m_nDisplayedUnits);
+    }
+    return found;
+}
+
 std::wstring SettingsHelpTopic(int application, int section) {
     struct STopic {
         int application;
@@ -224,6 +287,17 @@ bool CSettingsEditor::SetCellText(std::size_t row, const std::wstring& text) {
     // Show what is kept: "abc" typed into a number cell is kept as 0.
     m_rows[row] = MakeRow(variable);
     return stored;
+}
+
+bool CSettingsEditor::RestoreDefaults() {
+    if (!m_settings)
+        return false;
+    RestoreSettingsDefaults(*m_settings, m_nSection, m_general);
+    if (const Base::CSection* found = TheSection()) {
+        for (std::size_t i = 0; i < found->m_arrVariables.size() && i < m_rows.size(); ++i)
+            m_rows[i] = MakeRow(found->m_arrVariables[i]);
+    }
+    return true;
 }
 
 bool CSettingsEditor::Apply() {

@@ -73,6 +73,11 @@ public:
     // exist, or a choice has no entry of that text.
     bool SetCellText(std::size_t row, const std::wstring& text);
 
+    // Puts the section back to the catalogue defaults of the standard's
+    // working units; what changes shows as modified until Apply. False when
+    // nothing is open.
+    bool RestoreDefaults();
+
     // Saves the changed variables; false when the file cannot be written.
     bool Apply();
 
@@ -119,6 +124,13 @@ std::vector<std::wstring> DrawingTemplateTitles(std::int32_t projectId,
 
 // The close question of a modified editor.
 std::wstring SettingsModifiedQuestion(const std::wstring& standardName);
+
+// Puts the variables of one section (of every section for -1) back to the
+// catalogue defaults of the standard's working units, then derives the
+// settings of later versions from them as loading does. Only a variable whose
+// value changes becomes unclean. False when the settings have no such section.
+bool RestoreSettingsDefaults(CVX2D_ProjectSettingsBase& settings, int section,
+                             const CVX2D_GeneralSettings& general);
 
 // The pages of a standard as its page tree shows them.
 enum class ESettingsPage {

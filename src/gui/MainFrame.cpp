@@ -1,6 +1,7 @@
 #include "gui/MainFrame.h"
 
 #include "app/Environment.h"
+#include "editors/StandardReport.h"
 #include "gui/CompareWindow.h"
 #include "gui/NavigatorDlg.h"
 #include "gui/NewStandardWizard.h"
@@ -47,7 +48,7 @@ CMainFrame::CMainFrame(CDeskCore& core, IFileDialogs& dialogs, QWidget* parent)
     connect(m_panel->Tree(), &CNavigatorTreeCtrl::ContextMenuWanted, this, &CMainFrame::ShowPopup);
     connect(m_panel->Tree(), &CNavigatorTreeCtrl::SelectionChanged, this, [this] {
         for (const auto& [command, action] : m_actions)
-            action->setEnabled(m_navigator.Applies(command) && command != eCmdPrintStandard);
+            action->setEnabled(m_navigator.Applies(command));
     });
 
     m_navigator.Rebuild();
@@ -83,8 +84,7 @@ void CMainFrame::CreateActions() {
         ->setIcon(style->standardIcon(QStyle::SP_DialogOpenButton));
     AddCommand(eCmdCopyStandard, tr("&Copy..."));
     AddCommand(eCmdRenameStandard, tr("&Rename"), QKeySequence(Qt::Key_F2));
-    AddCommand(eCmdPrintStandard, tr("&Print..."))
-        ->setToolTip(tr("Printing a standard comes with its report"));
+    AddCommand(eCmdPrintStandard, tr("&Print..."), QKeySequence::Print);
     AddCommand(eCmdDeleteStandard, tr("&Delete..."), QKeySequence::Delete)
         ->setIcon(style->standardIcon(QStyle::SP_TrashIcon));
     AddCommand(eCmdRecoverStandard, tr("Reco&ver"));
@@ -199,7 +199,7 @@ void CMainFrame::ShowPopup(const QPoint& globalPos) {
             continue;
         }
         QAction* action = Action(command);
-        action->setEnabled(!popup.greyed.contains(command) && command != eCmdPrintStandard);
+        action->setEnabled(!popup.greyed.contains(command));
         menu.addAction(action);
     }
     m_showDeleted->setChecked(popup.showDeletedChecked);
@@ -223,7 +223,11 @@ bool CMainFrame::RunNewStandardWizard(std::int32_t clientId, std::int32_t& newId
     return newId != 0;
 }
 
-void CMainFrame::PrintStandard(std::int32_t) {}
+void CMainFrame::PrintStandard(std::int32_t standardId) {
+    QApplication::setOverrideCursor(Qt::WaitCursor);
+    PrintStandardReport(m_core.projects, m_core.prompter, standardId, platform::ShellOpen);
+    QApplication::restoreOverrideCursor();
+}
 
 void CMainFrame::ExportStandard(std::int32_t standardId, const std::wstring& name) {
     const QString file = m_dialogs.SaveFile(this, Q(CStandardTransfer::kSaveTitle),

@@ -51,8 +51,10 @@ CSettingsFormView::CSettingsFormView(CDeskCore& core, CMainFrame& frame, std::in
                                      int application, int section, QWidget* parent)
     : CPageView(parent), m_core(core), m_frame(frame), m_editor(core.projects, core.prompter),
       m_header(new QLabel(this)), m_grid(new CSettingsGridCtrl(this)),
+      m_restore(new QPushButton(tr("Restore Defaults"), this)),
       m_apply(new QPushButton(tr("Apply"), this)), m_help(new QPushButton(tr("Help..."), this)) {
     setObjectName(QStringLiteral("settingsFormView"));
+    m_restore->setObjectName(QStringLiteral("restoreDefaultsButton"));
     m_apply->setObjectName(QStringLiteral("applyButton"));
     m_help->setObjectName(QStringLiteral("helpButton"));
     QFont bold = m_header->font();
@@ -64,6 +66,7 @@ CSettingsFormView::CSettingsFormView(CDeskCore& core, CMainFrame& frame, std::in
     layout->addWidget(m_header);
     layout->addWidget(m_grid, 1);
     auto* buttons = new QHBoxLayout;
+    buttons->addWidget(m_restore);
     buttons->addStretch(1);
     buttons->addWidget(m_apply);
     buttons->addWidget(m_help);
@@ -73,6 +76,11 @@ CSettingsFormView::CSettingsFormView(CDeskCore& core, CMainFrame& frame, std::in
         if (!m_editor.Apply())
             m_core.prompter.Show(L"Error saving the settings of this standard.", EPromptIcon::Stop);
         Fill();
+    });
+    connect(m_restore, &QPushButton::clicked, this, [this] {
+        m_editor.RestoreDefaults();
+        Fill();
+        emit Modified();
     });
     connect(m_help, &QPushButton::clicked, this,
             [this] { m_frame.ShowHelp(m_editor.HelpTopic()); });
@@ -95,6 +103,7 @@ void CSettingsFormView::Fill() {
         UpdateRow(row);
     m_filling = false;
     m_grid->FitColumns();
+    m_restore->setEnabled(!rows.empty());
     UpdateApply();
 }
 

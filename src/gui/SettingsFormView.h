@@ -1,5 +1,5 @@
 // One settings section of one application of a standard: the two-column
-// grid of label and value, "Apply" and "Help...".
+// grid of label and value, "Restore Defaults", "Apply" and "Help...".
 #pragma once
 
 #include "editors/SettingsEditor.h"
@@ -51,6 +51,7 @@ private:
     CSettingsEditor m_editor;
     QLabel* m_header;
     CSettingsGridCtrl* m_grid;
+    QPushButton* m_restore;
     QPushButton* m_apply;
     QPushButton* m_help;
     bool m_filling = false;

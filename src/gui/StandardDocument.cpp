@@ -1,11 +1,17 @@
 #include "gui/StandardDocument.h"
 
 #include "contents/Application.h"
+#include "gui/BordersFormView.h"
 #include "gui/DrawingsFormView.h"
+#include "gui/FileLocationsFormView.h"
+#include "gui/GeneralSettingsFormView.h"
+#include "gui/LayersFormView.h"
+#include "gui/LinesFormView.h"
 #include "gui/MainFrame.h"
 #include "gui/PageView.h"
 #include "gui/QtText.h"
 #include "gui/SettingsFormView.h"
+#include "gui/SpecsFormView.h"
 
 #include <QApplication>
 #include <QCloseEvent>
@@ -89,7 +95,6 @@ CStandardDocument::CStandardDocument(CDeskCore& core, CMainFrame& frame, std::in
 
 QWidget* CStandardDocument::MakePage(const SSettingsPage& page) {
     const QString title = Q(page.title);
-    const QString cli = QStringLiteral("standards-desk-cli");
     switch (page.kind) {
     case ESettingsPage::Section:
         return new CSettingsFormView(m_core, m_frame, m_standardId, page.application, page.section,
@@ -97,47 +102,17 @@ QWidget* CStandardDocument::MakePage(const SSettingsPage& page) {
     case ESettingsPage::DrawingFolder:
         return new CDrawingsFormView(m_core, m_frame, m_standardId, page.application, m_view);
     case ESettingsPage::General:
-        return Placeholder(
-            title,
-            tr("Working and displayed units, rating format, version year and GUID will be "
-               "edited here. Until then: <tt>%1 general show|set</tt>.")
-                .arg(cli),
-            m_view);
+        return new CGeneralSettingsFormView(m_core, m_frame, m_standardId, m_view);
     case ESettingsPage::FileLocations:
-        return Placeholder(
-            title,
-            tr("The drawings, borders, templates and libraries folders will be edited "
-               "here. Until then: <tt>%1 general set</tt>.")
-                .arg(cli),
-            m_view);
+        return new CFileLocationsFormView(m_core, m_frame, m_standardId, m_view);
     case ESettingsPage::Borders:
-        return Placeholder(
-            title,
-            tr("Border and revision drawings and drawing limits per sheet size will be "
-               "edited here. Until then: <tt>%1 borders show|set</tt>.")
-                .arg(cli),
-            m_view);
+        return new CBordersFormView(m_core, m_frame, m_standardId, m_view);
     case ESettingsPage::Lines:
-        return Placeholder(
-            title,
-            tr("The standard's line numbers will be listed and edited here. Until then: "
-               "<tt>%1 lines</tt>.")
-                .arg(cli),
-            m_view);
+        return new CLinesFormView(m_core, m_frame, m_standardId, m_view);
     case ESettingsPage::Specs:
-        return Placeholder(
-            title,
-            tr("The specs of the register will be checked for this standard here. Until "
-               "then: <tt>%1 specs</tt>.")
-                .arg(cli),
-            m_view);
+        return new CSpecsFormView(m_core, m_frame, m_standardId, m_view);
     case ESettingsPage::Layers:
-        return Placeholder(
-            title,
-            tr("The %1 layers with colour, linetype and lineweight will be edited here. "
-               "Until then: <tt>%2 layers show|set</tt>.")
-                .arg(Q(ApplicationName(page.application)), cli),
-            m_view);
+        return new CLayersFormView(m_core, m_frame, m_standardId, page.application, m_view);
     default:
         return Placeholder(title, tr("Choose one of the pages below this one."), m_view);
     }

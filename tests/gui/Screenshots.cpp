@@ -6,6 +6,7 @@
 #include "gui/FileDialogs.h"
 #include "gui/MainFrame.h"
 #include "gui/NavigatorDlg.h"
+#include "gui/NewStandardWizard.h"
 #include "gui/QtPrompter.h"
 #include "gui/QtText.h"
 #include "gui/StandardDocument.h"
@@ -51,6 +52,28 @@ int main(int argc, char** argv) {
     document->ShowPage(
         document->Pages()->FindPage(QStringLiteral("PID"), QStringLiteral("Drawings")));
     Save(&frame, out, QStringLiteral("drawings.png"));
+
+    const std::pair<QString, QString> pages[] = {
+        {QStringLiteral("General Settings"), QString()},
+        {QStringLiteral("File Locations"), QString()},
+        {QStringLiteral("Border Settings"), QString()},
+        {QStringLiteral("Lines"), QString()},
+        {QStringLiteral("Specs"), QString()},
+        {QStringLiteral("Layers"), QStringLiteral("P&ID Settings")},
+    };
+    for (const auto& [title, parent] : pages) {
+        document->ShowPage(document->Pages()->FindPage(title, parent));
+        QString name = title.toLower();
+        Save(&frame, out,
+             QStringLiteral("page-%1.png").arg(name.replace(QLatin1Char(' '), QLatin1Char('-'))));
+    }
+
+    CNewStandardWizardDlg wizard(core, dialogs, 1, &frame);
+    wizard.show();
+    Save(&wizard, out, QStringLiteral("new-standard-wizard.png"));
+    wizard.next();
+    Save(&wizard, out, QStringLiteral("new-standard-wizard-units.png"));
+    wizard.hide();
 
     frame.OpenComparison(1);
     auto* comparison =

@@ -20,6 +20,8 @@ cli standard create "Refinery Imperial" --units imperial --client 1
 cli standard create "Tank Farm"
 cli settings set 1 PID 145 3.5
 cli general set 1 drawings_pid "$data/Drawings/PID"
+cli lines create 1 && cli lines create 1
+cli layers set 1 PID 16 color 255,0,0
 for name in P-100 P-101 P-200; do head -c 40000 /dev/urandom > "$data/Drawings/PID/$name.dwg"; done
 
 mkdir -p build/screenshots

@@ -1,0 +1,48 @@
+// report: the printed report of a standard, as the desktop's Print... writes it.
+#include "cli/CliCore.h"
+#include "editors/CompareReport.h"
+#include "editors/StandardReport.h"
+#include "platform/Utf8.h"
+
+#include <fmt/xchar.h>
+
+namespace cli {
+
+namespace {
+
+struct SArgs {
+    std::int32_t id = 0;
+    std::string output;
+};
+
+void Report(const SCliOptions& options, const SArgs& a, std::ostream& out) {
+    SCore core(options);
+    if (!a.output.empty()) {
+        std::wstring error;
+        if (!WriteStandardReport(core.projects, a.id, W(a.output), error))
+            throw CCliFailure(error);
+        return;
+    }
+    std::wstring text;
+    std::wstring error;
+    if (!StandardReportText(core.projects, a.id, CompareReportDate(), text, error))
+        throw CCliFailure(error);
+    out << platform::ToUtf8(text);
+}
+
+} // namespace
+
+void AddReportCommands(CLI::App& app, SCliContext& context) {
+    auto args = std::make_shared<SArgs>();
+    SCliContext* ctx = &context;
+    auto* report = app.add_subcommand(
+        "report", "Print a standard's report: general settings, file locations, borders, lines, "
+                  "specs, every settings page and the layers, as plain text");
+    report->add_option("ID", args->id, "The standard")->required();
+    report->add_option("--output", args->output, "Write to this file instead of printing");
+    report->callback([ctx, args] {
+        ctx->action = [ctx, args](std::ostream& out) { Report(ctx->options, *args, out); };
+    });
+}
+
+} // namespace cli

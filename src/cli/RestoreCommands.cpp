@@ -1,0 +1,106 @@
+// settings restore-defaults: a drafting application's settings sections, or
+// its layers, back to the defaults of the standard's working units, saved at
+// once as the desktop pages' "Restore Defaults" and "Apply" would.
+#include "cli/CliCore.h"
+#include "contents/Application.h"
+#include "contents/ProjectLayers.h"
+#include "contents/ProjectSettings.h"
+#include "datafile/Text.h"
+#include "editors/LayersEditor.h"
+#include "editors/SettingsEditor.h"
+#include "store/GeneralSettings.h"
+
+#include <fmt/xchar.h>
+
+namespace cli {
+
+namespace {
+
+using Base = CVX2D_ProjectSettingsBase;
+
+struct SArgs {
+    std::int32_t id = 0;
+    std::string application;
+    std::string section;
+};
+
+// A section given as 0-8 or by its name in any letter case; -1 when none
+// was given. "Layers" (5) stands for the application's layers.
+int ParseRestoreSection(const std::string& text) {
+    if (text.empty())
+        return -1;
+    const std::wstring typed = TrimBlanks(W(text));
+    std::wstring names;
+    for (int id = Base::eBillOfMaterial; id <= Base::eSystemToggles; ++id) {
+        if (typed == fmt::format(L"{}", id) || EqualsNoCase(typed, Base::SectionName(id)))
+            return id;
+        names += fmt::format(L"\n  {} {}", id, Base::SectionName(id));
+    }
+    throw CCliFailure(
+        fmt::format(L"Unknown section '{}': give a section id or name:{}", typed, names), 2);
+}
+
+CVX2D_GeneralSettings LoadGeneral(SCore& core, std::int32_t id, const std::wstring& what) {
+    core.FolderOf(id, what);
+    CVX2D_GeneralSettings general;
+    if (!general.Load(core.projects, id))
+        throw CCliFailure(what);
+    return general;
+}
+
+void RestoreLayers(SCore& core, std::int32_t id, int application) {
+    const std::wstring what =
+        fmt::format(L"Error restoring the default {} layers of standard '{}'.",
+                    ApplicationName(application), core.NameOf(id));
+    const CVX2D_GeneralSettings general = LoadGeneral(core, id, what);
+    CVX2D_ProjectLayers layers(core.projects, id, application, general.m_nProjectVersion);
+    layers.Load(layers.GetFilePath());
+    RestoreLayerDefaults(layers);
+    if (!layers.Save())
+        throw CCliFailure(what);
+}
+
+void RestoreSettings(SCore& core, std::int32_t id, int application, int section) {
+    const std::wstring name = ApplicationSettingsName(application);
+    const std::wstring what = fmt::format(
+        L"Error restoring the default {} settings of standard '{}'.", name, core.NameOf(id));
+    const CVX2D_GeneralSettings general = LoadGeneral(core, id, what);
+    auto settings = NewProjectSettings(application);
+    settings->BuildCatalogue(general.m_nWorkingUnits);
+    settings->Load(general);
+    if (!RestoreSettingsDefaults(*settings, section, general))
+        throw CCliFailure(fmt::format(L"{} settings have no section {} \"{}\".", name, section,
+                                      Base::SectionName(section)));
+    if (settings->IsModified() && !settings->Save())
+        throw CCliFailure(what);
+}
+
+void Restore(const SCliOptions& options, const SArgs& a) {
+    const int application = ParseApplicationArgument(a.application);
+    const int section = ParseRestoreSection(a.section);
+    SCore core(options);
+    if (section == Base::eLayers)
+        RestoreLayers(core, a.id, application);
+    else
+        RestoreSettings(core, a.id, application, section);
+}
+
+} // namespace
+
+void AddRestoreCommands(CLI::App& app, SCliContext& context) {
+    auto args = std::make_shared<SArgs>();
+    SCliContext* ctx = &context;
+    CLI::App* settings = app.get_subcommand("settings");
+    auto* restore = settings->add_subcommand(
+        "restore-defaults",
+        "Put a standard's settings back to the defaults of its working units and save them: "
+        "one section, or every section of the application when SECTION is left out. SECTION "
+        "Layers (5) restores the application's default layers instead.");
+    restore->add_option("ID", args->id, "Standard id")->required();
+    restore->add_option("APP", args->application, "1-4 or ELECTRIC, PID (P&ID), ISOMETRIC, ORTHO")
+        ->required();
+    restore->add_option("SECTION", args->section, "Section id 0-8 or name");
+    restore->callback([ctx, args] { ctx->Run([ctx, args] { Restore(ctx->options, *args); }); });
+}
+
+} // namespace cli

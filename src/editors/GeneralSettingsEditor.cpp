@@ -1,0 +1,161 @@
+#include "editors/GeneralSettingsEditor.h"
+
+#include <fmt/xchar.h>
+
+namespace {
+
+// The index of a code in a list numbered from `first`; -1 outside it.
+int IndexOf(int code, int first, std::size_t count) {
+    const int index = code - first;
+    return index >= 0 && static_cast<std::size_t>(index) < count ? index : -1;
+}
+
+} // namespace
+
+const std::vector<std::wstring>& WorkingUnitsNames() {
+    static const std::vector<std::wstring> names = {L"Metric", L"English"};
+    return names;
+}
+
+const std::vector<std::wstring>& DisplayedUnitsNames() {
+    static const std::vector<std::wstring> names = {L"Metric - OD", L"Metric - NPS",
+                                                    L"English - US", L"English - NPS"};
+    return names;
+}
+
+std::wstring PageModifiedQuestion(const std::wstring& standardName, const std::wstring& what) {
+    return L"Standard '" + standardName + L"' " + what +
+           L" have been modified.\n\nDo you want to save your changes?";
+}
+
+bool AskToSavePage(IPrompter& prompter, const std::wstring& standardName,
+                   const std::wstring& what) {
+    const SPrompt question{PageModifiedQuestion(standardName, what), L"", EPromptButtons::YesNo,
+                           EPromptIcon::Question, EPromptAnswer::Yes};
+    return prompter.Ask(question) == EPromptAnswer::Yes;
+}
+
+CGeneralSettingsEditor::CGeneralSettingsEditor(const CVX2D_ProjectRegistry& projects,
+                                               IPrompter& prompter)
+    : m_projects(projects), m_prompter(prompter) {}
+
+bool CGeneralSettingsEditor::Open(std::int32_t projectId) {
+    m_nProjectId = projectId;
+    m_rows.clear();
+    m_general = CVX2D_GeneralSettings();
+    if (!m_general.Load(m_projects, projectId)) {
+        m_opened = m_general;
+        return false;
+    }
+    m_opened = m_general;
+    m_formats = LoadRatingFormats(m_projects.Datafiles());
+    Fill();
+    return true;
+}
+
+void CGeneralSettingsEditor::Fill() {
+    m_rows.clear();
+    auto list = [this](EGeneralField field, const wchar_t* label, std::vector<std::wstring> choices,
+                       int current) {
+        SGeneralRow row{field, label, L"", std::move(choices), current, false};
+        if (current >= 0)
+            row.text = row.choices[static_cast<std::size_t>(current)];
+        m_rows.push_back(std::move(row));
+    };
+    list(EGeneralField::WorkingUnits, L"Working Units", WorkingUnitsNames(),
+         IndexOf(m_general.m_nWorkingUnits, 0, WorkingUnitsNames().size()));
+    list(EGeneralField::DisplayedUnits, L"Displayed Units", DisplayedUnitsNames(),
+         IndexOf(m_general.m_nDisplayedUnits, 0, DisplayedUnitsNames().size()));
+    std::vector<std::wstring> titles;
+    int current = -1;
+    for (const SRatingFormat& format : m_formats) {
+        if (format.code == m_general.m_nRatingsFormat)
+            current = static_cast<int>(titles.size());
+        titles.push_back(format.title);
+    }
+    list(EGeneralField::RatingFormat, L"Rating Format", std::move(titles), current);
+    m_rows.push_back({EGeneralField::Version,
+                      L"Version",
+                      fmt::format(L"{}", m_general.m_nProjectVersion),
+                      {},
+                      -1,
+                      true});
+    m_rows.push_back({EGeneralField::Guid, L"GUID", GuidToText(m_general.m_guid), {}, -1, true});
+}
+
+const SGeneralRow& CGeneralSettingsEditor::Row(EGeneralField field) const {
+    static const SGeneralRow none;
+    for (const SGeneralRow& row : m_rows) {
+        if (row.field == field)
+            return row;
+    }
+    return none;
+}
+
+bool CGeneralSettingsEditor::ApplyEnabled() const {
+    return m_general.m_bLoaded && (m_general.m_nWorkingUnits != m_opened.m_nWorkingUnits ||
+                                   m_general.m_nDisplayedUnits != m_opened.m_nDisplayedUnits ||
+                                   m_general.m_nRatingsFormat != m_opened.m_nRatingsFormat);
+}
+
+bool CGeneralSettingsEditor::Choose(EGeneralField field, int index) {
+    const SGeneralRow& row = Row(field);
+    if (!m_general.m_bLoaded || row.readOnly || index < 0 ||
+        static_cast<std::size_t>(index) >= row.choices.size())
+        return false;
+    switch (field) {
+    case EGeneralField::WorkingUnits:
+    case EGeneralField::DisplayedUnits:
+        // Both unit lists are numbered from 0.
+        (field == EGeneralField::WorkingUnits ? m_general.m_nWorkingUnits
+                                              : m_general.m_nDisplayedUnits) = index;
+        break;
+    case EGeneralField::RatingFormat:
+        m_general.m_nRatingsFormat = m_formats[static_cast<std::size_t>(index)].code;
+        break;
+    default:
+        return false;
+    }
+    Fill();
+    return true;
+}
+
+bool CGeneralSettingsEditor::Apply() {
+    if (!ApplyEnabled())
+        return true;
+    // Only what this page changed goes over the file as it is now: the file
+    // locations page writes the same file.
+    CVX2D_GeneralSettings current;
+    bool saved = current.Load(m_projects, m_nProjectId);
+    if (saved) {
+        if (m_general.m_nWorkingUnits != m_opened.m_nWorkingUnits)
+            current.m_nWorkingUnits = m_general.m_nWorkingUnits;
+        if (m_general.m_nDisplayedUnits != m_opened.m_nDisplayedUnits)
+            current.m_nDisplayedUnits = m_general.m_nDisplayedUnits;
+        if (m_general.m_nRatingsFormat != m_opened.m_nRatingsFormat)
+            current.m_nRatingsFormat = m_general.m_nRatingsFormat;
+        saved = current.Save();
+    }
+    if (!saved) {
+        m_prompter.Show(fmt::format(L"Error saving general settings of standard '{}'.",
+                                    m_projects.GetProjectName(m_nProjectId, true, true)),
+                        EPromptIcon::Stop);
+        return false;
+    }
+    m_general = current;
+    m_opened = current;
+    Fill();
+    return true;
+}
+
+bool CGeneralSettingsEditor::Close() {
+    if (!ApplyEnabled())
+        return true;
+    // A failed save keeps the changes, and the page stays open to try again.
+    if (AskToSavePage(m_prompter, m_projects.GetProjectName(m_nProjectId, true, true),
+                      L"general settings"))
+        return Apply();
+    m_general = m_opened;
+    Fill();
+    return true;
+}

@@ -1,0 +1,80 @@
+// The "General Settings" page of a standard: working and displayed units and
+// the rating format picked from lists, the version year and the GUID shown
+// read-only, Apply, the question on closing and the help topic.
+#pragma once
+
+#include "editors/RatingFormats.h"
+#include "store/GeneralSettings.h"
+#include "store/ProjectRegistry.h"
+#include "store/Prompter.h"
+
+#include <cstdint>
+#include <string>
+#include <vector>
+
+enum class EGeneralField { WorkingUnits, DisplayedUnits, RatingFormat, Version, Guid };
+
+struct SGeneralRow {
+    EGeneralField field = EGeneralField::WorkingUnits;
+    std::wstring label;
+    // What the page shows; empty for a code that is in no list.
+    std::wstring text;
+    // The list to pick from; empty on a read-only row.
+    std::vector<std::wstring> choices;
+    // The index of `text` in `choices`; -1 when the stored code is in no list.
+    int current = -1;
+    bool readOnly = false;
+};
+
+class CGeneralSettingsEditor {
+public:
+    static constexpr const wchar_t* kHelpTopic = L"::/General_Settings_Dialog_Box.htm";
+
+    CGeneralSettingsEditor(const CVX2D_ProjectRegistry& projects, IPrompter& prompter);
+
+    // Loads the standard's general settings and the rating formats of the
+    // datafiles folder. False, with no rows, when the standard has no folder.
+    bool Open(std::int32_t projectId);
+
+    // Working units, displayed units, rating format, version year, GUID.
+    const std::vector<SGeneralRow>& Rows() const { return m_rows; }
+    const SGeneralRow& Row(EGeneralField field) const;
+    bool ApplyEnabled() const;
+
+    // Picks entry `index` of a list row. False, changing nothing, for a
+    // read-only row or an index outside the list.
+    bool Choose(EGeneralField field, int index);
+
+    // Writes the changed values into General.ini as it is now, so that what
+    // another page or workstation saved meanwhile stays; says so when the
+    // file cannot be written.
+    bool Apply();
+    // The view is closing: a modified editor asks whether to save (Yes saves,
+    // No discards). False only when a save was wanted and failed.
+    bool Close();
+
+    std::int32_t ProjectId() const { return m_nProjectId; }
+
+private:
+    void Fill();
+
+    const CVX2D_ProjectRegistry& m_projects;
+    IPrompter& m_prompter;
+    std::int32_t m_nProjectId = 0;
+    CVX2D_GeneralSettings m_opened; // as loaded, to tell what changed
+    CVX2D_GeneralSettings m_general;
+    std::vector<SRatingFormat> m_formats;
+    std::vector<SGeneralRow> m_rows;
+};
+
+// "Metric", "English": working units by code.
+const std::vector<std::wstring>& WorkingUnitsNames();
+// "Metric - OD", "Metric - NPS", "English - US", "English - NPS": displayed
+// units by code.
+const std::vector<std::wstring>& DisplayedUnitsNames();
+
+// The close question of a modified page: "Standard 'Pipe' <what> have been
+// modified..." with `what` such as "general settings".
+std::wstring PageModifiedQuestion(const std::wstring& standardName, const std::wstring& what);
+// Asks the close question; true when the answer is Yes.
+bool AskToSavePage(IPrompter& prompter, const std::wstring& standardName, const std::wstring& what);

@@ -1,0 +1,119 @@
+// The layers page of one drafting application in one standard: the grid's
+// rows as data, storing a changed cell, restore defaults, Apply, the question
+// on closing and the help topic; and the AutoCAD linetypes, lineweights and
+// colour names the page offers.
+#pragma once
+
+#include "contents/ProjectLayers.h"
+#include "store/ProjectRegistry.h"
+#include "store/Prompter.h"
+
+#include <cstdint>
+#include <optional>
+#include <string>
+#include <vector>
+
+// The grid's columns, left to right.
+enum class ELayerColumn { Description, Name, Color, Linetype, Lineweight };
+
+struct SLayerRow {
+    std::int32_t key = 0;
+    std::wstring description;
+    std::wstring name;
+    SLayerColor color;
+    std::wstring colorText;
+    std::wstring linetype;
+    std::int32_t lineweight = CVX2D_ProjectLayers::kDefaultLineweight;
+    std::wstring lineweightText;
+};
+
+// "CONTINUOUS", then the linetypes of AutoCAD's acad.lin, each with its
+// half-size "2" and double-size "X2" variant.
+const std::vector<std::wstring>& StandardLinetypes();
+
+// AutoCAD's lineweights in hundredths of a millimetre, Default (-3) first.
+const std::vector<std::int32_t>& StandardLineweights();
+
+// "Default" for -3, else "%0.2f mm" of the hundredths: 25 is "0.25 mm".
+std::wstring LineweightText(std::int32_t lineweight);
+
+// "Default", or millimetres with or without " mm", that name one of the
+// standard lineweights; false for anything else.
+bool ParseLineweightText(const std::wstring& text, std::int32_t& lineweight);
+
+// "Red" ... "White" for 1 to 7, "Color %d" for any other palette position.
+std::wstring AciColorName(int index);
+
+// The colour cell: "Red (1)" for a named colour, "Color 8" for another
+// palette position, "R,G,B" of the stored value when it has no position.
+std::wstring LayerColorText(const SLayerColor& color);
+
+// A layer name AutoCAD and "Layers.ini" can both hold: not empty after
+// trimming, at most 255 characters, one byte each, no control character and
+// none of < > / \ " : ; ? * | , = `.
+bool IsValidLayerName(const std::wstring& name);
+
+// Puts every layer back to the application's default name, colour, linetype
+// and lineweight; only what differs becomes a change for Save.
+void RestoreLayerDefaults(CVX2D_ProjectLayers& layers);
+
+// "PID - Layers".
+std::wstring LayersHeader(int application);
+
+// The close question of a modified layers page.
+std::wstring LayersModifiedQuestion(const std::wstring& standardName, int application);
+
+// The topic of the application's layers help page, "::/....htm".
+std::wstring LayersHelpTopic(int application);
+
+class CLayersEditor {
+public:
+    CLayersEditor(const CVX2D_ProjectRegistry& projects, IPrompter& prompter);
+
+    // Loads the standard's layers of the application (the standard's version
+    // names the sections). False, with no rows, for an unknown application or
+    // a standard whose general settings cannot be read.
+    bool Open(std::int32_t projectId, int application);
+
+    const std::wstring& Header() const { return m_strHeader; }
+    const std::vector<SLayerRow>& Rows() const { return m_rows; }
+    // Apply is enabled exactly while something is unsaved.
+    bool ApplyEnabled() const;
+
+    // Stores the text of a changed cell: a layer name (an invalid one is
+    // refused with a message), a colour number 1-255 or its cell text, a
+    // linetype of the list in any letter case, a lineweight text. The
+    // current value is always accepted. False when refused.
+    bool SetCellText(std::size_t row, ELayerColumn column, const std::wstring& text);
+    // The picker's answer: palette position 1-255 with its RGB value.
+    bool SetColorIndex(std::size_t row, int index);
+
+    // Every layer back to the application's default set; what changes shows
+    // as modified until Apply. False when nothing is open.
+    bool RestoreDefaults();
+
+    // Writes the changes to "Layers.ini"; a failure is told to the user.
+    bool Apply();
+
+    // The view is closing: a modified editor asks whether to save (Yes saves,
+    // No discards the changes and shows the file's values again). False only
+    // when a save was wanted and failed.
+    bool Close();
+
+    std::wstring HelpTopic() const { return LayersHelpTopic(m_nApplication); }
+
+    std::int32_t ProjectId() const { return m_nProjectId; }
+    int Application() const { return m_nApplication; }
+
+private:
+    void MakeRows();
+    bool Save();
+
+    const CVX2D_ProjectRegistry& m_projects;
+    IPrompter& m_prompter;
+    std::int32_t m_nProjectId = 0;
+    int m_nApplication = 0;
+    std::wstring m_strHeader;
+    std::optional<CVX2D_ProjectLayers> m_layers;
+    std::vector<SLayerRow> m_rows;
+};

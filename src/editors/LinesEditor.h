@@ -1,0 +1,65 @@
+// The lines page of a standard: its live and deleted line numbers as rows,
+// and the commands on them. Every command writes at once, as the line
+// operations themselves do (a new line takes its id from the shared counter
+// straight away), so the page never holds unsaved changes and has no Apply.
+#pragma once
+
+#include "store/ProjectRegistry.h"
+#include "store/Prompter.h"
+
+#include <cstdint>
+#include <string>
+#include <vector>
+
+struct SLineRow {
+    std::int32_t id = 0;
+    std::wstring name;
+    bool deleted = false;
+};
+
+// "Live" or "Deleted": the state column.
+std::wstring LineStateText(bool deleted);
+
+class CLinesEditor {
+public:
+    CLinesEditor(const CVX2D_ProjectRegistry& projects, IPrompter& prompter);
+
+    // Reads the standard's lines: the live ones by id, then the deleted ones
+    // by id. False, with the reason shown, when they cannot be read.
+    bool Open(std::int32_t projectId);
+
+    // "Lines - Pipe".
+    const std::wstring& Header() const { return m_strHeader; }
+    const std::vector<SLineRow>& Rows() const { return m_rows; }
+    // The row of a line id; -1 when the list has none.
+    int Find(std::int32_t lineId) const;
+
+    // Creates "Line <n>" and gives it the specs checked for the standard in
+    // every application, as a standard's first line gets them. The new id, or
+    // 0 when the line could not be made (the reason is shown).
+    std::int32_t CreateLine();
+    // Asks, then marks the line deleted. False when refused, declined or failed.
+    bool DeleteLine(std::int32_t lineId);
+    // Makes a deleted line live again; refused while a live line has its name.
+    bool RecoverLine(std::int32_t lineId);
+    // Renames a live line under the same key; the name is trimmed, an
+    // unchanged name writes nothing. Refused when another live line has it.
+    bool RenameLine(std::int32_t lineId, const std::wstring& name);
+
+    // "::/Line_Numbers.htm".
+    std::wstring HelpTopic() const;
+
+    std::int32_t ProjectId() const { return m_nProjectId; }
+
+private:
+    bool Reload(bool quiet = false);
+    const SLineRow* Row(std::int32_t lineId) const;
+    void Error(const std::wstring& what, int code);
+
+    const CVX2D_ProjectRegistry& m_projects;
+    IPrompter& m_prompter;
+    std::int32_t m_nProjectId = 0;
+    std::wstring m_strName;
+    std::wstring m_strHeader;
+    std::vector<SLineRow> m_rows;
+};

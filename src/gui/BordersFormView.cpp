@@ -1,0 +1,212 @@
+#include "gui/BordersFormView.h"
+
+#include "gui/MainFrame.h"
+#include "gui/QtText.h"
+
+#include <QHBoxLayout>
+#include <QHeaderView>
+#include <QLineEdit>
+#include <QSignalBlocker>
+#include <QVBoxLayout>
+
+namespace {
+
+// Grid column of each editor column; column 0 holds the sheet size.
+int GridColumn(EBorderColumn column) {
+    return static_cast<int>(column) + 1;
+}
+
+bool IsDrawing(EBorderColumn column) {
+    return column == EBorderColumn::Border || column == EBorderColumn::Revision;
+}
+
+constexpr EBorderColumn kColumns[] = {EBorderColumn::Border, EBorderColumn::LimitsMin,
+                                      EBorderColumn::LimitsMax, EBorderColumn::Revision};
+
+} // namespace
+
+CBordersFormView::CBordersFormView(CDeskCore& core, CMainFrame& frame, std::int32_t standardId,
+                                   QWidget* parent)
+    : CPageView(parent), m_core(core), m_frame(frame), m_editor(core.projects, core.prompter),
+      m_grid(new QTableWidget(this)), m_folder(new QLabel(this)),
+      m_restore(new QPushButton(tr("Restore Defaults"), this)),
+      m_apply(new QPushButton(tr("Apply"), this)), m_help(new QPushButton(tr("Help..."), this)) {
+    setObjectName(QStringLiteral("bordersFormView"));
+    m_grid->setObjectName(QStringLiteral("bordersGrid"));
+    m_folder->setObjectName(QStringLiteral("bordersFolderLabel"));
+    m_restore->setObjectName(QStringLiteral("restoreDefaultsButton"));
+    m_apply->setObjectName(QStringLiteral("applyButton"));
+    m_help->setObjectName(QStringLiteral("helpButton"));
+    m_editor.Open(standardId);
+
+    auto* header = new QLabel(tr("Border Settings"), this);
+    QFont bold = header->font();
+    bold.setBold(true);
+    bold.setPointSizeF(bold.pointSizeF() * 1.2);
+    header->setFont(bold);
+    m_folder->setWordWrap(true);
+    m_folder->setTextInteractionFlags(Qt::TextSelectableByMouse);
+
+    auto* layout = new QVBoxLayout(this);
+    layout->addWidget(header);
+    layout->addWidget(m_grid, 1);
+    layout->addWidget(m_folder);
+    auto* buttons = new QHBoxLayout;
+    buttons->addWidget(m_restore);
+    buttons->addStretch(1);
+    buttons->addWidget(m_apply);
+    buttons->addWidget(m_help);
+    layout->addLayout(buttons);
+
+    connect(m_grid, &QTableWidget::itemChanged, this, [this](QTableWidgetItem* item) {
+        const int column = item->column() - 1;
+        if (!m_busy && column >= 0 && column < kBorderColumnCount)
+            Commit(item->row(), static_cast<EBorderColumn>(column), item->text());
+    });
+    connect(m_restore, &QPushButton::clicked, this, [this] {
+        m_editor.RestoreDefaults();
+        Update();
+        emit Modified();
+    });
+    connect(m_apply, &QPushButton::clicked, this, [this] {
+        m_editor.Apply();
+        Update();
+    });
+    connect(m_help, &QPushButton::clicked, this,
+            [this] { m_frame.ShowHelp(CBordersEditor::kHelpTopic); });
+    Build();
+}
+
+void CBordersFormView::Build() {
+    m_busy = true;
+    m_grid->setColumnCount(1 + kBorderColumnCount);
+    m_grid->setHorizontalHeaderLabels({tr("Size"), tr("Border Drawing"), tr("Lower-Left Limit"),
+                                       tr("Upper-Right Limit"), tr("Revision Drawing")});
+    m_grid->verticalHeader()->hide();
+    m_grid->setSelectionMode(QAbstractItemView::SingleSelection);
+    const auto& rows = m_editor.Rows();
+    m_grid->setRowCount(static_cast<int>(rows.size()));
+    for (int row = 0; row < static_cast<int>(rows.size()); ++row) {
+        const SBorderRow& data = rows[static_cast<std::size_t>(row)];
+        // ANSI sizes are drawn in inches, ISO sizes in millimetres.
+        auto* size = new QTableWidgetItem(
+            QStringLiteral("%1  (%2)").arg(Q(data.name), data.size <= eDwgE ? tr("in") : tr("mm")));
+        size->setFlags(Qt::ItemIsEnabled);
+        m_grid->setItem(row, 0, size);
+        for (const EBorderColumn column : kColumns) {
+            const int gridColumn = GridColumn(column);
+            m_grid->setItem(row, gridColumn, new QTableWidgetItem);
+            if (!IsDrawing(column))
+                continue;
+            m_grid->item(row, gridColumn)->setFlags(Qt::ItemIsEnabled);
+            auto* combo = new QComboBox(m_grid);
+            combo->setObjectName(QStringLiteral("%1%2")
+                                     .arg(column == EBorderColumn::Border
+                                              ? QStringLiteral("border")
+                                              : QStringLiteral("revision"))
+                                     .arg(row));
+            combo->setEditable(true);
+            combo->setInsertPolicy(QComboBox::NoInsert);
+            connect(combo, &QComboBox::textActivated, this,
+                    [this, row, column](const QString& text) { Commit(row, column, text); });
+            connect(combo->lineEdit(), &QLineEdit::editingFinished, this,
+                    [this, row, column, combo] { Commit(row, column, combo->currentText()); });
+            m_grid->setCellWidget(row, gridColumn, combo);
+        }
+    }
+    m_busy = false;
+    FillDrawingLists();
+    Update();
+    m_grid->resizeColumnsToContents();
+    m_grid->horizontalHeader()->setSectionResizeMode(QHeaderView::Stretch);
+    m_grid->horizontalHeader()->setSectionResizeMode(0, QHeaderView::ResizeToContents);
+}
+
+QComboBox* CBordersFormView::DrawingCombo(int row, int column) const {
+    return qobject_cast<QComboBox*>(m_grid->cellWidget(row, column));
+}
+
+void CBordersFormView::FillDrawingLists() {
+    const bool busy = m_busy;
+    m_busy = true;
+    QStringList drawings;
+    for (const auto& name : m_editor.DrawingFiles())
+        drawings << Q(name);
+    for (int row = 0; row < m_grid->rowCount(); ++row) {
+        for (const EBorderColumn column : {EBorderColumn::Border, EBorderColumn::Revision}) {
+            QComboBox* combo = DrawingCombo(row, GridColumn(column));
+            if (!combo)
+                continue;
+            const QSignalBlocker blocker(combo);
+            const QString text = combo->currentText();
+            combo->clear();
+            combo->addItems(drawings);
+            combo->setCurrentIndex(-1);
+            combo->setEditText(text);
+        }
+    }
+    if (m_editor.BordersFolder().empty())
+        m_folder->setText(tr("No borders folder is set for this standard: set one on the File "
+                             "Locations page to pick its drawings here."));
+    else
+        m_folder->setText(
+            tr("The drop-downs offer the drawings of the borders folder %1 (%2 found); another "
+               "name can be typed.")
+                .arg(Q(m_editor.BordersFolder()),
+                     drawings.isEmpty() ? tr("none") : QString::number(drawings.size())));
+    m_busy = busy;
+}
+
+void CBordersFormView::Update() {
+    const bool busy = m_busy;
+    m_busy = true;
+    const auto& rows = m_editor.Rows();
+    for (int row = 0; row < static_cast<int>(rows.size()) && row < m_grid->rowCount(); ++row) {
+        const SBorderRow& data = rows[static_cast<std::size_t>(row)];
+        for (const EBorderColumn column : kColumns) {
+            const int c = static_cast<int>(column);
+            const QString text = Q(data.texts[c]);
+            // A changed cell stands out until it is saved.
+            QFont font = m_grid->font();
+            font.setBold(data.changed[c]);
+            QTableWidgetItem* item = m_grid->item(row, GridColumn(column));
+            if (QComboBox* combo = DrawingCombo(row, GridColumn(column))) {
+                const QSignalBlocker blocker(combo);
+                combo->setEditText(text);
+                combo->setFont(font);
+                item->setText(text); // for a reader of the grid
+            } else {
+                item->setText(text);
+                item->setFont(font);
+            }
+        }
+    }
+    m_apply->setEnabled(m_editor.ApplyEnabled());
+    m_busy = busy;
+}
+
+void CBordersFormView::Commit(int row, EBorderColumn column, const QString& text) {
+    if (m_busy || row < 0 || row >= static_cast<int>(m_editor.Rows().size()))
+        return;
+    m_busy = true;
+    const std::wstring& shown =
+        m_editor.Rows()[static_cast<std::size_t>(row)].texts[static_cast<int>(column)];
+    if (W(text) != shown) {
+        m_editor.SetCellText(static_cast<std::size_t>(row), column, W(text));
+        emit Modified();
+    }
+    m_busy = false;
+    Update();
+}
+
+void CBordersFormView::showEvent(QShowEvent* event) {
+    CPageView::showEvent(event);
+    if (m_editor.RefreshDrawingFiles())
+        FillDrawingLists();
+}
+
+bool CBordersFormView::CanClose() {
+    const bool closed = m_editor.Close();
+    Update();
+    return closed;
+}

@@ -1,0 +1,71 @@
+// The layers of one application of a standard: a grid of layer name, colour,
+// linetype and lineweight per role, "Restore Defaults", "Apply" and "Help...";
+// and the picker over the 256-colour index palette its colour cells open.
+#pragma once
+
+#include "editors/LayersEditor.h"
+#include "gui/DeskCore.h"
+#include "gui/PageView.h"
+
+#include <QDialog>
+#include <QLabel>
+#include <QPushButton>
+#include <QTableWidget>
+
+class CMainFrame;
+class QButtonGroup;
+
+// The AutoCAD Color Index as a grid of swatches: the 240 hues and shades,
+// then the named colours 1-9 and the greys 250-255.
+class CColorIndexDialog : public QDialog {
+    Q_OBJECT
+public:
+    explicit CColorIndexDialog(int index, QWidget* parent = nullptr);
+
+    // The chosen palette position, 1-255.
+    int Index() const { return m_index; }
+    void Choose(int index);
+    // The position picked with OK; -1 when cancelled.
+    static int Pick(QWidget* parent, int index);
+
+private:
+    int m_index = 7;
+    QButtonGroup* m_swatches;
+    QLabel* m_preview;
+    QLabel* m_text;
+};
+
+class CLayersFormView : public CPageView {
+    Q_OBJECT
+public:
+    CLayersFormView(CDeskCore& core, CMainFrame& frame, std::int32_t standardId, int application,
+                    QWidget* parent = nullptr);
+
+    CLayersEditor& Editor() { return m_editor; }
+    QTableWidget* Grid() const { return m_grid; }
+    // The view is closing: asks about unsaved changes. False keeps it open.
+    bool CanClose() override;
+    // Puts a typed or picked text into a cell, as the cell would.
+    void SetCellText(int row, ELayerColumn column, const QString& text);
+    // What the colour picker answered for a row.
+    void SetColorIndex(int row, int index);
+
+signals:
+    void Modified();
+
+private:
+    void Fill();
+    void UpdateRow(int row);
+    void Changed(int row);
+    void PickColor(int row);
+
+    CDeskCore& m_core;
+    CMainFrame& m_frame;
+    CLayersEditor m_editor;
+    QLabel* m_header;
+    QTableWidget* m_grid;
+    QPushButton* m_restore;
+    QPushButton* m_apply;
+    QPushButton* m_help;
+    bool m_filling = false;
+};

@@ -1,0 +1,175 @@
+#include "gui/LinesFormView.h"
+
+#include "gui/MainFrame.h"
+#include "gui/QtText.h"
+
+#include <QHBoxLayout>
+#include <QHeaderView>
+#include <QTimer>
+#include <QVBoxLayout>
+
+namespace {
+
+constexpr int kNameColumn = 0;
+constexpr int kIdColumn = 1;
+constexpr int kStateColumn = 2;
+
+} // namespace
+
+CLinesFormView::CLinesFormView(CDeskCore& core, CMainFrame& frame, std::int32_t standardId,
+                               QWidget* parent)
+    : CPageView(parent), m_core(core), m_frame(frame), m_editor(core.projects, core.prompter),
+      m_header(new QLabel(this)), m_grid(new QTableWidget(this)),
+      m_new(new QPushButton(tr("New Line"), this)), m_delete(new QPushButton(tr("Delete"), this)),
+      m_recover(new QPushButton(tr("Recover"), this)),
+      m_rename(new QPushButton(tr("Rename"), this)), m_help(new QPushButton(tr("Help..."), this)) {
+    setObjectName(QStringLiteral("linesFormView"));
+    m_grid->setObjectName(QStringLiteral("linesGrid"));
+    m_new->setObjectName(QStringLiteral("newButton"));
+    m_delete->setObjectName(QStringLiteral("deleteButton"));
+    m_recover->setObjectName(QStringLiteral("recoverButton"));
+    m_rename->setObjectName(QStringLiteral("renameButton"));
+    m_help->setObjectName(QStringLiteral("helpButton"));
+    QFont bold = m_header->font();
+    bold.setBold(true);
+    bold.setPointSizeF(bold.pointSizeF() * 1.2);
+    m_header->setFont(bold);
+
+    m_grid->setColumnCount(3);
+    m_grid->setHorizontalHeaderLabels({tr("Line"), tr("Id"), tr("State")});
+    m_grid->verticalHeader()->hide();
+    m_grid->setSelectionBehavior(QAbstractItemView::SelectRows);
+    m_grid->setSelectionMode(QAbstractItemView::SingleSelection);
+    m_grid->setEditTriggers(QAbstractItemView::DoubleClicked | QAbstractItemView::EditKeyPressed);
+    m_grid->horizontalHeader()->setSectionResizeMode(kNameColumn, QHeaderView::Stretch);
+    m_grid->horizontalHeader()->setSectionResizeMode(kIdColumn, QHeaderView::ResizeToContents);
+    m_grid->horizontalHeader()->setSectionResizeMode(kStateColumn, QHeaderView::ResizeToContents);
+
+    auto* note = new QLabel(tr("Each change to the lines is saved at once."), this);
+    note->setObjectName(QStringLiteral("savedAtOnceNote"));
+    QPalette hint = note->palette();
+    hint.setColor(QPalette::WindowText, QColor(90, 90, 90));
+    note->setPalette(hint);
+
+    auto* layout = new QVBoxLayout(this);
+    layout->addWidget(m_header);
+    layout->addWidget(m_grid, 1);
+    auto* buttons = new QHBoxLayout;
+    buttons->addWidget(note);
+    buttons->addStretch(1);
+    for (QPushButton* button : {m_new, m_delete, m_recover, m_rename, m_help})
+        buttons->addWidget(button);
+    layout->addLayout(buttons);
+
+    connect(m_new, &QPushButton::clicked, this, [this] {
+        const std::int32_t lineId = m_editor.CreateLine();
+        Fill(lineId);
+        // A new line is named "Line n": let its name be typed straight away.
+        if (lineId != 0 && m_grid->currentItem())
+            m_grid->editItem(m_grid->item(m_grid->currentRow(), kNameColumn));
+    });
+    connect(m_delete, &QPushButton::clicked, this, [this] {
+        const std::int32_t lineId = CurrentLine();
+        if (lineId != 0)
+            m_editor.DeleteLine(lineId);
+        Fill(lineId);
+    });
+    connect(m_recover, &QPushButton::clicked, this, [this] {
+        const std::int32_t lineId = CurrentLine();
+        if (lineId != 0)
+            m_editor.RecoverLine(lineId);
+        Fill(lineId);
+    });
+    connect(m_rename, &QPushButton::clicked, this, [this] {
+        if (QTableWidgetItem* item = m_grid->item(m_grid->currentRow(), kNameColumn))
+            m_grid->editItem(item);
+    });
+    connect(m_help, &QPushButton::clicked, this,
+            [this] { m_frame.ShowHelp(m_editor.HelpTopic()); });
+    connect(m_grid, &QTableWidget::itemChanged, this, [this](QTableWidgetItem* item) {
+        if (!m_filling && item->column() == kNameColumn)
+            Rename(item);
+    });
+    connect(m_grid, &QTableWidget::currentCellChanged, this, [this] { UpdateButtons(); });
+
+    m_editor.Open(standardId);
+    Fill();
+}
+
+std::int32_t CLinesFormView::CurrentLine() const {
+    const QTableWidgetItem* item = m_grid->item(m_grid->currentRow(), kNameColumn);
+    return item ? item->data(Qt::UserRole).toInt() : 0;
+}
+
+void CLinesFormView::SelectLine(std::int32_t lineId) {
+    const int row = m_editor.Find(lineId);
+    if (row >= 0)
+        m_grid->setCurrentCell(row, kNameColumn);
+    UpdateButtons();
+}
+
+void CLinesFormView::Fill(std::int32_t select) {
+    m_filling = true;
+    m_header->setText(Q(m_editor.Header()));
+    const auto& rows = m_editor.Rows();
+    m_grid->clearContents();
+    m_grid->setRowCount(static_cast<int>(rows.size()));
+    // Deleted lines: grey and slanted, but still readable.
+    const QBrush greyed(QColor(110, 110, 110));
+    QFont slanted = m_grid->font();
+    slanted.setItalic(true);
+    for (int row = 0; row < static_cast<int>(rows.size()); ++row) {
+        const SLineRow& line = rows[static_cast<std::size_t>(row)];
+        auto* name = new QTableWidgetItem(Q(line.name));
+        name->setData(Qt::UserRole, line.id);
+        name->setFlags(line.deleted
+                           ? Qt::ItemIsEnabled | Qt::ItemIsSelectable
+                           : Qt::ItemIsEnabled | Qt::ItemIsSelectable | Qt::ItemIsEditable);
+        auto* id = new QTableWidgetItem(QString::number(line.id));
+        id->setFlags(Qt::ItemIsEnabled | Qt::ItemIsSelectable);
+        id->setTextAlignment(Qt::AlignRight | Qt::AlignVCenter);
+        auto* state = new QTableWidgetItem(Q(LineStateText(line.deleted)));
+        state->setFlags(Qt::ItemIsEnabled | Qt::ItemIsSelectable);
+        if (line.deleted) {
+            for (QTableWidgetItem* item : {name, id, state}) {
+                item->setForeground(greyed);
+                item->setFont(slanted);
+            }
+        }
+        m_grid->setItem(row, kNameColumn, name);
+        m_grid->setItem(row, kIdColumn, id);
+        m_grid->setItem(row, kStateColumn, state);
+    }
+    m_filling = false;
+    if (select != 0 && m_editor.Find(select) >= 0)
+        SelectLine(select);
+    else if (!rows.empty())
+        m_grid->setCurrentCell(0, kNameColumn);
+    UpdateButtons();
+}
+
+void CLinesFormView::UpdateButtons() {
+    const int row = m_editor.Find(CurrentLine());
+    const bool chosen = row >= 0;
+    const bool deleted = chosen && m_editor.Rows()[static_cast<std::size_t>(row)].deleted;
+    m_delete->setEnabled(chosen && !deleted);
+    m_rename->setEnabled(chosen && !deleted);
+    m_recover->setEnabled(chosen && deleted);
+}
+
+void CLinesFormView::Rename(QTableWidgetItem* item) {
+    const std::int32_t lineId = item->data(Qt::UserRole).toInt();
+    m_editor.RenameLine(lineId, W(item->text()));
+    // The row shows what the file holds: the new name, or the old one when
+    // the rename was refused.
+    const int row = m_editor.Find(lineId);
+    if (row != item->row() || m_grid->rowCount() != static_cast<int>(m_editor.Rows().size())) {
+        // Another workstation changed the list meanwhile: show it afresh,
+        // once the item being edited is no longer in use.
+        QTimer::singleShot(0, this, [this, lineId] { Fill(lineId); });
+        return;
+    }
+    m_filling = true;
+    item->setText(Q(m_editor.Rows()[static_cast<std::size_t>(row)].name));
+    m_filling = false;
+}

@@ -1,0 +1,210 @@
+// The lines and specs pages: what each line command writes, what is refused
+// with which message, which specs a standard is offered and what Apply and
+// the close question write.
+#include "editors/LinesEditor.h"
+#include "editors/SpecsEditor.h"
+#include "store/ClientRegistry.h"
+#include "support/TestSupport.h"
+
+#include <filesystem>
+#include <functional>
+#include <gtest/gtest.h>
+
+namespace fs = std::filesystem;
+using test::ReadBytes;
+using test::WriteBytes;
+
+namespace {
+
+// Standard 1 "Pipe" under client 1, standard 2 "Other", standard 3 "Gone"
+// without a folder; specs 5 common, 6 of client 1, 7 of Pipe, 8 of Other,
+// 9 of client 2.
+class LinesSpecsEditorTest : public ::testing::Test {
+protected:
+    void SetUp() override {
+        WriteBytes(Root() / "ProjectDatafile.ini", "[ProjectList]\r\nVX2D_PRJ_1 = Pipe\r\n"
+                                                   "VX2D_PRJ_2 = Other\r\nVX2D_PRJ_3 = Gone\r\n");
+        fs::create_directories(Folder());
+        fs::create_directories(Root() / "Projects" / "VX2D_PRJ_2 - Other");
+        CVX2D_ClientRegistry clients(fx.Datafiles());
+        std::int32_t id = 0;
+        std::wstring name;
+        ASSERT_TRUE(clients.CreateClient(id, name) && clients.CreateClient(id, name));
+        ASSERT_TRUE(clients.AddProjectToClient(1, 1));
+        WriteBytes(Root() / "SpecDatafile.ini",
+                   "[ClientSpecs]\r\nVX2D_SPEC_6 = VX2D_CLIENT_1\r\nVX2D_SPEC_9 = VX2D_CLIENT_2\r\n"
+                   "[ProjectSpecs]\r\nVX2D_SPEC_7 = VX2D_PRJ_1\r\nVX2D_SPEC_8 = VX2D_PRJ_2\r\n"
+                   "[SpecList]\r\nVX2D_SPEC_5 = CS150\r\nVX2D_SPEC_6 = Client A\r\n"
+                   "VX2D_SPEC_7 = Pipe own\r\nVX2D_SPEC_8 = Other own\r\n"
+                   "VX2D_SPEC_9 = Client B\r\n");
+    }
+    fs::path Root() const { return fx.Dir().Path(); }
+    fs::path Folder() const { return Root() / "Projects" / "VX2D_PRJ_1 - Pipe"; }
+    std::string Lines() const { return ReadBytes(Folder() / "Lines.ini"); }
+    std::string Specs() const { return ReadBytes(Folder() / "Specs.ini"); }
+    std::wstring LastMessage() const {
+        return prompter.asked.empty() ? L"" : prompter.asked.back().text;
+    }
+
+    test::CDatafilesFixture fx;
+    test::CScriptedPrompter prompter;
+    CVX2D_ProjectRegistry registry{fx.Datafiles(), prompter};
+};
+
+TEST_F(LinesSpecsEditorTest, EachLineCommandWritesAtOnce) {
+    WriteBytes(Root() / "LineDatafile.ini", "[General]\r\nLastLineId = 41\r\n");
+    WriteBytes(Folder() / "Lines.ini", "[LineList]\r\nVX2D_LINE_7 = Main\r\n");
+    WriteBytes(Folder() / "Specs.ini", "[SpecList]\r\nVX2D_SPEC_5 = CS150\r\n");
+    CLinesEditor editor(registry, prompter);
+    ASSERT_TRUE(editor.Open(1));
+    EXPECT_EQ(editor.Header(), L"Lines - Pipe");
+
+    EXPECT_EQ(editor.CreateLine(), 42);
+    EXPECT_EQ(Lines(), "[LineList]\r\nVX2D_LINE_42 = Line 42\r\nVX2D_LINE_7 = Main\r\n");
+    EXPECT_EQ(ReadBytes(Root() / "LineDatafile.ini"), "[General]\r\nLastLineId = 42\r\n");
+    // The new line offers the checked specs in every application.
+    for (const char* application : {"ELECTRIC", "ISOMETRIC", "ORTHO", "PID"})
+        EXPECT_NE(Specs().find(std::string("[LineSpecs - ") + application +
+                               "]\r\nVX2D_LINE_42 = VX2D_SPEC_5\r\n"),
+                  std::string::npos)
+            << application;
+
+    struct SStep {
+        const char* what;
+        std::function<bool()> command;
+        std::string lines;
+    };
+    const SStep steps[] = {
+        {"rename (trimmed)", [&] { return editor.RenameLine(42, L" Drain "); },
+         "[LineList]\r\nVX2D_LINE_42 = Drain\r\nVX2D_LINE_7 = Main\r\n"},
+        {"delete", [&] { return editor.DeleteLine(7); },
+         "[DeletedLines]\r\nVX2D_LINE_7 = Main\r\n\r\n[LineList]\r\nVX2D_LINE_42 = Drain\r\n"},
+        {"recover", [&] { return editor.RecoverLine(7); },
+         "[LineList]\r\nVX2D_LINE_42 = Drain\r\nVX2D_LINE_7 = Main\r\n"},
+    };
+    prompter.answers = {EPromptAnswer::Yes};
+    for (const auto& step : steps) {
+        SCOPED_TRACE(step.what);
+        EXPECT_TRUE(step.command());
+        EXPECT_EQ(Lines(), step.lines);
+    }
+    EXPECT_EQ(prompter.asked.size(), 1u);
+    EXPECT_EQ(prompter.asked[0].text, L"Are you sure you want to mark the line 'Main' as deleted?");
+    // Live lines by id, then deleted ones.
+    ASSERT_EQ(editor.Rows().size(), 2u);
+    EXPECT_EQ(editor.Rows()[0].id, 7);
+    EXPECT_EQ(editor.Rows()[1].name, L"Drain");
+}
+
+TEST_F(LinesSpecsEditorTest, RefusedLineCommandsSayWhyAndWriteNothing) {
+    const std::string lines = "[LineList]\r\nVX2D_LINE_1 = Main\r\nVX2D_LINE_2 = Drain\r\n\r\n"
+                              "[DeletedLines]\r\nVX2D_LINE_3 = Main\r\n";
+    struct SCase {
+        const char* what;
+        std::function<bool(CLinesEditor&)> command;
+        EPromptAnswer answer;
+        std::wstring message;
+    };
+    const SCase cases[] = {
+        {"rename to a live line's name", [](CLinesEditor& e) { return e.RenameLine(2, L"Main"); },
+         EPromptAnswer::Ok, L"Error renaming line from 'Drain' to 'Main'.\n\nLine already exists"},
+        {"rename to a path", [](CLinesEditor& e) { return e.RenameLine(2, L"a/b"); },
+         EPromptAnswer::Ok, L"Error renaming line from 'Drain' to 'a/b'.\n\nInvalid name"},
+        {"recover over a live name", [](CLinesEditor& e) { return e.RecoverLine(3); },
+         EPromptAnswer::Ok, L"Error recovering line 'Main'.\n\nLine already exists"},
+        {"delete declined", [](CLinesEditor& e) { return e.DeleteLine(2); }, EPromptAnswer::No,
+         L"Are you sure you want to mark the line 'Drain' as deleted?"},
+    };
+    for (const auto& c : cases) {
+        SCOPED_TRACE(c.what);
+        WriteBytes(Folder() / "Lines.ini", lines);
+        CLinesEditor editor(registry, prompter);
+        ASSERT_TRUE(editor.Open(1));
+        prompter.answers = {c.answer};
+        EXPECT_FALSE(c.command(editor));
+        EXPECT_EQ(LastMessage(), c.message);
+        EXPECT_EQ(Lines(), lines);
+    }
+
+    // A standard without a folder has nowhere to keep lines.
+    CLinesEditor gone(registry, prompter);
+    EXPECT_FALSE(gone.Open(3));
+    EXPECT_EQ(LastMessage(), L"Error reading the lines of standard 'Gone'.\n\nCan't open line "
+                             L"datafile");
+    EXPECT_EQ(gone.CreateLine(), 0);
+    EXPECT_EQ(LastMessage(), L"Error creating a new line in standard 'Gone'.\n\nCan't open line "
+                             L"datafile");
+}
+
+TEST_F(LinesSpecsEditorTest, SpecsOfferedAndWhatApplyWrites) {
+    // Client 2's spec is still checked from before a move between clients.
+    WriteBytes(Folder() / "Specs.ini",
+               "[SpecList]\r\nVX2D_SPEC_6 = Client A\r\nVX2D_SPEC_9 = Client B\r\n");
+    CSpecsEditor editor(registry, prompter);
+    ASSERT_TRUE(editor.Open(1));
+    EXPECT_EQ(editor.Header(), L"Specs - Pipe");
+    std::wstring shown;
+    for (const auto& row : editor.Rows())
+        shown += std::to_wstring(row.id) + L" " + row.name + L" (" + row.scope + L")" +
+                 (row.checked ? L" x" : L"") + L"\n";
+    EXPECT_EQ(shown, L"5 CS150 (Common)\n6 Client A (Client) x\n7 Pipe own (Standard)\n"
+                     L"9 Client B (Not in the register) x\n");
+
+    EXPECT_FALSE(editor.ApplyEnabled());
+    EXPECT_TRUE(editor.SetChecked(0, true));
+    EXPECT_TRUE(editor.SetChecked(1, false));
+    EXPECT_TRUE(editor.SetChecked(3, false));
+    EXPECT_FALSE(editor.SetChecked(4, true));
+    EXPECT_TRUE(editor.ApplyEnabled());
+    EXPECT_EQ(Specs(), "[SpecList]\r\nVX2D_SPEC_6 = Client A\r\nVX2D_SPEC_9 = Client B\r\n");
+    EXPECT_TRUE(editor.Apply());
+    EXPECT_EQ(Specs(), "[SpecList]\r\nVX2D_SPEC_5 = CS150\r\n");
+    EXPECT_FALSE(editor.ApplyEnabled());
+    EXPECT_EQ(editor.Rows().size(), 3u);
+    EXPECT_TRUE(prompter.asked.empty());
+
+    // Checking back and forth leaves nothing to save.
+    EXPECT_TRUE(editor.SetChecked(2, true));
+    EXPECT_TRUE(editor.SetChecked(2, false));
+    EXPECT_FALSE(editor.ApplyEnabled());
+}
+
+TEST_F(LinesSpecsEditorTest, ClosingAModifiedSpecsPageAsks) {
+    struct SCase {
+        EPromptAnswer answer;
+        std::string specs;
+    };
+    const SCase cases[] = {
+        {EPromptAnswer::Yes, "[SpecList]\r\nVX2D_SPEC_7 = Pipe own\r\n"},
+        {EPromptAnswer::No, ""},
+    };
+    for (const auto& c : cases) {
+        fs::remove(Folder() / "Specs.ini");
+        prompter.asked.clear();
+        CSpecsEditor editor(registry, prompter);
+        ASSERT_TRUE(editor.Open(1));
+        ASSERT_TRUE(editor.SetChecked(2, true));
+        prompter.answers = {c.answer};
+        EXPECT_TRUE(editor.Close());
+        ASSERT_EQ(prompter.asked.size(), 1u);
+        EXPECT_EQ(
+            prompter.asked[0].text,
+            L"Standard 'Pipe' specs have been modified.\n\nDo you want to save your changes?");
+        EXPECT_EQ(prompter.asked[0].buttons, EPromptButtons::YesNo);
+        EXPECT_EQ(fs::exists(Folder() / "Specs.ini") ? Specs() : "", c.specs);
+    }
+}
+
+TEST_F(LinesSpecsEditorTest, ApplyShowsASpecThatLeftTheRegister) {
+    CSpecsEditor editor(registry, prompter);
+    ASSERT_TRUE(editor.Open(1));
+    ASSERT_TRUE(editor.SetChecked(0, true));
+    WriteBytes(Root() / "SpecDatafile.ini", "[SpecList]\r\nVX2D_SPEC_6 = Client A\r\n");
+    EXPECT_FALSE(editor.Apply());
+    EXPECT_EQ(LastMessage(),
+              L"Error checking spec 'CS150' for standard 'Pipe'.\n\nCan't find spec");
+    EXPECT_FALSE(fs::exists(Folder() / "Specs.ini"));
+    EXPECT_FALSE(editor.ApplyEnabled());
+}
+
+} // namespace
