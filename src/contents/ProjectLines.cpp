@@ -191,18 +191,22 @@ ELineResult CVX2D_ProjectLines::Create(std::int32_t projectId, const std::wstrin
     return eLineOk;
 }
 
+ELineResult CVX2D_ProjectLines::OpenForUpdate(std::int32_t projectId, CVX2D_IniFile& lines) const {
+    std::wstring path;
+    if (const ELineResult resolved = ResolveLineFile(projectId, path); resolved != eLineOk)
+        return resolved;
+    lines.SetAutoSave(false);
+    return lines.OpenForUpdate(path) == CVX2D_IniFile::eOk ? eLineOk : eLineCantOpenDatafile;
+}
+
 ELineResult CVX2D_ProjectLines::DeleteLine(std::int32_t projectId, std::int32_t lineId) const {
     if (projectId < 1)
         return eLineInvalidProjectId;
     if (lineId < 1)
         return eLineInvalidId;
-    std::wstring path;
-    if (const ELineResult resolved = ResolveLineFile(projectId, path); resolved != eLineOk)
-        return resolved;
     CVX2D_IniFile lines;
-    lines.SetAutoSave(false);
-    if (lines.OpenForUpdate(path) != CVX2D_IniFile::eOk)
-        return eLineCantOpenDatafile;
+    if (const ELineResult opened = OpenForUpdate(projectId, lines); opened != eLineOk)
+        return opened;
     const std::wstring key = MakeLineKey(lineId);
     lines.SetSection(kLineList);
     const std::wstring name = lines.String(key);
@@ -219,13 +223,9 @@ ELineResult CVX2D_ProjectLines::RecoverLine(std::int32_t projectId, std::int32_t
         return eLineInvalidProjectId;
     if (lineId < 1)
         return eLineInvalidId;
-    std::wstring path;
-    if (const ELineResult resolved = ResolveLineFile(projectId, path); resolved != eLineOk)
-        return resolved;
     CVX2D_IniFile lines;
-    lines.SetAutoSave(false);
-    if (lines.OpenForUpdate(path) != CVX2D_IniFile::eOk)
-        return eLineCantOpenDatafile;
+    if (const ELineResult opened = OpenForUpdate(projectId, lines); opened != eLineOk)
+        return opened;
     const std::wstring key = MakeLineKey(lineId);
     lines.SetSection(kDeletedLines);
     const std::wstring name = lines.String(key);
@@ -250,13 +250,9 @@ ELineResult CVX2D_ProjectLines::RenameLine(std::int32_t projectId, std::int32_t 
     if (!IsValidName(rawName))
         return eLineInvalidName;
     const std::wstring name = TrimBlanks(rawName);
-    std::wstring path;
-    if (const ELineResult resolved = ResolveLineFile(projectId, path); resolved != eLineOk)
-        return resolved;
     CVX2D_IniFile lines;
-    lines.SetAutoSave(false);
-    if (lines.OpenForUpdate(path) != CVX2D_IniFile::eOk)
-        return eLineCantOpenDatafile;
+    if (const ELineResult opened = OpenForUpdate(projectId, lines); opened != eLineOk)
+        return opened;
     const std::wstring key = MakeLineKey(lineId);
     lines.SetSection(kLineList);
     if (lines.String(key).empty()) {

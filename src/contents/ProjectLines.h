@@ -8,6 +8,7 @@
 #include <string>
 #include <vector>
 
+class CVX2D_IniFile;
 class CVX2D_ProjectRegistry;
 
 enum ELineResult {
@@ -74,6 +75,8 @@ public:
 
 private:
     ELineResult ResolveLineFile(std::int32_t projectId, std::wstring& path) const;
+    // The standard's "Lines.ini" opened under its lock for a change.
+    ELineResult OpenForUpdate(std::int32_t projectId, CVX2D_IniFile& lines) const;
     ELineResult Create(std::int32_t projectId, const std::wstring* wantedName, std::int32_t& lineId,
                        std::wstring& name) const;
 
