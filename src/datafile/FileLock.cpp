@@ -1,89 +1,43 @@
 #include "datafile/FileLock.h"
 
+#include "datafile/DatafileProblem.h"
+#include "platform/FileLocking.h"
 #include "platform/System.h"
 #include "platform/Utf8.h"
 
 #include <atomic>
-#include <filesystem>
-#include <fmt/format.h>
+#include <map>
 #include <mutex>
 #include <random>
-#include <set>
 #include <thread>
-
-namespace fs = std::filesystem;
 
 namespace {
 
 std::atomic<long long> g_waitLimitMs{20000};
-std::atomic<long long> g_staleLimitS{600};
 
+// The locks this process holds, by lock file, with the thread holding each.
+// The operating system's lock already keeps threads apart where the kernel
+// has open-file-description locks; this also covers the others and tells a
+// nested update from a wait.
 std::mutex g_heldMutex;
-std::set<std::wstring>& HeldLocks() {
-    static std::set<std::wstring> held;
+std::map<std::wstring, std::thread::id>& HeldLocks() {
+    static std::map<std::wstring, std::thread::id> held;
     return held;
 }
 
-struct SOwner {
-    std::string host;
-    std::int64_t pid = 0;
-};
+enum class EClaim { Claimed, ThisThread, OtherThread };
 
-bool ReadOwner(const fs::path& lockPath, SOwner& owner) {
-    std::FILE* file = platform::OpenFile(lockPath, "rb");
-    if (!file)
-        return false;
-    char buffer[512] = {};
-    const std::size_t size = std::fread(buffer, 1, sizeof buffer - 1, file);
-    std::fclose(file);
-    const std::string text(buffer, size);
-    const auto line1 = text.find('\n');
-    if (line1 == std::string::npos)
-        return false;
-    owner.host = text.substr(0, line1);
-    owner.pid = std::atoll(text.c_str() + line1 + 1);
-    return true;
+EClaim Claim(const std::wstring& lockPath) {
+    std::lock_guard guard(g_heldMutex);
+    const auto [it, inserted] = HeldLocks().try_emplace(lockPath, std::this_thread::get_id());
+    if (inserted)
+        return EClaim::Claimed;
+    return it->second == std::this_thread::get_id() ? EClaim::ThisThread : EClaim::OtherThread;
 }
 
-// A lock is stale when its owner is a dead process of this host, or when it
-// has been held for longer than anybody reasonably works on one datafile.
-bool IsStale(const fs::path& lockPath) {
-    std::error_code ec;
-    const auto written = fs::last_write_time(lockPath, ec);
-    if (ec)
-        return false;
-    const auto age = fs::file_time_type::clock::now() - written;
-    if (age > std::chrono::seconds(g_staleLimitS.load()))
-        return true;
-    SOwner owner;
-    if (!ReadOwner(lockPath, owner))
-        // A lock file is written in one go right after it is created; one
-        // that stays unreadable for a few seconds was left half-made.
-        return age > std::chrono::seconds(5);
-    return owner.host == platform::ToUtf8(platform::HostName()) &&
-           !platform::IsProcessAlive(owner.pid);
-}
-
-void BreakLock(const fs::path& lockPath) {
-    // Move the stale lock aside first so that two processes breaking it at
-    // the same time cannot remove a fresh lock made in between.
-    std::error_code ec;
-    fs::path aside = lockPath;
-    aside += fmt::format(".stale.{}", platform::CurrentProcessId());
-    fs::rename(lockPath, aside, ec);
-    if (!ec)
-        fs::remove(aside, ec);
-}
-
-bool TryCreate(const fs::path& lockPath) {
-    std::FILE* file = platform::OpenFile(lockPath, "wbx");
-    if (!file)
-        return false;
-    const std::string owner = fmt::format("{}\n{}\n", platform::ToUtf8(platform::HostName()),
-                                          platform::CurrentProcessId());
-    std::fwrite(owner.data(), 1, owner.size(), file);
-    platform::FlushAndClose(file);
-    return true;
+void Unclaim(const std::wstring& lockPath) {
+    std::lock_guard guard(g_heldMutex);
+    HeldLocks().erase(lockPath);
 }
 
 } // namespace
@@ -100,56 +54,74 @@ void CVX2D_FileLock::SetWaitLimit(std::chrono::milliseconds limit) {
     g_waitLimitMs = limit.count();
 }
 
-void CVX2D_FileLock::SetStaleLimit(std::chrono::seconds limit) {
-    g_staleLimitS = limit.count();
-}
-
 std::chrono::milliseconds CVX2D_FileLock::WaitLimit() {
     return std::chrono::milliseconds(g_waitLimitMs.load());
+}
+
+bool CVX2D_FileLock::IsHeldByThisThread(const std::wstring& path) {
+    std::lock_guard guard(g_heldMutex);
+    const auto it = HeldLocks().find(LockPathOf(path));
+    return it != HeldLocks().end() && it->second == std::this_thread::get_id();
 }
 
 bool CVX2D_FileLock::Acquire(const std::wstring& path) {
     if (IsHeld() || path.empty())
         return false;
     const std::wstring lockText = LockPathOf(path);
-    {
-        std::lock_guard guard(g_heldMutex);
-        if (!HeldLocks().insert(lockText).second)
-            return false;
-    }
-    const fs::path lockPath = platform::ToPath(lockText);
+    const auto lockPath = platform::ToPath(lockText);
     const auto deadline = std::chrono::steady_clock::now() + WaitLimit();
     std::minstd_rand jitter(static_cast<unsigned>(platform::CurrentProcessId()));
+    const auto wait = [&] {
+        if (std::chrono::steady_clock::now() >= deadline)
+            return false;
+        std::this_thread::sleep_for(std::chrono::milliseconds(2 + jitter() % 20));
+        return true;
+    };
     for (;;) {
-        if (TryCreate(lockPath)) {
+        const EClaim claim = Claim(lockText);
+        if (claim == EClaim::ThisThread)
+            return false;
+        if (claim == EClaim::OtherThread) {
+            if (wait())
+                continue;
+            NoteDatafileProblem(EDatafileProblem::Busy, path);
+            return false;
+        }
+        platform::SLockHandle handle;
+        std::error_code error;
+        const platform::ELockAttempt attempt = platform::TryLockFile(lockPath, handle, error);
+        if (attempt == platform::ELockAttempt::Locked) {
             m_strLockPath = lockText;
+            m_handle = handle.value;
             return true;
         }
-        std::error_code ec;
-        if (!fs::exists(lockPath, ec)) {
-            // Creation failed for another reason than a present lock (no
-            // folder, no permission): waiting will not help.
-            if (!fs::exists(lockPath.parent_path(), ec))
-                break;
-        } else if (IsStale(lockPath)) {
-            BreakLock(lockPath);
-            continue;
+        Unclaim(lockText);
+        switch (attempt) {
+        case platform::ELockAttempt::Busy:
+            if (wait())
+                continue;
+            NoteDatafileProblem(EDatafileProblem::Busy, path);
+            return false;
+        case platform::ELockAttempt::ReadOnly:
+            NoteDatafileProblem(EDatafileProblem::ReadOnly, path);
+            return false;
+        case platform::ELockAttempt::Missing:
+            NoteDatafileProblem(EDatafileProblem::Missing, path);
+            return false;
+        default:
+            NoteDatafileProblem(EDatafileProblem::WriteFailed, path,
+                                platform::FromUtf8(error.message()));
+            return false;
         }
-        if (std::chrono::steady_clock::now() >= deadline)
-            break;
-        std::this_thread::sleep_for(std::chrono::milliseconds(5 + jitter() % 20));
     }
-    std::lock_guard guard(g_heldMutex);
-    HeldLocks().erase(lockText);
-    return false;
 }
 
 void CVX2D_FileLock::Release() {
     if (!IsHeld())
         return;
-    std::error_code ec;
-    fs::remove(platform::ToPath(m_strLockPath), ec);
-    std::lock_guard guard(g_heldMutex);
-    HeldLocks().erase(m_strLockPath);
+    platform::SLockHandle handle{m_handle};
+    platform::UnlockFile(platform::ToPath(m_strLockPath), handle);
+    Unclaim(m_strLockPath);
+    m_handle = -1;
     m_strLockPath.clear();
 }

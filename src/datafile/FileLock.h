@@ -1,8 +1,10 @@
 // Serialises read-modify-write of a shared datafile between processes and
-// workstations: a lock file beside the datafile, created exclusively.
+// workstations: an operating-system lock on a lock file beside the datafile,
+// which dies with its holder, so there is never a stale lock to judge.
 #pragma once
 
 #include <chrono>
+#include <cstdint>
 #include <string>
 
 class CVX2D_FileLock {
@@ -13,22 +15,25 @@ public:
     CVX2D_FileLock& operator=(const CVX2D_FileLock&) = delete;
 
     // Takes the lock of the datafile at `path` (the lock file is path +
-    // ".lock"), waiting at most the configured time. A lock left by a dead
-    // process on this host, or one older than the stale limit, is broken.
-    // False when the lock could not be taken; also false when this process
-    // already holds it, since a nested update would lose the outer one.
+    // ".lock"). While another process or thread holds it, waits at most the
+    // wait limit. Gives up at once when the lock file cannot be made because
+    // the folder is read-only, forbidden or missing, and when this thread
+    // already holds the lock (a nested update would lose the outer one).
+    // A failure is noted as the thread's datafile problem.
     bool Acquire(const std::wstring& path);
     void Release();
-    bool IsHeld() const { return !m_strLockPath.empty(); }
+    bool IsHeld() const { return m_handle != -1; }
+
+    // True when this thread holds the lock of `path` through any object.
+    static bool IsHeldByThisThread(const std::wstring& path);
 
     static std::wstring LockPathOf(const std::wstring& path);
 
-    // How long Acquire waits, and the age after which a lock is taken as
-    // abandoned whoever holds it.
+    // How long Acquire waits for another holder.
     static void SetWaitLimit(std::chrono::milliseconds limit);
-    static void SetStaleLimit(std::chrono::seconds limit);
     static std::chrono::milliseconds WaitLimit();
 
 private:
     std::wstring m_strLockPath;
+    std::intptr_t m_handle = -1;
 };

@@ -8,6 +8,12 @@
 #include <random>
 #include <sstream>
 
+#ifdef _WIN32
+#include <windows.h>
+#else
+#include <csignal>
+#endif
+
 namespace fs = std::filesystem;
 
 namespace test {
@@ -67,6 +73,17 @@ EPromptAnswer CScriptedPrompter::Ask(const SPrompt& prompt) {
     const EPromptAnswer answer = answers.front();
     answers.pop_front();
     return answer;
+}
+
+void KillProcess(std::int64_t pid) {
+#ifdef _WIN32
+    if (HANDLE process = ::OpenProcess(PROCESS_TERMINATE, FALSE, static_cast<DWORD>(pid))) {
+        ::TerminateProcess(process, 9);
+        ::CloseHandle(process);
+    }
+#else
+    ::kill(static_cast<pid_t>(pid), SIGKILL);
+#endif
 }
 
 } // namespace test

@@ -5,6 +5,7 @@
 #include "store/Datafiles.h"
 #include "store/Prompter.h"
 
+#include <cstdint>
 #include <deque>
 #include <filesystem>
 #include <string>
@@ -44,6 +45,9 @@ private:
 std::string ReadBytes(const std::filesystem::path& file);
 void WriteBytes(const std::filesystem::path& file, const std::string& bytes);
 std::filesystem::path P(const std::wstring& text);
+
+// Ends a process at once, as a crash or a power cut would.
+void KillProcess(std::int64_t pid);
 
 class CScriptedPrompter : public IPrompter {
 public:
