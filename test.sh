@@ -1,7 +1,8 @@
 #!/usr/bin/env bash
 # Installs what is missing, builds, and runs every test through ctest.
 # Under CI=true warnings are errors and the core tests run a second time in an
-# AddressSanitizer + UndefinedBehaviorSanitizer build.
+# AddressSanitizer + UndefinedBehaviorSanitizer build, and the fuzz targets run
+# for a short while.
 set -euo pipefail
 cd "$(dirname "$0")"
 . scripts/deps.sh
@@ -20,4 +21,9 @@ if [ "${CI:-}" = "true" ]; then
     cmake --build --preset sanitize -j "$jobs"
     ASAN_OPTIONS=detect_leaks=1 UBSAN_OPTIONS=print_stacktrace=1 \
         ctest --preset sanitize -j "$jobs" -L core
+
+    # About 30 seconds of fuzzing for each reader of outside input.
+    cmake --preset fuzz >/dev/null
+    cmake --build --preset fuzz -j "$jobs"
+    scripts/fuzz.sh build-fuzz/bin 30
 fi

@@ -5,10 +5,13 @@ SD_PACKAGES=(cmake ninja-build g++ pkg-config libgtest-dev libgmock-dev libfmt-d
              nlohmann-json3-dev uuid-dev libbenchmark-dev libcurl4-openssl-dev libzip-dev zipcmp
              zipmerge ziptool qt6-base-dev libxkbcommon-dev fonts-dejavu-core xvfb xauth xdotool
              x11-apps imagemagick)
+# Only CI's fuzz build: clang and its libFuzzer runtime.
+SD_CI_PACKAGES=(clang libclang-rt-14-dev)
 
 sd_ensure_packages() {
-    local missing=()
-    for package in "${SD_PACKAGES[@]}"; do
+    local missing=() wanted=("${SD_PACKAGES[@]}")
+    [ "${CI:-}" = "true" ] && wanted+=("${SD_CI_PACKAGES[@]}")
+    for package in "${wanted[@]}"; do
         if ! dpkg-query -W -f='${Status}' "$package" 2>/dev/null | grep -q 'install ok installed'; then
             missing+=("$package")
         fi
