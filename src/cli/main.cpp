@@ -2,9 +2,13 @@
 #include "cli/CliCore.h"
 #include "platform/Utf8.h"
 
+#include <clocale>
 #include <iostream>
 
 int main(int argc, char** argv) {
+    // The user's locale, like any program of the desktop: nothing the core
+    // reads or writes depends on it.
+    std::setlocale(LC_ALL, "");
     CLI::App app{"Standards Desk command line: clients, standards and datafiles of a shared "
                  "datafiles folder.",
                  "standards-desk-cli"};

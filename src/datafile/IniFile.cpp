@@ -1,10 +1,12 @@
 #include "datafile/IniFile.h"
 
+#include "datafile/DatafileProblem.h"
 #include "datafile/Text.h"
 #include "platform/System.h"
 #include "platform/Utf8.h"
 
 #include <algorithm>
+#include <cerrno>
 #include <filesystem>
 #include <fmt/format.h>
 #include <fmt/xchar.h>
@@ -43,6 +45,97 @@ bool ReadWholeFile(const fs::path& path, std::string& bytes) {
     const bool ok = !std::ferror(file);
     std::fclose(file);
     return ok;
+}
+
+// The file a path finally names: a datafile that is a link to a shared one
+// is written where the link points, so the link stays a link.
+fs::path RealFile(fs::path path) {
+    for (int hops = 0; hops < 40; ++hops) {
+        std::error_code ec;
+        if (!fs::is_symlink(path, ec))
+            break;
+        const fs::path target = fs::read_symlink(path, ec);
+        if (ec)
+            break;
+        path = target.is_absolute() ? target : path.parent_path() / target;
+    }
+    return path;
+}
+
+// Removes "<file>.<pid>.tmp" left by saves whose process was killed. Called
+// under the file's lock, so no save of this file is going on elsewhere.
+void RemoveAbandonedTemporaries(const fs::path& target) {
+    const std::wstring prefix = platform::FromPath(target.filename()) + L".";
+    std::error_code ec;
+    for (fs::directory_iterator it(target.parent_path(), ec), end; !ec && it != end;
+         it.increment(ec)) {
+        const std::wstring name = platform::FromPath(it->path().filename());
+        if (name.size() <= prefix.size() + 4 || !name.starts_with(prefix) ||
+            !name.ends_with(L".tmp"))
+            continue;
+        const std::wstring pid = name.substr(prefix.size(), name.size() - prefix.size() - 4);
+        if (pid.find_first_not_of(L"0123456789") != std::wstring::npos)
+            continue;
+        if (!platform::IsProcessAlive(WToL(pid))) {
+            std::error_code removeError;
+            fs::remove(it->path(), removeError);
+        }
+    }
+}
+
+// Why a file could not be made in its folder, for the user.
+void NoteWriteProblem(const fs::path& target, std::error_code error) {
+    const std::wstring path = platform::FromPath(target);
+    if (error == std::errc::permission_denied || error == std::errc::operation_not_permitted ||
+        error == std::errc::read_only_file_system)
+        NoteDatafileProblem(EDatafileProblem::ReadOnly, path);
+    else if (error == std::errc::no_such_file_or_directory || error == std::errc::not_a_directory)
+        NoteDatafileProblem(EDatafileProblem::Missing, path);
+    else
+        NoteDatafileProblem(EDatafileProblem::WriteFailed, path,
+                            platform::FromUtf8(error.message()));
+}
+
+std::error_code LastError() {
+    return std::error_code(errno ? errno : EIO, std::generic_category());
+}
+
+// Writes `bytes` to a temporary file beside `target` and renames it over the
+// target, so the old file stays whole whatever fails. The new file keeps the
+// old one's mode; a file this user could not have written is refused.
+bool WriteFileAtomically(const fs::path& target, const std::string& bytes) {
+    std::error_code ec;
+    const bool existed = fs::exists(target, ec);
+    if (existed && !platform::CanWriteFile(target)) {
+        NoteDatafileProblem(EDatafileProblem::NotPermitted, platform::FromPath(target));
+        return false;
+    }
+    RemoveAbandonedTemporaries(target);
+    fs::path temp = target;
+    temp += fmt::format(".{}.tmp", platform::CurrentProcessId());
+    errno = 0;
+    std::FILE* file = platform::OpenFile(temp, "wb");
+    if (!file) {
+        NoteWriteProblem(target, LastError());
+        return false;
+    }
+    errno = 0;
+    const bool written = std::fwrite(bytes.data(), 1, bytes.size(), file) == bytes.size();
+    const std::error_code writeError = written ? std::error_code() : LastError();
+    if (!platform::FlushAndClose(file) || !written) {
+        NoteWriteProblem(target, written ? LastError() : writeError);
+        fs::remove(temp, ec);
+        return false;
+    }
+    if (existed)
+        platform::CopyFileMode(target, temp);
+    fs::rename(temp, target, ec);
+    if (ec) {
+        NoteWriteProblem(target, ec);
+        fs::remove(temp, ec);
+        return false;
+    }
+    return true;
 }
 
 void AppendBytes(std::string& out, const std::wstring& text) {
@@ -177,6 +270,12 @@ int CVX2D_IniFile::Save(bool bForce) {
         if (!Storable(e.section) || !Storable(e.key) || !Storable(e.value))
             return eCantCreate;
     }
+    // One writer at a time, even for a document read without the intent to
+    // update: the lock also tells us that no other save is half-way.
+    CVX2D_FileLock writeLock;
+    if (!m_lock.IsHeld() && !CVX2D_FileLock::IsHeldByThisThread(m_strPath) &&
+        !writeLock.Acquire(m_strPath))
+        return eCantCreate;
 
     std::stable_sort(m_arrEntries.begin(), m_arrEntries.end(),
                      [](const SEntry& a, const SEntry& b) {
@@ -203,25 +302,8 @@ int CVX2D_IniFile::Save(bool bForce) {
         AppendBytes(out, e.value);
         out += "\r\n";
     }
-
-    const fs::path target = platform::ToPath(m_strPath);
-    fs::path temp = target;
-    temp += fmt::format(".{}.tmp", platform::CurrentProcessId());
-    std::FILE* file = platform::OpenFile(temp, "wb");
-    if (!file)
+    if (!WriteFileAtomically(RealFile(platform::ToPath(m_strPath)), out))
         return eCantCreate;
-    const bool written = std::fwrite(out.data(), 1, out.size(), file) == out.size();
-    const bool closed = platform::FlushAndClose(file);
-    std::error_code ec;
-    if (!written || !closed) {
-        fs::remove(temp, ec);
-        return eCantCreate;
-    }
-    fs::rename(temp, target, ec);
-    if (ec) {
-        fs::remove(temp, ec);
-        return eCantCreate;
-    }
     m_bModified = false;
     return eOk;
 }

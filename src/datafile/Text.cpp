@@ -1,17 +1,66 @@
 #include "datafile/Text.h"
 
-#include <cerrno>
+#include <charconv>
 #include <cstdlib>
-#include <cwchar>
 #include <cwctype>
 #include <limits>
+#include <string>
 
 namespace {
 
+// The C library's conversions skip leading white space as isspace() sees it
+// in the "C" locale; the user's locale must not widen that.
+bool IsCSpace(wchar_t c) {
+    return c == L' ' || c == L'\t' || c == L'\n' || c == L'\v' || c == L'\f' || c == L'\r';
+}
+
+bool IsDigit(wchar_t c) {
+    return c >= L'0' && c <= L'9';
+}
+
+std::size_t SkipSpace(std::wstring_view text) {
+    std::size_t i = 0;
+    while (i < text.size() && IsCSpace(text[i]))
+        ++i;
+    return i;
+}
+
+// Leading blanks, a sign and decimal digits, as _wtol reads them: anything
+// after the digits is ignored, no digits give 0, and too many clamp.
 long long ParseLongLong(std::wstring_view text) {
-    const std::wstring buffer(text);
-    errno = 0;
-    return std::wcstoll(buffer.c_str(), nullptr, 10);
+    std::size_t i = SkipSpace(text);
+    bool negative = false;
+    if (i < text.size() && (text[i] == L'+' || text[i] == L'-'))
+        negative = text[i++] == L'-';
+    constexpr long long kLimit = std::numeric_limits<long long>::max() / 10;
+    long long value = 0;
+    for (; i < text.size() && IsDigit(text[i]); ++i) {
+        if (value > kLimit)
+            return negative ? std::numeric_limits<long long>::min()
+                            : std::numeric_limits<long long>::max();
+        value = value * 10 + (text[i] - L'0');
+    }
+    return negative ? -value : value;
+}
+
+// Whether a decimal text that does not fit a double is below its range
+// (rather than above): its first significant digit stands far right of the
+// point, counting the exponent.
+bool IsTiny(const std::string& number) {
+    const auto e = number.find('e');
+    const std::string mantissa = number.substr(0, e);
+    const long long exponent = e == std::string::npos ? 0 : std::atoll(number.c_str() + e + 1);
+    const auto point = mantissa.find('.');
+    const auto first = mantissa.find_first_of("123456789");
+    if (first == std::string::npos)
+        return true;
+    const long long integerEnd = point == std::string::npos
+                                     ? static_cast<long long>(mantissa.size())
+                                     : static_cast<long long>(point);
+    long long position = integerEnd - static_cast<long long>(first);
+    if (point != std::string::npos && first > point)
+        position += 1;
+    return position + exponent <= 0;
 }
 
 template <typename T> T Clamp(long long value) {
@@ -54,8 +103,45 @@ std::int32_t WToL(std::wstring_view text) {
 }
 
 double WToF(std::wstring_view text) {
-    const std::wstring buffer(text);
-    return std::wcstod(buffer.c_str(), nullptr);
+    // The longest prefix of the form [blanks][sign]digits[.digits][e[sign]digits],
+    // with a point for the decimal mark whatever the user's locale says;
+    // hexadecimal, "inf" and "nan" are not numbers in a datafile.
+    std::size_t i = SkipSpace(text);
+    const bool negative = i < text.size() && text[i] == L'-';
+    if (i < text.size() && (text[i] == L'+' || text[i] == L'-'))
+        ++i;
+    std::string number;
+    bool digits = false, point = false;
+    for (; i < text.size() && (IsDigit(text[i]) || (text[i] == L'.' && !point)); ++i) {
+        digits = digits || IsDigit(text[i]);
+        point = point || text[i] == L'.';
+        number += static_cast<char>(text[i]);
+    }
+    if (!digits)
+        return 0.0;
+    if (i + 1 < text.size() && (text[i] == L'e' || text[i] == L'E')) {
+        std::size_t j = i + 1;
+        std::string exponent = "e";
+        if (text[j] == L'+' || text[j] == L'-')
+            exponent += static_cast<char>(text[j++]);
+        if (j < text.size() && IsDigit(text[j])) {
+            for (; j < text.size() && IsDigit(text[j]); ++j)
+                exponent += static_cast<char>(text[j]);
+            number += exponent;
+        }
+    }
+    double value = 0.0;
+    const auto result = std::from_chars(number.data(), number.data() + number.size(), value,
+                                        std::chars_format::general);
+    if (result.ec == std::errc::result_out_of_range) {
+        // Too large gives infinity and too small zero, as the C library does;
+        // from_chars leaves the value alone, so ask a tamer form which it is.
+        const bool tiny = IsTiny(number);
+        value = tiny ? 0.0 : std::numeric_limits<double>::infinity();
+    } else if (result.ec != std::errc()) {
+        value = 0.0;
+    }
+    return negative ? -value : value;
 }
 
 std::wstring TrimChars(std::wstring_view text, std::wstring_view chars) {

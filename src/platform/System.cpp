@@ -15,8 +15,10 @@
 #include <windows.h>
 #else
 #include <csignal>
+#include <fcntl.h>
 #include <pwd.h>
 #include <spawn.h>
+#include <sys/stat.h>
 #include <sys/types.h>
 #include <sys/wait.h>
 #include <unistd.h>
@@ -85,6 +87,15 @@ std::size_t NativeLength(const std::wstring& text) {
 std::FILE* OpenFile(const std::filesystem::path& path, const char* mode) {
     std::wstring wmode(mode, mode + std::char_traits<char>::length(mode));
     return ::_wfopen(path.c_str(), wmode.c_str());
+}
+
+bool CanWriteFile(const std::filesystem::path& path) {
+    const DWORD attributes = ::GetFileAttributesW(path.c_str());
+    return attributes != INVALID_FILE_ATTRIBUTES && !(attributes & FILE_ATTRIBUTE_READONLY);
+}
+
+void CopyFileMode(const std::filesystem::path&, const std::filesystem::path&) {
+    // A new file takes the folder's inherited access rules, as the old one did.
 }
 
 bool FlushAndClose(std::FILE* file) {
@@ -165,6 +176,22 @@ std::size_t NativeLength(const std::wstring& text) {
 
 std::FILE* OpenFile(const std::filesystem::path& path, const char* mode) {
     return std::fopen(path.c_str(), mode);
+}
+
+bool CanWriteFile(const std::filesystem::path& path) {
+    return ::faccessat(AT_FDCWD, path.c_str(), W_OK, AT_EACCESS) == 0;
+}
+
+void CopyFileMode(const std::filesystem::path& original, const std::filesystem::path& copy) {
+    struct stat status {};
+    if (::stat(original.c_str(), &status) != 0)
+        return;
+    // Owner first: changing it clears the set-id bits that chmod then puts back.
+    if (::chown(copy.c_str(), ::geteuid() == 0 ? status.st_uid : static_cast<uid_t>(-1),
+                status.st_gid) != 0) {
+        // Not a member of the file's group: the new file keeps ours.
+    }
+    ::chmod(copy.c_str(), status.st_mode & 07777);
 }
 
 bool FlushAndClose(std::FILE* file) {

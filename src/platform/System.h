@@ -36,6 +36,15 @@ std::size_t NativeLength(const std::wstring& text);
 // fopen for any path; the mode is the C library's ("rb", "wb", "wbx").
 std::FILE* OpenFile(const std::filesystem::path& path, const char* mode);
 
+// Whether this user may write the existing file at `path` (its mode and
+// owner, or its read-only attribute on Windows).
+bool CanWriteFile(const std::filesystem::path& path);
+
+// Gives `copy` the permission bits of `original` and, where this user may
+// change them, its group and owner: a file replaced by a new one keeps who
+// may read and write it.
+void CopyFileMode(const std::filesystem::path& original, const std::filesystem::path& copy);
+
 // Flushes the C library's buffer and asks the system to put the data on disk,
 // then closes the file. False when any step failed.
 bool FlushAndClose(std::FILE* file);

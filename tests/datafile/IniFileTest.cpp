@@ -1,10 +1,13 @@
 #include "datafile/IniFile.h"
+#include "datafile/DatafileProblem.h"
+#include "platform/System.h"
 #include "support/TestSupport.h"
 
 #include <algorithm>
 #include <array>
 #include <filesystem>
 #include <gtest/gtest.h>
+#include <thread>
 #include <tuple>
 
 namespace fs = std::filesystem;
@@ -154,10 +157,9 @@ TEST_F(IniFileTest, WritesNumbersInTheCLibraryFormats) {
                          L"[S]l=2147483647;[S]t=1;[S]f=0;");
 }
 
-TEST_F(IniFileTest, ReadsNumbersLikeTheCLibrary) {
-    CVX2D_IniFile ini;
-    Read(ini, "[S]\r\nbool2 = 2\r\nboolText = abc\r\nlead =  42abc\r\nneg = -7\r\n"
-              "huge = 99999999999\r\nreal = 3.5xyz\r\nempty = \r\n");
+// What the C library's conversions give in the "C" locale, whatever locale
+// the process is in: a datafile written in one office is read in another.
+void ExpectNumbersReadLikeTheCLibrary(CVX2D_IniFile& ini) {
     ini.SetSection(L"S");
     auto boolean = [&](const wchar_t* key, bool def) {
         bool value = !def;
@@ -182,8 +184,40 @@ TEST_F(IniFileTest, ReadsNumbersLikeTheCLibrary) {
     EXPECT_EQ(ini.Long(L"huge", 0), 2147483647);
     EXPECT_EQ(integer(L"empty", 5), 0) << "an empty value is a value, not the default";
     EXPECT_EQ(integer(L"missing", 5), 5);
-    EXPECT_DOUBLE_EQ(real(L"real", 0), 3.5);
-    EXPECT_DOUBLE_EQ(real(L"missing", 0.25), 0.25);
+    const std::pair<const wchar_t*, double> reals[] = {
+        {L"real", 3.5},   {L"half", 0.5},    {L"six", 2.5},     {L"comma", 2.0},
+        {L"exp", 1500.0}, {L"blank", -0.25}, {L"dot", 0.75},    {L"plus", 4.0},
+        {L"hexish", 0.0}, {L"word", 0.0},    {L"tiny", 1e-300}, {L"sign", 0.0},
+    };
+    for (const auto& [key, expected] : reals)
+        EXPECT_DOUBLE_EQ(real(key, 9), expected) << key;
+    EXPECT_DOUBLE_EQ(real(L"missing", 0.25), 0.25) << "the default goes through its text";
+}
+
+const char* const kNumbers =
+    "[S]\r\nbool2 = 2\r\nboolText = abc\r\nlead =  42abc\r\nneg = -7\r\n"
+    "huge = 99999999999\r\nreal = 3.5xyz\r\nempty = \r\nhalf = 0.5\r\n"
+    "six = 2.500000\r\ncomma = 2,5\r\nexp = 1.5e3\r\nblank = \t -.25\r\ndot = .75\r\n"
+    "plus = +4\r\nhexish = 0x10\r\nword = abc\r\ntiny = 1e-300\r\nsign = -\r\n";
+
+TEST_F(IniFileTest, ReadsNumbersLikeTheCLibrary) {
+    CVX2D_IniFile ini;
+    Read(ini, kNumbers);
+    ExpectNumbersReadLikeTheCLibrary(ini);
+}
+
+TEST_F(IniFileTest, ReadsAndWritesNumbersTheSameUnderADecimalCommaLocale) {
+    const test::CDecimalCommaLocale comma;
+    if (!comma.Available())
+        GTEST_SKIP() << "no decimal-comma locale on this system (generate de_DE.UTF-8)";
+    CVX2D_IniFile ini;
+    Read(ini, kNumbers);
+    ExpectNumbersReadLikeTheCLibrary(ini);
+    ini.SetSection(L"T");
+    ini.SetDouble(L"d", 2.5);
+    ini.SetDouble(L"e", 0.1);
+    EXPECT_EQ(ini.String(L"d"), L"2.500000");
+    EXPECT_EQ(ini.String(L"e"), L"0.100000");
 }
 
 TEST_F(IniFileTest, TrimsSectionsOfBlanksButKeysOnlyOfTabsAndBrackets) {
@@ -277,6 +311,72 @@ TEST_F(IniFileTest, AFailedSaveLeavesTheOldFileWholeAndTheDocumentModified) {
     for (const auto& entry : fs::directory_iterator(dir.Path()))
         files += entry.is_regular_file() ? 1 : 0;
     EXPECT_EQ(files, 1u) << "a temporary file was left behind";
+}
+
+// Changes A to 2 in the datafile at `path` and saves.
+int ChangeAndSave(const std::wstring& path) {
+    CVX2D_IniFile ini;
+    ini.SetAutoSave(false);
+    ini.Open(path);
+    ini.SetSection(L"S");
+    ini.SetString(L"A", L"2");
+    return ini.Save();
+}
+
+TEST_F(IniFileTest, ASaveKeepsTheFilesModeAndWritesThroughLinks) {
+    const fs::path file = test::P(File());
+    WriteBytes(file, "[S]\r\nA = 1\r\n");
+    const auto mode = fs::perms::owner_read | fs::perms::owner_write | fs::perms::group_read;
+    fs::permissions(file, mode);
+    ASSERT_EQ(ChangeAndSave(File()), 0);
+    EXPECT_EQ(fs::status(file).permissions(), mode);
+
+    // Offices point a standard's file at a shared one with a link.
+    const fs::path shared = dir.Path() / "shared" / "Layers.ini";
+    WriteBytes(shared, "[S]\r\nA = 1\r\n");
+    const fs::path link = dir.Path() / "Layers.ini";
+    std::error_code ec;
+    fs::create_symlink(shared, link, ec);
+    if (ec)
+        GTEST_SKIP() << "this system cannot make symbolic links: " << ec.message();
+    ASSERT_EQ(ChangeAndSave(dir.File(L"Layers.ini")), 0);
+    EXPECT_TRUE(fs::is_symlink(link)) << "the link was replaced by a plain file";
+    EXPECT_EQ(ReadBytes(shared), "[S]\r\nA = 2\r\n");
+}
+
+TEST_F(IniFileTest, ASaveRemovesTheTemporaryFilesOfSavesThatWereKilled) {
+    const std::int64_t gone = platform::StartProcess("/bin/true", {});
+    ASSERT_GT(gone, 0);
+    platform::WaitProcess(gone);
+    const std::string killed = "test.ini." + std::to_string(gone) + ".tmp";
+    // Process 1 never ends: its save may still be going on.
+    for (const std::string& name : {killed, std::string("test.ini.1.tmp"),
+                                    std::string("other.ini.") + std::to_string(gone) + ".tmp",
+                                    std::string("test.ini.backup.tmp")})
+        WriteBytes(dir.Path() / name, "half a file");
+    ASSERT_EQ(ChangeAndSave(File()), 0);
+    EXPECT_FALSE(fs::exists(dir.Path() / killed));
+    for (const char* kept : {"test.ini.1.tmp", "test.ini.backup.tmp"})
+        EXPECT_TRUE(fs::exists(dir.Path() / kept)) << kept;
+    EXPECT_TRUE(fs::exists(dir.Path() / ("other.ini." + std::to_string(gone) + ".tmp")));
+}
+
+TEST_F(IniFileTest, ASaveWaitsForAnotherWriterAndSaysWhyItGaveUp) {
+    CVX2D_FileLock::SetWaitLimit(std::chrono::milliseconds(200));
+    CVX2D_FileLock other;
+    std::thread holder([&] {
+        ASSERT_TRUE(other.Acquire(File()));
+        std::this_thread::sleep_for(std::chrono::milliseconds(600));
+        other.Release();
+    });
+    std::this_thread::sleep_for(std::chrono::milliseconds(100));
+    ClearDatafileProblem();
+    EXPECT_EQ(ChangeAndSave(File()), 3);
+    EXPECT_EQ(LastDatafileProblem().kind, EDatafileProblem::Busy);
+    EXPECT_FALSE(fs::exists(test::P(File())));
+    holder.join();
+    CVX2D_FileLock::SetWaitLimit(std::chrono::seconds(20));
+    EXPECT_EQ(ChangeAndSave(File()), 0);
 }
 
 TEST_F(IniFileTest, CopiesEverythingButTheLock) {

@@ -4,6 +4,7 @@
 
 #include <atomic>
 #include <chrono>
+#include <clocale>
 #include <fstream>
 #include <random>
 #include <sstream>
@@ -73,6 +74,27 @@ EPromptAnswer CScriptedPrompter::Ask(const SPrompt& prompt) {
     const EPromptAnswer answer = answers.front();
     answers.pop_front();
     return answer;
+}
+
+CDecimalCommaLocale::CDecimalCommaLocale() {
+    const char* current = std::setlocale(LC_ALL, nullptr);
+    m_previous = current ? current : "C";
+    for (const char* name : {"de_DE.UTF-8", "de_DE.utf8", "fr_FR.UTF-8", "fr_FR.utf8", "de_DE",
+                             "German_Germany.1252"}) {
+        if (std::setlocale(LC_ALL, name)) {
+            const lconv* conventions = std::localeconv();
+            if (conventions && std::string(conventions->decimal_point) == ",") {
+                m_name = name;
+                break;
+            }
+        }
+    }
+    if (m_name.empty())
+        std::setlocale(LC_ALL, m_previous.c_str());
+}
+
+CDecimalCommaLocale::~CDecimalCommaLocale() {
+    std::setlocale(LC_ALL, m_previous.c_str());
 }
 
 void KillProcess(std::int64_t pid) {

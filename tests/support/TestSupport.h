@@ -46,6 +46,23 @@ std::string ReadBytes(const std::filesystem::path& file);
 void WriteBytes(const std::filesystem::path& file, const std::string& bytes);
 std::filesystem::path P(const std::wstring& text);
 
+// Switches the process to a decimal-comma locale (de_DE, fr_FR, ...) as the
+// desktop toolkit does for such users, and back afterwards. Available()
+// is false when the system has none; tests then say so and skip.
+class CDecimalCommaLocale {
+public:
+    CDecimalCommaLocale();
+    ~CDecimalCommaLocale();
+    CDecimalCommaLocale(const CDecimalCommaLocale&) = delete;
+    CDecimalCommaLocale& operator=(const CDecimalCommaLocale&) = delete;
+    bool Available() const { return !m_name.empty(); }
+    const std::string& Name() const { return m_name; }
+
+private:
+    std::string m_name;
+    std::string m_previous;
+};
+
 // Ends a process at once, as a crash or a power cut would.
 void KillProcess(std::int64_t pid);
 
