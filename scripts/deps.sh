@@ -4,7 +4,7 @@
 SD_PACKAGES=(cmake ninja-build g++ pkg-config libgtest-dev libgmock-dev libfmt-dev libcli11-dev
              nlohmann-json3-dev uuid-dev libbenchmark-dev libcurl4-openssl-dev libzip-dev zipcmp
              zipmerge ziptool qt6-base-dev libxkbcommon-dev fonts-dejavu-core xvfb xauth xdotool
-             x11-apps imagemagick)
+             x11-apps imagemagick locales util-linux)
 # Only CI's fuzz build: clang and its libFuzzer runtime.
 SD_CI_PACKAGES=(clang libclang-rt-14-dev)
 
@@ -26,4 +26,18 @@ sd_ensure_packages() {
     echo "Installing: ${missing[*]}"
     apt-get update -qq
     DEBIAN_FRONTEND=noninteractive $install -qq
+}
+
+# The decimal-comma locale the core tests run under a second time.
+SD_COMMA_LOCALE=de_DE.UTF-8
+
+sd_ensure_comma_locale() {
+    locale -a 2>/dev/null | grep -qix 'de_DE.utf-\?8' && return 0
+    if [ "$(id -u)" -ne 0 ]; then
+        echo "The locale $SD_COMMA_LOCALE is missing. Run as root:" >&2
+        echo "  localedef -i de_DE -f UTF-8 $SD_COMMA_LOCALE" >&2
+        exit 1
+    fi
+    echo "Generating the locale $SD_COMMA_LOCALE"
+    localedef -i de_DE -f UTF-8 "$SD_COMMA_LOCALE"
 }
