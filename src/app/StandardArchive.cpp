@@ -7,6 +7,8 @@
 #include <cstring>
 #include <filesystem>
 #include <fmt/xchar.h>
+#include <fstream>
+#include <set>
 #include <zip.h>
 
 namespace fs = std::filesystem;
@@ -58,58 +60,223 @@ struct SZip {
     }
 };
 
-zip_t* OpenArchive(const std::wstring& path, int flags) {
-    int error = 0;
+zip_t* OpenArchive(const std::wstring& path, int flags, int& error) {
     return zip_open(platform::ToPath(path).string().c_str(), flags, &error);
 }
 
-// Copies one entry into `target`, refusing more bytes than it declared.
-bool ExtractEntry(zip_t* archive, zip_uint64_t index, zip_uint64_t declared, const fs::path& target,
-                  std::uint64_t& total, std::uint64_t totalLimit, std::wstring& why) {
-    zip_file_t* entry = zip_fopen_index(archive, index, 0);
-    if (!entry) {
-        why = L"unreadable";
-        return false;
+const wchar_t* const kNotArchive = L"The file is not an archive, or the archive is damaged.";
+const wchar_t* const kDamaged = L"The archive is damaged.";
+
+std::wstring SizeText(std::uint64_t bytes) {
+    if (bytes < 1024)
+        return fmt::format(L"{} bytes", bytes);
+    const wchar_t* const units[] = {L"KiB", L"MiB", L"GiB", L"TiB", L"PiB", L"EiB"};
+    double value = static_cast<double>(bytes) / 1024;
+    std::size_t unit = 0;
+    while (value >= 1024 && unit + 1 < std::size(units)) {
+        value /= 1024;
+        ++unit;
     }
+    return fmt::format(L"{:.1f} {}", value, units[unit]);
+}
+
+// Declared sizes are the archive's word: a sum of them must not wrap.
+std::uint64_t Plus(std::uint64_t a, std::uint64_t b) {
+    return b > UINT64_MAX - a ? UINT64_MAX : a + b;
+}
+
+// Opens the archive for reading, or says why it cannot be.
+std::wstring Open(const std::wstring& path, SZip& zip) {
     std::error_code ec;
-    fs::create_directories(target.parent_path(), ec);
-    std::FILE* out = std::fopen(target.string().c_str(), "wb");
-    if (!out) {
-        zip_fclose(entry);
-        why = L"cannot be written";
-        return false;
+    const auto size = fs::file_size(platform::ToPath(path), ec);
+    if (ec)
+        return L"The file cannot be read.";
+    // libzip takes an empty file for an archive without entries.
+    if (size == 0)
+        return L"The file is empty.";
+    int error = 0;
+    zip.archive = OpenArchive(path, ZIP_RDONLY | ZIP_CHECKCONS, error);
+    if (zip.archive)
+        return L"";
+    if (error == ZIP_ER_NOZIP || error == ZIP_ER_INCONS)
+        return kNotArchive;
+    zip_error_t why;
+    zip_error_init_with_code(&why, error);
+    const std::wstring text = platform::FromUtf8(zip_error_strerror(&why));
+    zip_error_fini(&why);
+    return fmt::format(L"The file cannot be read as an archive ({}).", text);
+}
+
+struct SPlanned {
+    zip_uint64_t index = 0;
+    std::wstring name;
+    fs::path relative; // within the standard's folder
+    std::uint64_t size = 0;
+};
+
+struct SPlan {
+    std::vector<SPlanned> entries;
+    std::vector<std::wstring> skipped;
+    std::uint64_t bytes = 0;
+};
+
+// Decides from the central directory alone what would be extracted where,
+// and says why the archive must be refused, if it must.
+std::wstring PlanEntries(zip_t* archive, bool old, const SArchiveLimits& limits,
+                         const SArchiveUsage& used, SPlan& plan) {
+    const zip_int64_t count = zip_get_num_entries(archive, 0);
+    if (count < 0)
+        return kDamaged;
+    for (zip_int64_t i = 0; i < count; ++i) {
+        const auto index = static_cast<zip_uint64_t>(i);
+        zip_stat_t stat;
+        zip_stat_init(&stat);
+        if (zip_stat_index(archive, index, ZIP_FL_ENC_GUESS, &stat) < 0 || !stat.name)
+            return kDamaged;
+        const std::wstring name = platform::FromUtf8(stat.name);
+        if (!name.empty() && (name.back() == L'/' || name.back() == L'\\'))
+            continue; // a folder entry
+        std::vector<std::wstring> segments;
+        if (!SafeSegments(name, segments)) {
+            plan.skipped.push_back(name + L": unsafe name");
+            continue;
+        }
+        zip_uint8_t system = 0;
+        zip_uint32_t attributes = 0;
+        if (zip_file_get_external_attributes(archive, index, 0, &system, &attributes) == 0 &&
+            system == ZIP_OPSYS_UNIX && ((attributes >> 16) & kUnixTypeMask) == kUnixLinkBits) {
+            plan.skipped.push_back(name + L": link");
+            continue;
+        }
+
+        fs::path relative;
+        if (old) {
+            const std::wstring lower = ToLower(Slashed(name));
+            const auto* match =
+                std::find_if(std::begin(kOldFolders), std::end(kOldFolders),
+                             [&](const auto& entry) { return lower.starts_with(entry.first); });
+            if (match == std::end(kOldFolders))
+                continue; // not a part of the standard
+            if (*match->second)
+                relative /= platform::ToPath(match->second);
+            relative /= platform::ToPath(segments.back());
+        } else {
+            for (const auto& segment : segments)
+                relative /= platform::ToPath(segment);
+        }
+
+        if ((stat.valid & ZIP_STAT_ENCRYPTION_METHOD) && stat.encryption_method != ZIP_EM_NONE)
+            return fmt::format(
+                L"'{}' in the archive is encrypted; encrypted archives cannot be imported.", name);
+        if (!(stat.valid & ZIP_STAT_COMP_METHOD) ||
+            !zip_compression_method_supported(static_cast<zip_int32_t>(stat.comp_method), 0))
+            return fmt::format(L"'{}' in the archive is packed with a method that cannot be read.",
+                               name);
+        if (!(stat.valid & ZIP_STAT_SIZE) || !(stat.valid & ZIP_STAT_COMP_SIZE))
+            return kDamaged;
+        if (limits.ratio > 0 && stat.size > limits.ratioFloor &&
+            stat.size / limits.ratio > stat.comp_size)
+            return fmt::format(
+                L"'{}' in the archive would unpack to {}, more than {} times its packed size.",
+                name, SizeText(stat.size), limits.ratio);
+        plan.entries.push_back({index, name, relative, stat.size});
+        plan.bytes = Plus(plan.bytes, stat.size);
     }
+    if (plan.entries.empty()) {
+        std::wstring why = L"The archive holds no files that can be imported.";
+        for (const auto& skipped : plan.skipped)
+            why += L"\n" + skipped;
+        return why;
+    }
+    const std::uint64_t files = Plus(used.files, plan.entries.size());
+    if (files > limits.files)
+        return fmt::format(L"The import would come to {} files; one import takes at most {}.",
+                           files, limits.files);
+    const std::uint64_t bytes = Plus(used.bytes, plan.bytes);
+    if (bytes > limits.totalBytes)
+        return fmt::format(L"The import would unpack to {}; one import takes at most {}.",
+                           SizeText(bytes), SizeText(limits.totalBytes));
+    return L"";
+}
+
+// The files and folders one extraction made, so that a failure can take
+// exactly those away again and nothing that was there before.
+class CWritten {
+public:
+    bool Made(const fs::path& file) const { return m_files.count(file) != 0; }
+    bool MakeFolders(const fs::path& folder) {
+        std::vector<fs::path> missing;
+        std::error_code ec;
+        for (fs::path p = folder; !p.empty() && !fs::exists(fs::symlink_status(p, ec));
+             p = p.parent_path()) {
+            missing.push_back(p);
+            if (p == p.parent_path())
+                break;
+        }
+        for (auto it = missing.rbegin(); it != missing.rend(); ++it) {
+            if (!fs::create_directory(*it, ec))
+                return false;
+            m_folders.push_back(*it);
+        }
+        return true;
+    }
+    void AddFile(const fs::path& file) { m_files.insert(file); }
+    void Undo() {
+        std::error_code ec;
+        for (const auto& file : m_files)
+            fs::remove(file, ec);
+        for (auto it = m_folders.rbegin(); it != m_folders.rend(); ++it)
+            fs::remove(*it, ec);
+        m_files.clear();
+        m_folders.clear();
+    }
+
+private:
+    std::set<fs::path> m_files;
+    std::vector<fs::path> m_folders;
+};
+
+// Copies one entry into `target`, refusing more bytes than it declared or
+// than the import may still write; says why it failed, if it did.
+std::wstring ExtractEntry(zip_t* archive, const SPlanned& entry, const fs::path& target,
+                          std::uint64_t& total, std::uint64_t totalLimit, CWritten& written) {
+    const std::wstring cannotWrite =
+        fmt::format(L"'{}' in the archive could not be written to '{}'.", entry.name,
+                    platform::FromPath(target));
+    if (!written.MakeFolders(target.parent_path()))
+        return cannotWrite;
+    zip_file_t* file = zip_fopen_index(archive, entry.index, 0);
+    if (!file)
+        return fmt::format(L"'{}' in the archive is damaged.", entry.name);
+    std::ofstream out(target, std::ios::binary | std::ios::trunc);
+    written.AddFile(target);
+    std::wstring why = out ? L"" : cannotWrite;
     char buffer[65536];
-    std::uint64_t written = 0;
-    bool ok = true;
-    for (;;) {
-        const zip_int64_t got = zip_fread(entry, buffer, sizeof buffer);
+    std::uint64_t bytes = 0;
+    while (why.empty()) {
+        const zip_int64_t got = zip_fread(file, buffer, sizeof buffer);
         if (got < 0) {
-            ok = false;
-            why = L"damaged";
+            why = fmt::format(L"'{}' in the archive is damaged.", entry.name);
             break;
         }
         if (got == 0)
             break;
-        written += static_cast<std::uint64_t>(got);
+        bytes += static_cast<std::uint64_t>(got);
         total += static_cast<std::uint64_t>(got);
-        if (written > declared || total > totalLimit) {
-            ok = false;
-            why = written > declared ? L"larger than it says" : L"archive too large";
-            break;
-        }
-        if (std::fwrite(buffer, 1, static_cast<std::size_t>(got), out) !=
-            static_cast<std::size_t>(got)) {
-            ok = false;
-            why = L"cannot be written";
-            break;
-        }
+        if (bytes > entry.size)
+            why = fmt::format(L"'{}' in the archive is larger than it says.", entry.name);
+        else if (total > totalLimit)
+            why = fmt::format(L"The import would unpack to more than {}, the most one import "
+                              L"takes.",
+                              SizeText(totalLimit));
+        else if (!out.write(buffer, static_cast<std::streamsize>(got)))
+            why = cannotWrite;
     }
-    zip_fclose(entry);
-    ok = std::fclose(out) == 0 && ok;
-    if (!ok)
-        fs::remove(target, ec);
-    return ok;
+    zip_fclose(file);
+    out.close();
+    if (why.empty() && !out)
+        why = cannotWrite;
+    return why;
 }
 
 } // namespace
@@ -152,7 +319,8 @@ bool CStandardArchive::Export(const std::wstring& folder, const std::wstring& ar
 
     fs::remove(platform::ToPath(archivePath), ec);
     SZip zip;
-    zip.archive = OpenArchive(archivePath, ZIP_CREATE | ZIP_TRUNCATE);
+    int error = 0;
+    zip.archive = OpenArchive(archivePath, ZIP_CREATE | ZIP_TRUNCATE, error);
     if (!zip.archive)
         return false;
     if (zip_set_archive_comment(zip.archive, kComment,
@@ -183,74 +351,78 @@ bool CStandardArchive::Export(const std::wstring& folder, const std::wstring& ar
     return closed;
 }
 
+std::wstring CStandardArchive::Check(const std::wstring& archivePath, const SArchiveLimits& limits,
+                                     const SArchiveUsage& used) {
+    SZip zip;
+    std::wstring why = Open(archivePath, zip);
+    if (!why.empty())
+        return why;
+    SPlan plan;
+    return PlanEntries(zip.archive, ExtensionOf(archivePath) == L".xpj", limits, used, plan);
+}
+
 CStandardArchive::SExtraction CStandardArchive::Extract(const std::wstring& archivePath,
                                                         const std::wstring& folder,
                                                         const CArchiveProgress& progress,
                                                         std::uint64_t totalLimit) {
+    SArchiveLimits limits;
+    limits.totalBytes = totalLimit;
+    return Extract(archivePath, folder, progress, limits);
+}
+
+CStandardArchive::SExtraction CStandardArchive::Extract(const std::wstring& archivePath,
+                                                        const std::wstring& folder,
+                                                        const CArchiveProgress& progress,
+                                                        const SArchiveLimits& limits,
+                                                        SArchiveUsage* used) {
     SExtraction result;
     SZip zip;
-    zip.archive = OpenArchive(archivePath, ZIP_RDONLY);
-    if (!zip.archive)
+    result.failure = Open(archivePath, zip);
+    if (!result.failure.empty())
         return result;
     result.opened = true;
-    const bool old = ExtensionOf(archivePath) == L".xpj";
+    const SArchiveUsage before = used ? *used : SArchiveUsage{};
+    SPlan plan;
+    result.failure =
+        PlanEntries(zip.archive, ExtensionOf(archivePath) == L".xpj", limits, before, plan);
+    result.skipped = plan.skipped;
+    if (!result.failure.empty())
+        return result;
+
     const fs::path root = platform::ToPath(WithoutTrailingSeparator(folder));
-    const zip_int64_t count = zip_get_num_entries(zip.archive, 0);
-    std::uint64_t total = 0;
-    for (zip_int64_t i = 0; i < count; ++i) {
-        const auto index = static_cast<zip_uint64_t>(i);
-        zip_stat_t stat;
-        zip_stat_init(&stat);
-        if (zip_stat_index(zip.archive, index, ZIP_FL_ENC_GUESS, &stat) < 0 || !stat.name) {
-            result.skipped.push_back(fmt::format(L"entry {}: unreadable", i));
-            continue;
-        }
-        const std::wstring name = platform::FromUtf8(stat.name);
-        if (!name.empty() && (name.back() == L'/' || name.back() == L'\\'))
-            continue; // a folder entry
-        if (progress &&
-            !progress(static_cast<std::size_t>(i), static_cast<std::size_t>(count), name))
+    const std::size_t count = plan.entries.size();
+    std::uint64_t total = before.bytes;
+    CWritten written;
+    for (std::size_t i = 0; i < count && result.failure.empty(); ++i) {
+        const SPlanned& entry = plan.entries[i];
+        if (progress && !progress(i, count, entry.name)) {
+            result.cancelled = true;
+            result.failure = L"The import was cancelled.";
             break;
-
-        std::vector<std::wstring> segments;
-        if (!SafeSegments(name, segments)) {
-            result.skipped.push_back(name + L": unsafe name");
+        }
+        const fs::path target = root / entry.relative;
+        std::error_code ec;
+        if (fs::exists(fs::symlink_status(target, ec)) && !written.Made(target)) {
+            result.skipped.push_back(entry.name + L": already there");
             continue;
         }
-        zip_uint8_t system = 0;
-        zip_uint32_t attributes = 0;
-        if (zip_file_get_external_attributes(zip.archive, index, 0, &system, &attributes) == 0 &&
-            system == ZIP_OPSYS_UNIX && ((attributes >> 16) & kUnixTypeMask) == kUnixLinkBits) {
-            result.skipped.push_back(name + L": link");
-            continue;
-        }
-
-        fs::path target = root;
-        if (old) {
-            const std::wstring lower = ToLower(Slashed(name));
-            const auto* match =
-                std::find_if(std::begin(kOldFolders), std::end(kOldFolders),
-                             [&](const auto& entry) { return lower.starts_with(entry.first); });
-            if (match == std::end(kOldFolders))
-                continue; // not a part of the standard
-            if (*match->second)
-                target /= platform::ToPath(match->second);
-            target /= platform::ToPath(segments.back());
-        } else {
-            for (const auto& segment : segments)
-                target /= platform::ToPath(segment);
-        }
-        std::wstring why;
-        const zip_uint64_t declared = (stat.valid & ZIP_STAT_SIZE) ? stat.size : 0;
-        if (!ExtractEntry(zip.archive, index, declared, target, total, totalLimit, why)) {
-            result.skipped.push_back(name + L": " + why);
-            if (total > totalLimit || why == L"larger than it says")
-                break;
-            continue;
-        }
+        const std::uint64_t start = total;
+        result.failure =
+            ExtractEntry(zip.archive, entry, target, total, limits.totalBytes, written);
+        result.bytes += total - start;
         ++result.extracted;
     }
+    if (!result.failure.empty()) {
+        written.Undo();
+        result.extracted = 0;
+        result.bytes = 0;
+        return result;
+    }
     if (progress)
-        progress(static_cast<std::size_t>(count), static_cast<std::size_t>(count), L"");
+        progress(count, count, L"");
+    if (used) {
+        used->bytes = Plus(used->bytes, result.bytes);
+        used->files = Plus(used->files, result.extracted);
+    }
     return result;
 }

@@ -2,6 +2,7 @@
 
 #include "datafile/Text.h"
 #include "platform/Utf8.h"
+#include "store/ClientRegistry.h"
 #include "store/LineCounter.h"
 
 #include <filesystem>
@@ -19,21 +20,23 @@ std::wstring FolderPart(const std::wstring& path) {
     return slash == std::wstring::npos ? path : path.substr(0, slash + 1);
 }
 
-// Removes every file under the folder, keeping the folders.
-void DeleteFiles(const std::wstring& folder) {
+bool IsEmptyFolder(const std::wstring& folder) {
     std::error_code ec;
-    std::vector<fs::path> files;
-    for (fs::recursive_directory_iterator it(platform::ToPath(folder), ec), end; !ec && it != end;
-         it.increment(ec)) {
-        std::error_code typeError;
-        if (!it->is_directory(typeError))
-            files.push_back(it->path());
-    }
-    for (const auto& file : files)
-        fs::remove(file, ec);
+    return fs::is_empty(platform::ToPath(folder), ec) && !ec;
 }
 
 } // namespace
+
+std::wstring CStandardTransfer::Remove(std::int32_t id, std::int32_t clientId,
+                                       const std::wstring& why) {
+    const EProjectResult purged = m_projects.PurgeProject(id);
+    if (clientId >= 1)
+        CVX2D_ClientRegistry(m_projects.Datafiles()).RemoveProjectFromClient(clientId, id);
+    if (purged == eProjectOk)
+        return why;
+    return fmt::format(L"{}\n\nThe standard made for it could not be removed: {}", why,
+                       ProjectResultText(purged));
+}
 
 std::wstring CStandardTransfer::ExportFolder() const {
     return m_profile.GetString(kSection, L"ExportFolder");
@@ -79,9 +82,24 @@ CStandardTransfer::Import(const std::vector<std::wstring>& files, std::int32_t c
         return results;
     m_profile.SetString(kSection, L"ImportFolder", FolderPart(kept.front()));
 
+    // Every archive of the import counts against the same limits.
+    SArchiveUsage used;
     std::wstring skippedText;
+    const auto fail = [&](SImported& imported, const std::wstring& why) {
+        m_prompter.Show(fmt::format(L"Error importing '{}'\n\n{}", imported.file, why),
+                        EPromptIcon::Stop);
+        imported.id = 0;
+        results.push_back(imported);
+    };
     for (const auto& file : kept) {
         SImported imported{file, 0, CStandardArchive::StandardNameOf(file), {}};
+        // A file that is no archive, or one past the limits, must not leave
+        // an empty standard behind.
+        const std::wstring refused = CStandardArchive::Check(file, m_limits, used);
+        if (!refused.empty()) {
+            fail(imported, refused);
+            continue;
+        }
         const EProjectResult created =
             m_projects.CreateProject({imported.name, 0, -1, clientId, oldFormat}, imported.id);
         if (created != eProjectOk) {
@@ -93,14 +111,33 @@ CStandardTransfer::Import(const std::vector<std::wstring>& files, std::int32_t c
             continue;
         }
         std::wstring folder;
-        if (m_projects.GetProjectFolder(imported.id, folder) == eProjectOk) {
-            DeleteFiles(folder);
-            const auto extraction = CStandardArchive::Extract(file, folder, progress);
-            imported.skipped = extraction.skipped;
-            if (!extraction.opened)
-                imported.skipped.push_back(L"the file is not a readable archive");
-            RaiseLastLineId(m_projects.Datafiles(), folder + L"Lines.ini");
+        const EProjectResult found = m_projects.GetProjectFolder(imported.id, folder);
+        if (found != eProjectOk) {
+            fail(imported, Remove(imported.id, clientId, ProjectResultText(found)));
+            continue;
         }
+        // With no template the new folder starts empty; files in it belong
+        // to someone else and are neither mixed with the archive nor removed.
+        if (!IsEmptyFolder(folder)) {
+            fail(imported, fmt::format(L"The folder '{}' already holds files that are not from "
+                                       L"this archive. They are kept as they are, and nothing "
+                                       L"was imported into it.",
+                                       folder));
+            continue;
+        }
+        const auto extraction = CStandardArchive::Extract(file, folder, progress, m_limits, &used);
+        if (!extraction.Ok()) {
+            const std::wstring why = Remove(imported.id, clientId, extraction.failure);
+            if (extraction.cancelled) {
+                imported.id = 0;
+                results.push_back(imported);
+                break;
+            }
+            fail(imported, why);
+            continue;
+        }
+        imported.skipped = extraction.skipped;
+        RaiseLastLineId(m_projects.Datafiles(), folder + L"Lines.ini");
         for (const auto& entry : imported.skipped)
             skippedText += fmt::format(L"\n{}: {}", imported.name, entry);
         results.push_back(imported);

@@ -38,14 +38,24 @@ public:
         std::wstring name;
         std::vector<std::wstring> skipped;
     };
-    // One new standard per existing file, in order, under `clientId`; a file
-    // that fails is reported and the next one goes on. Ends with a message
-    // listing the entries that were left out, if any.
+    // One new standard per existing file, in order, under `clientId`. A file
+    // that is not a readable archive, or would pass the limits of the import
+    // as a whole, creates nothing; one whose extraction fails part-way has
+    // its new standard removed again. Each is reported ("Error importing
+    // ...") and the next file goes on; a cancel stops the import. Ends with a
+    // message listing the entries that were left out, if any.
     std::vector<SImported> Import(const std::vector<std::wstring>& files, std::int32_t clientId,
                                   bool oldFormat, const CArchiveProgress& progress = {});
 
+    void SetLimits(const SArchiveLimits& limits) { m_limits = limits; }
+
 private:
+    // Takes a half-made standard away again (its entry, folder and client
+    // membership); `why` with what could not be removed added.
+    std::wstring Remove(std::int32_t id, std::int32_t clientId, const std::wstring& why);
+
     CVX2D_ProjectRegistry& m_projects;
     CProfile& m_profile;
     IPrompter& m_prompter;
+    SArchiveLimits m_limits;
 };

@@ -156,7 +156,8 @@ void AddAppCommands(CLI::App& app, SCliContext& context) {
 
     auto* importCommand =
         app.add_subcommand("import", "Make a new standard from each .xst or .xpj archive; "
-                                     "prints ID, NAME of each");
+                                     "prints ID, NAME of each; exits 1 when a file is not a "
+                                     "readable archive or passes the import's limits");
     importCommand->add_option("FILE", args->files)->required();
     importCommand->add_option("--client", args->clientId, "Client to put the new standards under");
     importCommand->add_flag("--old-format", args->oldFormat,

@@ -1,10 +1,16 @@
 // Export and import of standards as archives: the archive's exact form, the
-// round trip, old ".xpj" exports, and archives that try to escape.
+// round trip, old ".xpj" exports, archives that try to escape, files that are
+// no archives and the limits of one import.
 #include "app/StandardTransfer.h"
 #include "platform/IniRegistry.h"
 #include "platform/Utf8.h"
+#include "store/ClientRegistry.h"
 #include "support/TestSupport.h"
 
+#include <algorithm>
+#include <cstdlib>
+#include <cstring>
+#include <functional>
 #include <gtest/gtest.h>
 #include <map>
 #include <zip.h>
@@ -25,18 +31,23 @@ std::map<std::string, std::string> Files(const fs::path& folder) {
     return files;
 }
 
+using SEntries = std::vector<std::pair<std::string, std::string>>;
+
 // An archive with the given entries; an empty content marks a link entry.
-void MakeArchive(const fs::path& path,
-                 const std::vector<std::pair<std::string, std::string>>& entries) {
+void MakeArchive(const fs::path& path, const SEntries& entries,
+                 zip_int32_t method = ZIP_CM_DEFAULT) {
     int error = 0;
     zip_t* zip = zip_open(path.c_str(), ZIP_CREATE | ZIP_TRUNCATE, &error);
     ASSERT_NE(zip, nullptr);
     for (const auto& [name, content] : entries) {
         const bool link = content.empty();
         const std::string data = link ? std::string("/etc/passwd") : content;
-        zip_source_t* source = zip_source_buffer(zip, strdup(data.c_str()), data.size(), 1);
+        void* copy = std::malloc(data.size());
+        std::memcpy(copy, data.data(), data.size());
+        zip_source_t* source = zip_source_buffer(zip, copy, data.size(), 1);
         const zip_int64_t index = zip_file_add(zip, name.c_str(), source, 0);
         ASSERT_GE(index, 0) << name;
+        zip_set_file_compression(zip, static_cast<zip_uint64_t>(index), method, 0);
         if (link)
             zip_file_set_external_attributes(zip, static_cast<zip_uint64_t>(index), 0,
                                              ZIP_OPSYS_UNIX, (0120777u) << 16);
@@ -44,8 +55,29 @@ void MakeArchive(const fs::path& path,
     ASSERT_EQ(zip_close(zip), 0);
 }
 
-class StandardTransferTest : public ::testing::Test {
-protected:
+enum EField { eFlags, eMethod, eSize };
+
+// Rewrites a field of an entry's local and central headers, as a hostile or
+// foreign tool could have written it.
+void Patch(const fs::path& archive, std::size_t entry, EField field, std::uint32_t value) {
+    std::string bytes = ReadBytes(archive);
+    const struct {
+        const char* signature;
+        std::size_t offsets[3];
+    } headers[] = {{"PK\x03\x04", {6, 8, 22}}, {"PK\x01\x02", {8, 10, 24}}};
+    for (const auto& header : headers) {
+        std::size_t at = std::string::npos;
+        for (std::size_t k = 0, from = 0; k <= entry; ++k, from = at + 4)
+            at = bytes.find(header.signature, from, 4);
+        ASSERT_NE(at, std::string::npos);
+        for (std::size_t b = 0; b < (field == eSize ? 4u : 2u); ++b)
+            bytes[at + header.offsets[field] + b] = static_cast<char>((value >> (8 * b)) & 0xff);
+    }
+    WriteBytes(archive, bytes);
+}
+
+// A datafiles folder with the import around it.
+struct SWorld {
     fs::path FolderOf(std::int32_t id) {
         std::wstring folder;
         EXPECT_EQ(projects.GetProjectFolder(id, folder), eProjectOk);
@@ -56,6 +88,27 @@ protected:
         EXPECT_EQ(projects.CreateProject({name, 0, 1, 0, false}, id), eProjectOk);
         return id;
     }
+    // The standards, active and deleted, as "id name".
+    std::vector<std::wstring> Standards() {
+        std::vector<SProjectInfo> list;
+        EXPECT_EQ(projects.ListProjects(true, true, list), eProjectOk);
+        std::vector<std::wstring> names;
+        for (const auto& standard : list)
+            names.push_back(std::to_wstring(standard.id) + L" " + standard.name);
+        return names;
+    }
+    std::vector<std::string> Folders() {
+        std::vector<std::string> names;
+        std::error_code ec; // no "Projects" folder before the first standard
+        for (const auto& entry : fs::directory_iterator(fx.Dir().Path() / "Projects", ec))
+            names.push_back(entry.path().filename().string());
+        std::sort(names.begin(), names.end());
+        return names;
+    }
+    fs::path Outside(const std::string& name) { return outside.Path() / name; }
+    std::wstring ImportError(const std::string& file, const std::wstring& why) {
+        return L"Error importing '" + platform::FromPath(Outside(file)) + L"'\n\n" + why;
+    }
 
     test::CDatafilesFixture fx;
     test::CTempDir config, outside;
@@ -63,8 +116,11 @@ protected:
     CProfile profile{registry};
     test::CScriptedPrompter prompter;
     CVX2D_ProjectRegistry projects{fx.Datafiles(), prompter};
+    CVX2D_ClientRegistry clients{fx.Datafiles()};
     CStandardTransfer transfer{projects, profile, prompter};
 };
+
+class StandardTransferTest : public ::testing::Test, protected SWorld {};
 
 TEST_F(StandardTransferTest, ExportThenImportGivesTheSameTree) {
     const std::int32_t id = Create(L"Pipe");
@@ -130,16 +186,31 @@ TEST_F(StandardTransferTest, HostileEntriesAreSkippedAndReported) {
               L"Evil: a\\..\\..\\back.txt: unsafe name\nEvil: link: link");
 }
 
-TEST_F(StandardTransferTest, ExtractionStopsAtTheSizeLimit) {
-    const fs::path archive = outside.Path() / "Big.xst";
-    MakeArchive(archive, {{"a.txt", std::string(100, 'a')}, {"b.txt", "b"}});
+TEST_F(StandardTransferTest, ExtractionLeavesTheFolderAsItWasWhenItStops) {
     test::CTempDir target;
-    const auto result =
-        CStandardArchive::Extract(platform::FromPath(archive), target.Text(), {}, 50);
-    EXPECT_TRUE(result.opened);
-    EXPECT_EQ(result.extracted, 0u);
-    EXPECT_EQ(result.skipped, std::vector<std::wstring>{L"a.txt: archive too large"});
-    EXPECT_TRUE(Files(target.Path()).empty());
+    WriteBytes(target.Path() / "keep.txt", "mine");
+    WriteBytes(target.Path() / "old" / "x.txt", "old");
+    const auto before = Files(target.Path());
+
+    // Files that were there are neither replaced nor removed.
+    MakeArchive(Outside("Over.xst"), {{"keep.txt", "archive"}, {"new/a.txt", "a"}});
+    const auto over =
+        CStandardArchive::Extract(platform::FromPath(Outside("Over.xst")), target.Text());
+    EXPECT_EQ(over.failure, L"");
+    EXPECT_EQ(over.skipped, std::vector<std::wstring>{L"keep.txt: already there"});
+    EXPECT_EQ(ReadBytes(target.Path() / "keep.txt"), "mine");
+    fs::remove_all(target.Path() / "new");
+
+    // An entry that inflates past its declared size stops the whole.
+    MakeArchive(Outside("Liar.xst"),
+                {{"new/a.txt", "a"}, {"new/deep/b.txt", std::string(600, 'z')}});
+    Patch(Outside("Liar.xst"), 1, eSize, 10);
+    const auto liar =
+        CStandardArchive::Extract(platform::FromPath(Outside("Liar.xst")), target.Text());
+    EXPECT_TRUE(liar.opened);
+    EXPECT_EQ(liar.failure, L"'new/deep/b.txt' in the archive is larger than it says.");
+    EXPECT_EQ(Files(target.Path()), before);
+    EXPECT_FALSE(fs::exists(target.Path() / "new")) << "the folders it made are gone too";
 }
 
 TEST_F(StandardTransferTest, OldExportsGiveOnlyTheirSettingsFolders) {
@@ -175,6 +246,203 @@ TEST_F(StandardTransferTest, AFileThatCannotBecomeAStandardIsReportedAndTheNextG
     ASSERT_EQ(prompter.asked.size(), 1u);
     EXPECT_EQ(prompter.asked[0].text, L"Error creating new standard 'a:b'\n\nInvalid name");
     EXPECT_EQ(prompter.asked[0].icon, EPromptIcon::Stop);
+}
+
+TEST_F(StandardTransferTest, AFileThatIsNotAReadableArchiveCreatesNothing) {
+    const SEntries general = {{"General.ini", "[General]\r\n"}};
+    const std::wstring notArchive = L"The file is not an archive, or the archive is damaged.";
+    const struct {
+        const char* file;
+        std::function<void(const fs::path&)> make;
+        std::wstring why;
+    } cases[] = {
+        {"Noise.xst",
+         [](const fs::path& p) {
+             std::string noise(4096, '\0');
+             std::uint32_t x = 12345;
+             for (auto& c : noise)
+                 c = static_cast<char>((x = x * 1103515245 + 12345) >> 24);
+             WriteBytes(p, noise);
+         },
+         notArchive},
+        {"Text.xst", [](const fs::path& p) { WriteBytes(p, "[General]\r\nName = x\r\n"); },
+         notArchive},
+        {"Empty.xst", [](const fs::path& p) { WriteBytes(p, ""); }, L"The file is empty."},
+        {"Cut.xst",
+         [&](const fs::path& p) {
+             MakeArchive(p, {{"General.ini", std::string(3000, 'g')}, {"b.txt", "b"}});
+             const std::string bytes = ReadBytes(p);
+             WriteBytes(p, bytes.substr(0, bytes.size() / 2));
+         },
+         notArchive},
+        {"Nothing.xst",
+         [](const fs::path& p) {
+             WriteBytes(p, std::string("PK\x05\x06", 4) + std::string(18, '\0'));
+         },
+         L"The archive holds no files that can be imported."},
+        {"Drawings only.xpj",
+         [](const fs::path& p) {
+             MakeArchive(p, {{"Drawings/x.dwg", "d"}});
+         },
+         L"The archive holds no files that can be imported."},
+        {"Locked.xst",
+         [&](const fs::path& p) {
+             MakeArchive(p, general, ZIP_CM_STORE);
+             Patch(p, 0, eFlags, 1);
+         },
+         L"'General.ini' in the archive is encrypted; encrypted archives cannot be imported."},
+        {"Imploded.xst",
+         [&](const fs::path& p) {
+             MakeArchive(p, general, ZIP_CM_STORE);
+             Patch(p, 0, eMethod, ZIP_CM_IMPLODE);
+         },
+         L"'General.ini' in the archive is packed with a method that cannot be read."},
+        {"Zeros.xst",
+         [](const fs::path& p) {
+             MakeArchive(p, {{"zeros.bin", std::string(2 << 20, '\0')}});
+         },
+         L"'zeros.bin' in the archive would unpack to 2.0 MiB, more than 100 times its packed "
+         L"size."},
+    };
+    std::int32_t client = 0;
+    std::wstring clientName;
+    ASSERT_TRUE(clients.CreateClient(client, clientName));
+    std::vector<std::wstring> files;
+    for (const auto& c : cases) {
+        c.make(Outside(c.file));
+        files.push_back(platform::FromPath(Outside(c.file)));
+    }
+    // Blanks pack far better than 100:1 but are too small to be a bomb.
+    MakeArchive(Outside("Good.xst"), {{"General.ini", "[General]\r\n" + std::string(4000, ' ')}});
+    files.push_back(platform::FromPath(Outside("Good.xst")));
+
+    const auto imported = transfer.Import(files, client, false);
+    ASSERT_EQ(imported.size(), files.size());
+    ASSERT_EQ(prompter.asked.size(), std::size(cases));
+    for (std::size_t i = 0; i < std::size(cases); ++i) {
+        EXPECT_EQ(imported[i].id, 0) << cases[i].file;
+        EXPECT_EQ(prompter.asked[i].text, ImportError(cases[i].file, cases[i].why));
+        EXPECT_EQ(prompter.asked[i].icon, EPromptIcon::Stop);
+    }
+    const std::int32_t good = imported.back().id;
+    ASSERT_NE(good, 0);
+    EXPECT_EQ(Standards(), std::vector<std::wstring>{std::to_wstring(good) + L" Good"});
+    EXPECT_EQ(Folders(), std::vector<std::string>{"VX2D_PRJ_" + std::to_string(good) + " - Good"});
+    EXPECT_EQ(clients.GetClientProjectIds(client), std::vector<std::int32_t>{good});
+}
+
+TEST(StandardTransferLimits, HoldForTheWholeImport) {
+    const std::string z600(600, 'z');
+    const struct {
+        const char* label;
+        SArchiveLimits limits;
+        std::vector<SEntries> archives;
+        std::vector<bool> imported;
+        std::wstring why; // for the first one refused
+    } cases[] = {
+        {"three bombs and a small one",
+         {1000, 100, 100, 1 << 20},
+         {{{"a", z600}}, {{"a", z600}}, {{"a", z600}}, {{"a", std::string(300, 'z')}}},
+         {true, false, false, true},
+         L"The import would unpack to 1.2 KiB; one import takes at most 1000 bytes."},
+        {"files of several archives",
+         {1 << 20, 5, 100, 1 << 20},
+         {{{"a", "a"}, {"b", "b"}, {"c", "c"}},
+          {{"a", "a"}, {"b", "b"}, {"c", "c"}},
+          {{"a", "a"}, {"b", "b"}}},
+         {true, false, true},
+         L"The import would come to 6 files; one import takes at most 5."},
+        {"files of one archive",
+         {1 << 20, 5, 100, 1 << 20},
+         {{{"a", "a"}, {"b", "b"}, {"c", "c"}, {"d", "d"}, {"e", "e"}, {"f", "f"}}},
+         {false},
+         L"The import would come to 6 files; one import takes at most 5."},
+        {"ratio above the floor only",
+         {1 << 20, 100, 10, 1000},
+         {{{"z.txt", std::string(5000, '\0')}}, {{"z.txt", std::string(900, '\0')}}},
+         {false, true},
+         L"'z.txt' in the archive would unpack to 4.9 KiB, more than 10 times its packed size."},
+    };
+    for (const auto& c : cases) {
+        SWorld world;
+        world.transfer.SetLimits(c.limits);
+        std::vector<std::wstring> files;
+        for (std::size_t i = 0; i < c.archives.size(); ++i) {
+            const fs::path file = world.Outside("Bomb " + std::to_string(i) + ".xst");
+            MakeArchive(file, c.archives[i]);
+            files.push_back(platform::FromPath(file));
+        }
+        const auto imported = world.transfer.Import(files, 0, false);
+        ASSERT_EQ(imported.size(), c.imported.size()) << c.label;
+        std::size_t made = 0;
+        for (std::size_t i = 0; i < imported.size(); ++i) {
+            EXPECT_EQ(imported[i].id != 0, c.imported[i]) << c.label << " " << i;
+            made += c.imported[i];
+        }
+        EXPECT_EQ(world.Standards().size(), made) << c.label;
+        EXPECT_EQ(world.Folders().size(), made) << c.label;
+        std::uint64_t bytes = 0, count = 0;
+        for (const auto& folder : world.Folders()) {
+            for (const auto& [name, content] : Files(world.fx.Dir().Path() / "Projects" / folder)) {
+                bytes += content.size();
+                ++count;
+            }
+        }
+        EXPECT_LE(bytes, c.limits.totalBytes) << c.label;
+        EXPECT_LE(count, c.limits.files) << c.label;
+        ASSERT_FALSE(world.prompter.asked.empty()) << c.label;
+        const auto refused = std::find(c.imported.begin(), c.imported.end(), false);
+        EXPECT_EQ(world.prompter.asked[0].text,
+                  world.ImportError("Bomb " + std::to_string(refused - c.imported.begin()) + ".xst",
+                                    c.why))
+            << c.label;
+    }
+}
+
+TEST_F(StandardTransferTest, AnArchiveThatFailsPartWayLeavesNoStandard) {
+    std::int32_t client = 0;
+    std::wstring clientName;
+    ASSERT_TRUE(clients.CreateClient(client, clientName));
+    MakeArchive(
+        Outside("Liar.xst"),
+        {{"General.ini", "[General]\r\n"}, {"Sub/b.txt", std::string(600, 'z')}, {"c.txt", "c"}});
+    Patch(Outside("Liar.xst"), 1, eSize, 10);
+    MakeArchive(Outside("Good.xst"), {{"General.ini", "[General]\r\n"}});
+    const auto imported = transfer.Import(
+        {platform::FromPath(Outside("Liar.xst")), platform::FromPath(Outside("Good.xst"))}, client,
+        false);
+    ASSERT_EQ(imported.size(), 2u);
+    EXPECT_EQ(imported[0].id, 0);
+    ASSERT_EQ(prompter.asked.size(), 1u);
+    EXPECT_EQ(prompter.asked[0].text,
+              ImportError("Liar.xst", L"'Sub/b.txt' in the archive is larger than it says."));
+    const std::int32_t good = imported[1].id;
+    EXPECT_EQ(Standards(), std::vector<std::wstring>{std::to_wstring(good) + L" Good"});
+    EXPECT_EQ(Folders(), std::vector<std::string>{"VX2D_PRJ_" + std::to_string(good) + " - Good"});
+    EXPECT_EQ(clients.GetClientProjectIds(client), std::vector<std::int32_t>{good});
+}
+
+TEST_F(StandardTransferTest, ACancelRemovesTheStandardBeingImportedAndEndsTheImport) {
+    MakeArchive(Outside("A.xst"), {{"a.txt", "a"}, {"b.txt", "b"}});
+    const std::wstring file = platform::FromPath(Outside("A.xst"));
+    const auto imported = transfer.Import(
+        {file, file}, 0, false,
+        [](std::size_t done, std::size_t, const std::wstring&) { return done == 0; });
+    ASSERT_EQ(imported.size(), 1u);
+    EXPECT_EQ(imported[0].id, 0);
+    EXPECT_TRUE(Standards().empty());
+    EXPECT_TRUE(Folders().empty());
+    EXPECT_TRUE(prompter.asked.empty()) << "the user asked for it";
+}
+
+TEST_F(StandardTransferTest, AnExistingFolderWithTheNewNameKeepsItsFiles) {
+    const fs::path existing = fx.Dir().Path() / "Projects" / "VX2D_PRJ_1 - Pipe";
+    WriteBytes(existing / "Sub" / "keep.txt", "keep");
+    WriteBytes(existing / "x.txt", "mine");
+    const auto before = Files(existing);
+    MakeArchive(Outside("Pipe.xst"), {{"x.txt", "archive"}, {"new.txt", "new"}});
+    transfer.Import({platform::FromPath(Outside("Pipe.xst"))}, 0, false);
+    EXPECT_EQ(Files(existing), before);
 }
 
 TEST_F(StandardTransferTest, AsksWhichGenerationMadeTheArchives) {

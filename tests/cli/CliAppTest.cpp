@@ -53,6 +53,21 @@ TEST_F(CliTest, ExportAndImportCarryAStandardAcross) {
                                "'.\n\nCan't get project location folder\n");
 }
 
+TEST_F(CliTest, ImportFailsForAFileThatIsNotAnArchiveAndImportsTheOthers) {
+    Ok({"standard", "create", "Pipe"});
+    const std::string good = (m_io.Path() / "Good.xst").string();
+    const std::string bad = (m_io.Path() / "Bad.xst").string();
+    Ok({"export", "1", good});
+    WriteBytes(bad, "not an archive\r\n");
+    const auto run = Run({"import", bad, good});
+    EXPECT_EQ(run.code, 1);
+    EXPECT_EQ(run.out, "2\tGood\n");
+    EXPECT_EQ(run.err, "Error importing '" + bad +
+                           "'\n\nThe file is not an archive, or the archive is damaged.\n"
+                           "Not every file could be imported.\n");
+    EXPECT_EQ(Ok({"standard", "list"}), "1\tactive\t0\tPipe\n2\tactive\t0\tGood\n");
+}
+
 TEST_F(CliTest, UpdateCheckPrintsItsDecision) {
     EXPECT_EQ(Ok({"update-check", "--now", "2026-03-10 12:00:00"}), "not due\t\n");
     const auto bad = Run({"update-check", "--now", "tomorrow"});
