@@ -33,6 +33,12 @@ bool Storable(const std::wstring& text) {
     return IsOneByteText(text) && text.find(L'\n') == std::wstring::npos;
 }
 
+// A line is split at its first " = ", so a key holding one, or ending in
+// " =", would read back as another key with another value.
+bool StorableKey(const std::wstring& key) {
+    return Storable(key) && key.find(L" = ") == std::wstring::npos && !key.ends_with(L" =");
+}
+
 bool ReadWholeFile(const fs::path& path, std::string& bytes) {
     std::FILE* file = platform::OpenFile(path, "rb");
     if (!file)
@@ -249,6 +255,8 @@ void CVX2D_IniFile::ParseBytes(const std::string& bytes) {
         // Stored like SetString, except that an empty value read from the file
         // is kept as an entry: "Key = " survives a read and a save.
         const std::wstring key = TrimKey(line.substr(0, separator));
+        if (!StorableKey(key))
+            continue; // "Key =<tab> = v": no key can be written back like that
         std::wstring value = line.substr(separator + m_strSeparator.size());
         const std::size_t existing = FindExact(m_strSection, key);
         if (existing != std::wstring::npos) {
@@ -267,7 +275,7 @@ int CVX2D_IniFile::Save(bool bForce) {
     if (m_strPath.empty())
         return eCantCreate;
     for (const auto& e : m_arrEntries) {
-        if (!Storable(e.section) || !Storable(e.key) || !Storable(e.value))
+        if (!Storable(e.section) || !StorableKey(e.key) || !Storable(e.value))
             return eCantCreate;
     }
     // One writer at a time, even for a document read without the intent to

@@ -52,6 +52,8 @@ TEST_F(IniFileTest, ParsesLinesByTheirFirstSeparator) {
         {"; comment\r\n\r\n[S]\r\n\r\nA = 1\n", L"[S]A=1;"},
         {"[S]\r\n\tKey[] = v\r\n Key = w\r\n", L"[S]Key=v;[S] Key=w;"},
         {"[S]\r\nK = caf\xe9\r\n", L"[S]K=caf\u00e9;"},
+        // A key that would end in " =" could not be written back as itself.
+        {"[S]\r\nWalls = 7\r\nWalls =\t = 8\r\nW =] = 9\r\n", L"[S]Walls=7;"},
     };
     for (const auto& [bytes, entries] : cases) {
         CVX2D_IniFile ini;
@@ -296,6 +298,14 @@ TEST_F(IniFileTest, AFailedSaveLeavesTheOldFileWholeAndTheDocumentModified) {
         ini.SetString(L"A", refused);
         EXPECT_EQ(ini.Save(), 3);
         EXPECT_TRUE(ini.IsModified());
+    }
+    ini.SetString(L"A", L"1");
+    // Keys that would read back as other keys.
+    for (const wchar_t* refused : {L"B =", L"B = C"}) {
+        CVX2D_IniFile copy(ini);
+        copy.SetAutoSave(false);
+        copy.SetString(refused, L"2");
+        EXPECT_EQ(copy.Save(), 3) << refused;
     }
     EXPECT_EQ(ReadBytes(test::P(File())), old);
 
