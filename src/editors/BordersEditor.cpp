@@ -2,7 +2,6 @@
 
 #include "datafile/Names.h"
 #include "datafile/Text.h"
-#include "editors/GeneralSettingsEditor.h"
 #include "platform/Utf8.h"
 #include "store/GeneralSettings.h"
 
@@ -74,7 +73,7 @@ std::vector<std::wstring> DrawingFilesIn(const std::wstring& folder) {
 }
 
 CBordersEditor::CBordersEditor(const CVX2D_ProjectRegistry& projects, IPrompter& prompter)
-    : m_projects(projects), m_prompter(prompter) {}
+    : CPageEditor(prompter), m_projects(projects) {}
 
 CBordersEditor::~CBordersEditor() = default;
 
@@ -184,23 +183,17 @@ void CBordersEditor::RestoreDefaults() {
 bool CBordersEditor::Apply() {
     if (!m_borders)
         return false;
-    if (!m_borders->Save()) {
-        m_prompter.Show(
-            fmt::format(L"Error saving border settings of standard '{}'.", StandardName()),
-            EPromptIcon::Stop);
-        return false;
-    }
+    if (!m_borders->Save())
+        return SaveFailed(L"border settings", StandardName());
     Fill();
     return true;
 }
 
-bool CBordersEditor::Close() {
-    if (!ApplyEnabled())
-        return true;
-    // A failed save keeps the changes, and the page stays open to try again.
-    if (AskToSavePage(m_prompter, StandardName(), L"border settings"))
-        return Apply();
+std::wstring CBordersEditor::CloseQuestion() const {
+    return PageModifiedQuestion(StandardName(), L"border settings");
+}
+
+void CBordersEditor::Discard() {
     m_borders->Load(m_borders->GetFilePath());
     Fill();
-    return true;
 }

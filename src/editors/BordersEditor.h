@@ -6,6 +6,7 @@
 #pragma once
 
 #include "contents/ProjectBorders.h"
+#include "editors/PageEditor.h"
 #include "store/ProjectRegistry.h"
 #include "store/Prompter.h"
 
@@ -29,7 +30,7 @@ struct SBorderRow {
     std::array<bool, kBorderColumnCount> changed{};
 };
 
-class CBordersEditor {
+class CBordersEditor : public CPageEditor {
 public:
     static constexpr const wchar_t* kHelpTopic = L"::/Border_Settings_Dialog_Box.htm";
 
@@ -42,7 +43,7 @@ public:
 
     // One row per sheet size, A to E then A0 to A4.
     const std::vector<SBorderRow>& Rows() const { return m_rows; }
-    bool ApplyEnabled() const;
+    bool ApplyEnabled() const override;
 
     // The "*.dwg" files of the standard's borders folder by name, offered in
     // the border and revision cells (a name can still be typed).
@@ -62,19 +63,19 @@ public:
     void RestoreDefaults();
 
     // Writes the changed cells; says so when the file cannot be written.
-    bool Apply();
-    // The view is closing: a modified editor asks whether to save (Yes saves,
-    // No discards). False only when a save was wanted and failed.
-    bool Close();
+    bool Apply() override;
 
     std::int32_t ProjectId() const { return m_nProjectId; }
+
+protected:
+    std::wstring CloseQuestion() const override;
+    void Discard() override;
 
 private:
     void Fill();
     std::wstring StandardName() const;
 
     const CVX2D_ProjectRegistry& m_projects;
-    IPrompter& m_prompter;
     std::int32_t m_nProjectId = 0;
     std::unique_ptr<CVX2D_ProjectBorders> m_borders;
     std::wstring m_strBordersFolder;

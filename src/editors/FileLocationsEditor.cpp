@@ -1,7 +1,6 @@
 #include "editors/FileLocationsEditor.h"
 
 #include "datafile/Text.h"
-#include "editors/GeneralSettingsEditor.h"
 #include "platform/Utf8.h"
 
 #include <algorithm>
@@ -50,7 +49,7 @@ bool IsStorable(const std::wstring& text) {
 
 CFileLocationsEditor::CFileLocationsEditor(const CVX2D_ProjectRegistry& projects,
                                            IPrompter& prompter)
-    : m_projects(projects), m_prompter(prompter) {}
+    : CPageEditor(prompter), m_projects(projects) {}
 
 bool CFileLocationsEditor::Open(std::int32_t projectId) {
     m_nProjectId = projectId;
@@ -147,25 +146,19 @@ bool CFileLocationsEditor::Apply() {
         }
         saved = current.Save();
     }
-    if (!saved) {
-        m_prompter.Show(
-            fmt::format(L"Error saving file locations of standard '{}'.", StandardName()),
-            EPromptIcon::Stop);
-        return false;
-    }
+    if (!saved)
+        return SaveFailed(L"file locations", StandardName());
     // Shows what the file now holds: a cleared libraries folder reads as
     // the program's default one.
     Open(m_nProjectId);
     return true;
 }
 
-bool CFileLocationsEditor::Close() {
-    if (!ApplyEnabled())
-        return true;
-    // A failed save keeps the changes, and the page stays open to try again.
-    if (AskToSavePage(m_prompter, StandardName(), L"file locations"))
-        return Apply();
+std::wstring CFileLocationsEditor::CloseQuestion() const {
+    return PageModifiedQuestion(StandardName(), L"file locations");
+}
+
+void CFileLocationsEditor::Discard() {
     for (std::size_t i = 0; i < m_rows.size(); ++i)
         m_rows[i] = {kFields[i].location, kFields[i].label, m_opened[i], false};
-    return true;
 }

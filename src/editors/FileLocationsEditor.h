@@ -4,6 +4,7 @@
 // offered for creation; Apply, the question on closing and the help topic.
 #pragma once
 
+#include "editors/PageEditor.h"
 #include "store/GeneralSettings.h"
 #include "store/ProjectRegistry.h"
 #include "store/Prompter.h"
@@ -22,7 +23,7 @@ struct SLocationRow {
     bool changed = false;
 };
 
-class CFileLocationsEditor {
+class CFileLocationsEditor : public CPageEditor {
 public:
     static constexpr const wchar_t* kHelpTopic = L"::/File_Locations_Dialog_Box.htm";
 
@@ -33,7 +34,7 @@ public:
 
     // The four drawings folders, then borders, templates and libraries.
     const std::vector<SLocationRow>& Rows() const { return m_rows; }
-    bool ApplyEnabled() const;
+    bool ApplyEnabled() const override;
 
     // Stores a typed or browsed folder (blanks around it dropped, an empty
     // text clears the location; for libraries it means the program's default
@@ -46,18 +47,18 @@ public:
 
     // Writes the changed folders into General.ini as it is now; says so
     // when the file cannot be written.
-    bool Apply();
-    // The view is closing: a modified editor asks whether to save (Yes saves,
-    // No discards). False only when a save was wanted and failed.
-    bool Close();
+    bool Apply() override;
 
     std::int32_t ProjectId() const { return m_nProjectId; }
+
+protected:
+    std::wstring CloseQuestion() const override;
+    void Discard() override;
 
 private:
     std::wstring StandardName() const;
 
     const CVX2D_ProjectRegistry& m_projects;
-    IPrompter& m_prompter;
     std::int32_t m_nProjectId = 0;
     std::vector<SLocationRow> m_rows;
     std::vector<std::wstring> m_opened; // each row's folder as loaded

@@ -23,21 +23,9 @@ const std::vector<std::wstring>& DisplayedUnitsNames() {
     return names;
 }
 
-std::wstring PageModifiedQuestion(const std::wstring& standardName, const std::wstring& what) {
-    return L"Standard '" + standardName + L"' " + what +
-           L" have been modified.\n\nDo you want to save your changes?";
-}
-
-bool AskToSavePage(IPrompter& prompter, const std::wstring& standardName,
-                   const std::wstring& what) {
-    const SPrompt question{PageModifiedQuestion(standardName, what), L"", EPromptButtons::YesNo,
-                           EPromptIcon::Question, EPromptAnswer::Yes};
-    return prompter.Ask(question) == EPromptAnswer::Yes;
-}
-
 CGeneralSettingsEditor::CGeneralSettingsEditor(const CVX2D_ProjectRegistry& projects,
                                                IPrompter& prompter)
-    : m_projects(projects), m_prompter(prompter) {}
+    : CPageEditor(prompter), m_projects(projects) {}
 
 bool CGeneralSettingsEditor::Open(std::int32_t projectId) {
     m_nProjectId = projectId;
@@ -136,26 +124,20 @@ bool CGeneralSettingsEditor::Apply() {
             current.m_nRatingsFormat = m_general.m_nRatingsFormat;
         saved = current.Save();
     }
-    if (!saved) {
-        m_prompter.Show(fmt::format(L"Error saving general settings of standard '{}'.",
-                                    m_projects.GetProjectName(m_nProjectId, true, true)),
-                        EPromptIcon::Stop);
-        return false;
-    }
+    if (!saved)
+        return SaveFailed(L"general settings", m_projects.GetProjectName(m_nProjectId, true, true));
     m_general = current;
     m_opened = current;
     Fill();
     return true;
 }
 
-bool CGeneralSettingsEditor::Close() {
-    if (!ApplyEnabled())
-        return true;
-    // A failed save keeps the changes, and the page stays open to try again.
-    if (AskToSavePage(m_prompter, m_projects.GetProjectName(m_nProjectId, true, true),
-                      L"general settings"))
-        return Apply();
+std::wstring CGeneralSettingsEditor::CloseQuestion() const {
+    return PageModifiedQuestion(m_projects.GetProjectName(m_nProjectId, true, true),
+                                L"general settings");
+}
+
+void CGeneralSettingsEditor::Discard() {
     m_general = m_opened;
     Fill();
-    return true;
 }

@@ -3,6 +3,7 @@
 // read-only, Apply, the question on closing and the help topic.
 #pragma once
 
+#include "editors/PageEditor.h"
 #include "editors/RatingFormats.h"
 #include "store/GeneralSettings.h"
 #include "store/ProjectRegistry.h"
@@ -26,7 +27,7 @@ struct SGeneralRow {
     bool readOnly = false;
 };
 
-class CGeneralSettingsEditor {
+class CGeneralSettingsEditor : public CPageEditor {
 public:
     static constexpr const wchar_t* kHelpTopic = L"::/General_Settings_Dialog_Box.htm";
 
@@ -39,7 +40,7 @@ public:
     // Working units, displayed units, rating format, version year, GUID.
     const std::vector<SGeneralRow>& Rows() const { return m_rows; }
     const SGeneralRow& Row(EGeneralField field) const;
-    bool ApplyEnabled() const;
+    bool ApplyEnabled() const override;
 
     // Picks entry `index` of a list row. False, changing nothing, for a
     // read-only row or an index outside the list.
@@ -48,18 +49,18 @@ public:
     // Writes the changed values into General.ini as it is now, so that what
     // another page or workstation saved meanwhile stays; says so when the
     // file cannot be written.
-    bool Apply();
-    // The view is closing: a modified editor asks whether to save (Yes saves,
-    // No discards). False only when a save was wanted and failed.
-    bool Close();
+    bool Apply() override;
 
     std::int32_t ProjectId() const { return m_nProjectId; }
+
+protected:
+    std::wstring CloseQuestion() const override;
+    void Discard() override;
 
 private:
     void Fill();
 
     const CVX2D_ProjectRegistry& m_projects;
-    IPrompter& m_prompter;
     std::int32_t m_nProjectId = 0;
     CVX2D_GeneralSettings m_opened; // as loaded, to tell what changed
     CVX2D_GeneralSettings m_general;
@@ -72,9 +73,3 @@ const std::vector<std::wstring>& WorkingUnitsNames();
 // "Metric - OD", "Metric - NPS", "English - US", "English - NPS": displayed
 // units by code.
 const std::vector<std::wstring>& DisplayedUnitsNames();
-
-// The close question of a modified page: "Standard 'Pipe' <what> have been
-// modified..." with `what` such as "general settings".
-std::wstring PageModifiedQuestion(const std::wstring& standardName, const std::wstring& what);
-// Asks the close question; true when the answer is Yes.
-bool AskToSavePage(IPrompter& prompter, const std::wstring& standardName, const std::wstring& what);

@@ -143,11 +143,6 @@ std::wstring LayersHeader(int application) {
     return ApplicationName(application) + L" - Layers";
 }
 
-std::wstring LayersModifiedQuestion(const std::wstring& standardName, int application) {
-    return L"Standard '" + standardName + L"' " + ApplicationName(application) +
-           L" layers have been modified.\n\nDo you want to save your changes?";
-}
-
 std::wstring LayersHelpTopic(int application) {
     // Numbered per application, as the help file names its settings pages.
     switch (application) {
@@ -165,7 +160,7 @@ std::wstring LayersHelpTopic(int application) {
 }
 
 CLayersEditor::CLayersEditor(const CVX2D_ProjectRegistry& projects, IPrompter& prompter)
-    : m_projects(projects), m_prompter(prompter) {}
+    : CPageEditor(prompter), m_projects(projects) {}
 
 bool CLayersEditor::Open(std::int32_t projectId, int application) {
     m_nProjectId = projectId;
@@ -286,36 +281,21 @@ bool CLayersEditor::RestoreDefaults() {
     return true;
 }
 
-bool CLayersEditor::Save() {
+bool CLayersEditor::Apply() {
+    if (!m_layers)
+        return false;
     if (m_layers->Save())
         return true;
-    m_prompter.Show(fmt::format(L"Error saving the {} layers of standard '{}'.\n\nThe file '{}' "
-                                L"could not be written.",
-                                ApplicationName(m_nApplication),
-                                m_projects.GetProjectName(m_nProjectId, true, true),
-                                m_layers->GetFilePath()),
-                    EPromptIcon::Stop);
-    return false;
+    return SaveFailed(L"the " + ApplicationName(m_nApplication) + L" layers",
+                      m_projects.GetProjectName(m_nProjectId, true, true), m_layers->GetFilePath());
 }
 
-bool CLayersEditor::Apply() {
-    return m_layers && Save();
+std::wstring CLayersEditor::CloseQuestion() const {
+    return PageModifiedQuestion(m_projects.GetProjectName(m_nProjectId, true, true),
+                                ApplicationName(m_nApplication) + L" layers");
 }
 
-bool CLayersEditor::Close() {
-    bool saved = true;
-    if (ApplyEnabled()) {
-        const std::wstring name = m_projects.GetProjectName(m_nProjectId, true, true);
-        const SPrompt question{LayersModifiedQuestion(name, m_nApplication), L"",
-                               EPromptButtons::YesNo, EPromptIcon::Question, EPromptAnswer::Yes};
-        if (m_prompter.Ask(question) == EPromptAnswer::Yes) {
-            saved = Save();
-        } else {
-            // Discarded: the page shows the file again, should its window
-            // stay open after all.
-            m_layers->Load(m_layers->GetFilePath());
-            MakeRows();
-        }
-    }
-    return saved;
+void CLayersEditor::Discard() {
+    m_layers->Load(m_layers->GetFilePath());
+    MakeRows();
 }

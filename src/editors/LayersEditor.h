@@ -5,6 +5,7 @@
 #pragma once
 
 #include "contents/ProjectLayers.h"
+#include "editors/PageEditor.h"
 #include "store/ProjectRegistry.h"
 #include "store/Prompter.h"
 
@@ -60,13 +61,10 @@ void RestoreLayerDefaults(CVX2D_ProjectLayers& layers);
 // "PID - Layers".
 std::wstring LayersHeader(int application);
 
-// The close question of a modified layers page.
-std::wstring LayersModifiedQuestion(const std::wstring& standardName, int application);
-
 // The topic of the application's layers help page, "::/....htm".
 std::wstring LayersHelpTopic(int application);
 
-class CLayersEditor {
+class CLayersEditor : public CPageEditor {
 public:
     CLayersEditor(const CVX2D_ProjectRegistry& projects, IPrompter& prompter);
 
@@ -78,7 +76,7 @@ public:
     const std::wstring& Header() const { return m_strHeader; }
     const std::vector<SLayerRow>& Rows() const { return m_rows; }
     // Apply is enabled exactly while something is unsaved.
-    bool ApplyEnabled() const;
+    bool ApplyEnabled() const override;
 
     // Stores the text of a changed cell: a layer name (an invalid one is
     // refused with a message), a colour number 1-255 or its cell text, a
@@ -93,24 +91,21 @@ public:
     bool RestoreDefaults();
 
     // Writes the changes to "Layers.ini"; a failure is told to the user.
-    bool Apply();
-
-    // The view is closing: a modified editor asks whether to save (Yes saves,
-    // No discards the changes and shows the file's values again). False only
-    // when a save was wanted and failed.
-    bool Close();
+    bool Apply() override;
 
     std::wstring HelpTopic() const { return LayersHelpTopic(m_nApplication); }
 
     std::int32_t ProjectId() const { return m_nProjectId; }
     int Application() const { return m_nApplication; }
 
+protected:
+    std::wstring CloseQuestion() const override;
+    void Discard() override;
+
 private:
     void MakeRows();
-    bool Save();
 
     const CVX2D_ProjectRegistry& m_projects;
-    IPrompter& m_prompter;
     std::int32_t m_nProjectId = 0;
     int m_nApplication = 0;
     std::wstring m_strHeader;

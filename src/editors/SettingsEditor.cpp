@@ -90,11 +90,6 @@ std::vector<std::wstring> DrawingTemplateTitles(std::int32_t projectId,
     return titles;
 }
 
-std::wstring SettingsModifiedQuestion(const std::wstring& standardName) {
-    return L"Standard '" + standardName +
-           L"' settings have been modified.\n\nDo you want to save your changes?";
-}
-
 namespace {
 
 // Gives `variable` the value of `source` through its kind's setter without
@@ -197,7 +192,7 @@ std::wstring SettingsHelpTopic(int application, int section) {
 }
 
 CSettingsEditor::CSettingsEditor(const CVX2D_ProjectRegistry& projects, IPrompter& prompter)
-    : m_projects(projects), m_prompter(prompter) {}
+    : CPageEditor(prompter), m_projects(projects) {}
 
 CSettingsEditor::~CSettingsEditor() = default;
 
@@ -301,21 +296,20 @@ bool CSettingsEditor::RestoreDefaults() {
 }
 
 bool CSettingsEditor::Apply() {
-    return m_settings && m_settings->Save();
+    if (!m_settings)
+        return false;
+    if (m_settings->Save())
+        return true;
+    return SaveFailed(L"the " + ApplicationSettingsName(m_nApplication) + L" settings",
+                      m_projects.GetProjectName(m_nProjectId, true, true), m_settings->GetPath());
 }
 
-bool CSettingsEditor::Close() {
-    bool saved = true;
-    if (ApplyEnabled()) {
-        const std::wstring name = m_projects.GetProjectName(m_nProjectId, true, true);
-        const SPrompt question{SettingsModifiedQuestion(name), L"", EPromptButtons::YesNo,
-                               EPromptIcon::Question, EPromptAnswer::Yes};
-        if (m_prompter.Ask(question) == EPromptAnswer::Yes)
-            saved = m_settings->Save();
-    }
-    m_settings.reset();
-    m_rows.clear();
-    return saved;
+std::wstring CSettingsEditor::CloseQuestion() const {
+    return PageModifiedQuestion(m_projects.GetProjectName(m_nProjectId, true, true), L"settings");
+}
+
+void CSettingsEditor::Discard() {
+    Open(m_nProjectId, m_nApplication, m_nSection);
 }
 
 std::wstring CSettingsEditor::HelpTopic() const {

@@ -5,6 +5,7 @@
 #pragma once
 
 #include "contents/ProjectSettingsBase.h"
+#include "editors/PageEditor.h"
 #include "store/GeneralSettings.h"
 #include "store/ProjectRegistry.h"
 #include "store/Prompter.h"
@@ -48,7 +49,7 @@ struct SSettingsRow {
     std::optional<SRgb> background;
 };
 
-class CSettingsEditor {
+class CSettingsEditor : public CPageEditor {
 public:
     static constexpr SRgb kSubHeadingBackground{212, 208, 200};
 
@@ -66,7 +67,7 @@ public:
     const std::wstring& Header() const { return m_strHeader; }
     const std::vector<SSettingsRow>& Rows() const { return m_rows; }
     // Apply is enabled exactly while something is unsaved.
-    bool ApplyEnabled() const;
+    bool ApplyEnabled() const override;
 
     // Stores the text of a changed cell by the variable's kind and shows the
     // stored value again. False when the row is a sub-heading, does not
@@ -78,12 +79,8 @@ public:
     // nothing is open.
     bool RestoreDefaults();
 
-    // Saves the changed variables; false when the file cannot be written.
-    bool Apply();
-
-    // The view is closing: a modified editor asks whether to save (Yes saves,
-    // No discards). False only when a save was wanted and failed.
-    bool Close();
+    // Saves the changed variables; says so when the file cannot be written.
+    bool Apply() override;
 
     // The topic of this editor's help page; empty where there is none.
     std::wstring HelpTopic() const;
@@ -93,12 +90,15 @@ public:
     int Section() const { return m_nSection; }
     const CVX2D_GeneralSettings& General() const { return m_general; }
 
+protected:
+    std::wstring CloseQuestion() const override;
+    void Discard() override;
+
 private:
     SSettingsRow MakeRow(const CVX2D_ProjectSettingsBase::CVariable& variable) const;
     CVX2D_ProjectSettingsBase::CSection* TheSection();
 
     const CVX2D_ProjectRegistry& m_projects;
-    IPrompter& m_prompter;
     std::int32_t m_nProjectId = 0;
     int m_nApplication = 0;
     int m_nSection = -1;
@@ -121,9 +121,6 @@ std::vector<std::wstring> DoubleLineSizes(int displayedUnits);
 // any letter case. Empty for a standard id below 1.
 std::vector<std::wstring> DrawingTemplateTitles(std::int32_t projectId,
                                                 const std::wstring& templatesFolder);
-
-// The close question of a modified editor.
-std::wstring SettingsModifiedQuestion(const std::wstring& standardName);
 
 // Puts the variables of one section (of every section for -1) back to the
 // catalogue defaults of the standard's working units, then derives the

@@ -21,24 +21,19 @@ std::wstring ScopeText(ESpecScope scope) {
 
 } // namespace
 
-std::wstring SpecsModifiedQuestion(const std::wstring& standardName) {
-    return L"Standard '" + standardName +
-           L"' specs have been modified.\n\nDo you want to save your changes?";
-}
-
 CSpecsEditor::CSpecsEditor(const CVX2D_ProjectRegistry& projects, IPrompter& prompter)
-    : m_projects(projects), m_prompter(prompter) {}
+    : CPageEditor(prompter), m_projects(projects) {}
 
 bool CSpecsEditor::Open(std::int32_t projectId) {
     m_nProjectId = projectId;
     m_strName = m_projects.GetProjectName(projectId, true, true);
     m_strHeader = L"Specs - " + m_strName;
+    m_rows.clear();
+    m_saved.clear();
     return Reload();
 }
 
-bool CSpecsEditor::Reload() {
-    m_rows.clear();
-    m_saved.clear();
+bool CSpecsEditor::Reload(bool tell) {
     const CVX2D_ProjectSpecs specs(m_projects);
     std::vector<SSpecInfo> registered;
     std::vector<std::int32_t> checkedIds;
@@ -47,9 +42,10 @@ bool CSpecsEditor::Reload() {
     if (read == eSpecOk)
         read = specs.GetCheckedSpecs(m_nProjectId, checkedIds, checkedNames);
     if (read != eSpecOk) {
-        m_prompter.Show(fmt::format(L"Error reading the specs of standard '{}'.\n\n{}", m_strName,
-                                    CVX2D_ProjectSpecs::GetErrorText(read)),
-                        EPromptIcon::Stop);
+        if (tell)
+            m_prompter.Show(fmt::format(L"Error reading the specs of standard '{}'.\n\n{}",
+                                        m_strName, CVX2D_ProjectSpecs::GetErrorText(read)),
+                            EPromptIcon::Stop);
         return false;
     }
     std::int32_t clientId = 0;
@@ -57,6 +53,7 @@ bool CSpecsEditor::Reload() {
     if (!CVX2D_ClientRegistry(m_projects.Datafiles())
              .FindClientOfProject(m_nProjectId, clientId, clientName))
         clientId = 0;
+    std::vector<SSpecRow> rows;
     auto isChecked = [&](std::int32_t id) {
         return std::find(checkedIds.begin(), checkedIds.end(), id) != checkedIds.end();
     };
@@ -66,16 +63,18 @@ bool CSpecsEditor::Reload() {
         if ((spec.scope == eSpecClient && (clientId == 0 || spec.ownerId != clientId)) ||
             (spec.scope == eSpecProject && spec.ownerId != m_nProjectId))
             continue;
-        m_rows.push_back({spec.id, spec.name, ScopeText(spec.scope), true, isChecked(spec.id)});
+        rows.push_back({spec.id, spec.name, ScopeText(spec.scope), true, isChecked(spec.id)});
     }
     for (std::size_t i = 0; i < checkedIds.size(); ++i) {
         const std::int32_t id = checkedIds[i];
-        const bool shown = std::any_of(m_rows.begin(), m_rows.end(),
+        const bool shown = std::any_of(rows.begin(), rows.end(),
                                        [id](const SSpecRow& row) { return row.id == id; });
         // A damaged key (id 0) cannot be unchecked by id either.
         if (id > 0 && !shown)
-            m_rows.push_back({id, checkedNames[i], L"Not in the register", false, true});
+            rows.push_back({id, checkedNames[i], L"Not in the register", false, true});
     }
+    m_rows = std::move(rows);
+    m_saved.clear();
     for (const auto& row : m_rows)
         m_saved.push_back(row.checked);
     return true;
@@ -105,7 +104,9 @@ bool CSpecsEditor::Apply() {
             continue;
         const ESpecResult result = row.checked ? specs.CheckSpec(m_nProjectId, row.id)
                                                : specs.UncheckSpec(m_nProjectId, row.id);
-        if (result != eSpecOk) {
+        if (result == eSpecOk) {
+            m_saved[i] = row.checked;
+        } else {
             ok = false;
             m_prompter.Show(fmt::format(L"Error {} spec '{}' for standard '{}'.\n\n{}",
                                         row.checked ? L"checking" : L"unchecking", row.name,
@@ -113,22 +114,31 @@ bool CSpecsEditor::Apply() {
                             EPromptIcon::Stop);
         }
     }
-    // Show what the file holds now, whatever failed.
-    Reload();
+    // Show what the file holds now; a check that could not be saved stays
+    // as the user left it, for another try. What made the save fail would
+    // mostly fail the reading too, and has been told already.
+    std::vector<SSpecRow> unsaved;
+    for (std::size_t i = 0; i < m_rows.size(); ++i) {
+        if (m_rows[i].checked != m_saved[i])
+            unsaved.push_back(m_rows[i]);
+    }
+    if (Reload(ok)) {
+        for (const SSpecRow& kept : unsaved) {
+            for (SSpecRow& row : m_rows) {
+                if (row.id == kept.id)
+                    row.checked = kept.checked;
+            }
+        }
+    }
     return ok;
 }
 
-bool CSpecsEditor::Close() {
-    bool saved = true;
-    if (ApplyEnabled()) {
-        const SPrompt question{SpecsModifiedQuestion(m_strName), L"", EPromptButtons::YesNo,
-                               EPromptIcon::Question, EPromptAnswer::Yes};
-        if (m_prompter.Ask(question) == EPromptAnswer::Yes)
-            saved = Apply();
-    }
-    m_rows.clear();
-    m_saved.clear();
-    return saved;
+std::wstring CSpecsEditor::CloseQuestion() const {
+    return PageModifiedQuestion(m_strName, L"specs");
+}
+
+void CSpecsEditor::Discard() {
+    Reload();
 }
 
 std::wstring CSpecsEditor::HelpTopic() const {

@@ -3,6 +3,7 @@
 // when that spec is in the standard's "Specs.ini". Checks are kept until Apply.
 #pragma once
 
+#include "editors/PageEditor.h"
 #include "store/ProjectRegistry.h"
 #include "store/Prompter.h"
 
@@ -21,10 +22,7 @@ struct SSpecRow {
     bool checked = false;
 };
 
-// The close question of a modified specs page.
-std::wstring SpecsModifiedQuestion(const std::wstring& standardName);
-
-class CSpecsEditor {
+class CSpecsEditor : public CPageEditor {
 public:
     CSpecsEditor(const CVX2D_ProjectRegistry& projects, IPrompter& prompter);
 
@@ -43,24 +41,27 @@ public:
     bool SetChecked(std::size_t row, bool checked);
 
     // Apply is enabled exactly while a check differs from the file.
-    bool ApplyEnabled() const;
-    // Checks and unchecks what changed, then shows the file again. False
-    // when any of them failed (each failure is shown).
-    bool Apply();
-    // The view is closing: a modified page asks whether to save (Yes saves,
-    // No discards). False only when a save was wanted and failed.
-    bool Close();
+    bool ApplyEnabled() const override;
+    // Checks and unchecks what changed, then shows the file again with the
+    // changes that failed still made. False when any of them failed (each
+    // failure is shown).
+    bool Apply() override;
 
     // "::/Specs.htm".
     std::wstring HelpTopic() const;
 
     std::int32_t ProjectId() const { return m_nProjectId; }
 
+protected:
+    std::wstring CloseQuestion() const override;
+    void Discard() override;
+
 private:
-    bool Reload();
+    // Reads the rows afresh; keeps them as they are when that fails, and
+    // says so when `tell` is set.
+    bool Reload(bool tell = true);
 
     const CVX2D_ProjectRegistry& m_projects;
-    IPrompter& m_prompter;
     std::int32_t m_nProjectId = 0;
     std::wstring m_strName;
     std::wstring m_strHeader;
