@@ -1,9 +1,7 @@
 #include "gui/BordersFormView.h"
 
-#include "gui/MainFrame.h"
 #include "gui/QtText.h"
 
-#include <QHBoxLayout>
 #include <QHeaderView>
 #include <QLineEdit>
 #include <QSignalBlocker>
@@ -27,53 +25,35 @@ constexpr EBorderColumn kColumns[] = {EBorderColumn::Border, EBorderColumn::Limi
 
 CBordersFormView::CBordersFormView(CDeskCore& core, CMainFrame& frame, std::int32_t standardId,
                                    QWidget* parent)
-    : CPageView(parent), m_core(core), m_frame(frame), m_editor(core.projects, core.prompter),
-      m_grid(new QTableWidget(this)), m_folder(new QLabel(this)),
-      m_restore(new QPushButton(tr("Restore Defaults"), this)),
-      m_apply(new QPushButton(tr("Apply"), this)), m_help(new QPushButton(tr("Help..."), this)) {
+    : CPageView(core, frame, parent), m_editor(core.projects, core.prompter),
+      m_grid(new QTableWidget(this)), m_folder(new QLabel(this)) {
     setObjectName(QStringLiteral("bordersFormView"));
     m_grid->setObjectName(QStringLiteral("bordersGrid"));
     m_folder->setObjectName(QStringLiteral("bordersFolderLabel"));
-    m_restore->setObjectName(QStringLiteral("restoreDefaultsButton"));
-    m_apply->setObjectName(QStringLiteral("applyButton"));
-    m_help->setObjectName(QStringLiteral("helpButton"));
+    SetEditor(m_editor);
     m_editor.Open(standardId);
 
-    auto* header = new QLabel(tr("Border Settings"), this);
-    QFont bold = header->font();
-    bold.setBold(true);
-    bold.setPointSizeF(bold.pointSizeF() * 1.2);
-    header->setFont(bold);
     m_folder->setWordWrap(true);
     m_folder->setTextInteractionFlags(Qt::TextSelectableByMouse);
+    auto* restore = new QPushButton(tr("Restore Defaults"), this);
+    restore->setObjectName(QStringLiteral("restoreDefaultsButton"));
 
     auto* layout = new QVBoxLayout(this);
-    layout->addWidget(header);
+    layout->addWidget(MakeHeader(tr("Border Settings")));
     layout->addWidget(m_grid, 1);
     layout->addWidget(m_folder);
-    auto* buttons = new QHBoxLayout;
-    buttons->addWidget(m_restore);
-    buttons->addStretch(1);
-    buttons->addWidget(m_apply);
-    buttons->addWidget(m_help);
-    layout->addLayout(buttons);
+    layout->addLayout(MakeButtons({restore}));
 
     connect(m_grid, &QTableWidget::itemChanged, this, [this](QTableWidgetItem* item) {
         const int column = item->column() - 1;
         if (!m_busy && column >= 0 && column < kBorderColumnCount)
             Commit(item->row(), static_cast<EBorderColumn>(column), item->text());
     });
-    connect(m_restore, &QPushButton::clicked, this, [this] {
+    connect(restore, &QPushButton::clicked, this, [this] {
         m_editor.RestoreDefaults();
-        Update();
-        emit Modified();
+        Refresh();
+        Edited();
     });
-    connect(m_apply, &QPushButton::clicked, this, [this] {
-        m_editor.Apply();
-        Update();
-    });
-    connect(m_help, &QPushButton::clicked, this,
-            [this] { m_frame.ShowHelp(CBordersEditor::kHelpTopic); });
     Build();
 }
 
@@ -116,7 +96,7 @@ void CBordersFormView::Build() {
     }
     m_busy = false;
     FillDrawingLists();
-    Update();
+    Refresh();
     m_grid->resizeColumnsToContents();
     m_grid->horizontalHeader()->setSectionResizeMode(QHeaderView::Stretch);
     m_grid->horizontalHeader()->setSectionResizeMode(0, QHeaderView::ResizeToContents);
@@ -157,7 +137,7 @@ void CBordersFormView::FillDrawingLists() {
     m_busy = busy;
 }
 
-void CBordersFormView::Update() {
+void CBordersFormView::Refresh() {
     const bool busy = m_busy;
     m_busy = true;
     const auto& rows = m_editor.Rows();
@@ -181,7 +161,6 @@ void CBordersFormView::Update() {
             }
         }
     }
-    m_apply->setEnabled(m_editor.ApplyEnabled());
     m_busy = busy;
 }
 
@@ -191,22 +170,16 @@ void CBordersFormView::Commit(int row, EBorderColumn column, const QString& text
     m_busy = true;
     const std::wstring& shown =
         m_editor.Rows()[static_cast<std::size_t>(row)].texts[static_cast<int>(column)];
-    if (W(text) != shown) {
-        m_editor.SetCellText(static_cast<std::size_t>(row), column, W(text));
-        emit Modified();
-    }
+    const bool changed =
+        W(text) != shown && m_editor.SetCellText(static_cast<std::size_t>(row), column, W(text));
     m_busy = false;
-    Update();
+    Refresh();
+    if (changed)
+        Edited();
 }
 
 void CBordersFormView::showEvent(QShowEvent* event) {
     CPageView::showEvent(event);
     if (m_editor.RefreshDrawingFiles())
         FillDrawingLists();
-}
-
-bool CBordersFormView::CanClose() {
-    const bool closed = m_editor.Close();
-    Update();
-    return closed;
 }

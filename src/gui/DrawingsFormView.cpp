@@ -1,6 +1,5 @@
 #include "gui/DrawingsFormView.h"
 
-#include "gui/MainFrame.h"
 #include "gui/QtText.h"
 
 #include <QApplication>
@@ -82,7 +81,7 @@ QStringList CDrawingsListCtrl::SelectedNames() const {
 
 CDrawingsFormView::CDrawingsFormView(CDeskCore& core, CMainFrame& frame, std::int32_t standardId,
                                      int application, QWidget* parent)
-    : QWidget(parent), m_core(core), m_frame(frame),
+    : CPageView(core, frame, parent),
       m_manager(core.projects, core.installation, core.profile, core.prompter),
       m_list(new CDrawingsListCtrl(this)) {
     setObjectName(QStringLiteral("drawingsFormView"));

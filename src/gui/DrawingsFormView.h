@@ -3,13 +3,11 @@
 #pragma once
 
 #include "editors/DrawingsManager.h"
-#include "gui/DeskCore.h"
+#include "gui/PageView.h"
 
 #include <QAction>
 #include <QStyledItemDelegate>
 #include <QTreeWidget>
-
-class CMainFrame;
 
 class CDrawingsListCtrl : public QTreeWidget {
     Q_OBJECT
@@ -18,7 +16,7 @@ public:
     QStringList SelectedNames() const;
 };
 
-class CDrawingsFormView : public QWidget {
+class CDrawingsFormView : public CPageView {
     Q_OBJECT
 public:
     CDrawingsFormView(CDeskCore& core, CMainFrame& frame, std::int32_t standardId, int application,
@@ -39,8 +37,6 @@ private:
     void OpenSelected();
     bool Progress(int number, int count, const std::wstring& source, const std::wstring& target);
 
-    CDeskCore& m_core;
-    CMainFrame& m_frame;
     CDrawingsManager m_manager;
     CDrawingsListCtrl* m_list;
     std::map<QString, QAction*> m_actions;

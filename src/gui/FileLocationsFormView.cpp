@@ -4,24 +4,15 @@
 #include "gui/QtText.h"
 
 #include <QGridLayout>
-#include <QHBoxLayout>
-#include <QLabel>
+#include <QPushButton>
 #include <QVBoxLayout>
 
 CFileLocationsFormView::CFileLocationsFormView(CDeskCore& core, CMainFrame& frame,
                                                std::int32_t standardId, QWidget* parent)
-    : CPageView(parent), m_core(core), m_frame(frame), m_editor(core.projects, core.prompter),
-      m_apply(new QPushButton(tr("Apply"), this)), m_help(new QPushButton(tr("Help..."), this)) {
+    : CPageView(core, frame, parent), m_editor(core.projects, core.prompter) {
     setObjectName(QStringLiteral("fileLocationsFormView"));
-    m_apply->setObjectName(QStringLiteral("applyButton"));
-    m_help->setObjectName(QStringLiteral("helpButton"));
+    SetEditor(m_editor);
     m_editor.Open(standardId);
-
-    auto* header = new QLabel(tr("File Locations"), this);
-    QFont bold = header->font();
-    bold.setBold(true);
-    bold.setPointSizeF(bold.pointSizeF() * 1.2);
-    header->setFont(bold);
 
     auto* grid = new QGridLayout;
     grid->setColumnStretch(1, 1);
@@ -47,23 +38,12 @@ CFileLocationsFormView::CFileLocationsFormView(CDeskCore& core, CMainFrame& fram
     }
 
     auto* layout = new QVBoxLayout(this);
-    layout->addWidget(header);
+    layout->addWidget(MakeHeader(tr("File Locations")));
     layout->addSpacing(8);
     layout->addLayout(grid);
     layout->addStretch(1);
-    auto* buttons = new QHBoxLayout;
-    buttons->addStretch(1);
-    buttons->addWidget(m_apply);
-    buttons->addWidget(m_help);
-    layout->addLayout(buttons);
-
-    connect(m_apply, &QPushButton::clicked, this, [this] {
-        m_editor.Apply();
-        Update();
-    });
-    connect(m_help, &QPushButton::clicked, this,
-            [this] { m_frame.ShowHelp(CFileLocationsEditor::kHelpTopic); });
-    Update();
+    layout->addLayout(MakeButtons());
+    Refresh();
 }
 
 void CFileLocationsFormView::Commit(int row, const QString& text) {
@@ -71,11 +51,11 @@ void CFileLocationsFormView::Commit(int row, const QString& text) {
         return;
     m_committing = true;
     const auto& shown = m_editor.Rows()[static_cast<std::size_t>(row)].folder;
-    if (W(text) != shown) {
-        m_editor.SetFolder(static_cast<std::size_t>(row), W(text));
-        emit Modified();
-    }
-    Update();
+    const bool changed =
+        W(text) != shown && m_editor.SetFolder(static_cast<std::size_t>(row), W(text));
+    Refresh();
+    if (changed)
+        Edited();
     m_committing = false;
 }
 
@@ -87,7 +67,7 @@ void CFileLocationsFormView::Browse(int row) {
         Commit(row, folder);
 }
 
-void CFileLocationsFormView::Update() {
+void CFileLocationsFormView::Refresh() {
     const auto& rows = m_editor.Rows();
     for (std::size_t i = 0; i < rows.size() && i < m_edits.size(); ++i) {
         m_edits[i]->setText(Q(rows[i].folder));
@@ -97,11 +77,4 @@ void CFileLocationsFormView::Update() {
         font.setBold(rows[i].changed);
         m_edits[i]->setFont(font);
     }
-    m_apply->setEnabled(m_editor.ApplyEnabled());
-}
-
-bool CFileLocationsFormView::CanClose() {
-    const bool closed = m_editor.Close();
-    Update();
-    return closed;
 }

@@ -3,14 +3,10 @@
 #pragma once
 
 #include "editors/FileLocationsEditor.h"
-#include "gui/DeskCore.h"
 #include "gui/PageView.h"
 
 #include <QLineEdit>
-#include <QPushButton>
 #include <vector>
-
-class CMainFrame;
 
 class CFileLocationsFormView : public CPageView {
     Q_OBJECT
@@ -19,24 +15,18 @@ public:
                            QWidget* parent = nullptr);
 
     CFileLocationsEditor& Editor() { return m_editor; }
-    // The view is closing: asks about unsaved changes. False keeps it open.
-    bool CanClose() override;
 
-signals:
-    void Modified();
+protected:
+    std::wstring HelpTopic() const override { return CFileLocationsEditor::kHelpTopic; }
+    void Refresh() override;
 
 private:
     // Hands a typed or browsed folder to the editor and shows what it kept.
     void Commit(int row, const QString& text);
     void Browse(int row);
-    void Update();
 
-    CDeskCore& m_core;
-    CMainFrame& m_frame;
     CFileLocationsEditor m_editor;
     std::vector<QLineEdit*> m_edits;
-    QPushButton* m_apply;
-    QPushButton* m_help;
     // A question box takes the focus and would end the edit a second time.
     bool m_committing = false;
 };

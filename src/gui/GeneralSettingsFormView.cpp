@@ -1,10 +1,10 @@
 #include "gui/GeneralSettingsFormView.h"
 
-#include "gui/MainFrame.h"
 #include "gui/QtText.h"
 
+#include <QComboBox>
 #include <QFormLayout>
-#include <QHBoxLayout>
+#include <QLineEdit>
 #include <QSignalBlocker>
 #include <QVBoxLayout>
 
@@ -30,18 +30,10 @@ QString FieldName(EGeneralField field) {
 
 CGeneralSettingsFormView::CGeneralSettingsFormView(CDeskCore& core, CMainFrame& frame,
                                                    std::int32_t standardId, QWidget* parent)
-    : CPageView(parent), m_core(core), m_frame(frame), m_editor(core.projects, core.prompter),
-      m_apply(new QPushButton(tr("Apply"), this)), m_help(new QPushButton(tr("Help..."), this)) {
+    : CPageView(core, frame, parent), m_editor(core.projects, core.prompter) {
     setObjectName(QStringLiteral("generalSettingsFormView"));
-    m_apply->setObjectName(QStringLiteral("applyButton"));
-    m_help->setObjectName(QStringLiteral("helpButton"));
+    SetEditor(m_editor);
     m_editor.Open(standardId);
-
-    auto* header = new QLabel(tr("General Settings"), this);
-    QFont bold = header->font();
-    bold.setBold(true);
-    bold.setPointSizeF(bold.pointSizeF() * 1.2);
-    header->setFont(bold);
 
     auto* form = new QFormLayout;
     form->setFieldGrowthPolicy(QFormLayout::FieldsStayAtSizeHint);
@@ -62,8 +54,8 @@ CGeneralSettingsFormView::CGeneralSettingsFormView(CDeskCore& core, CMainFrame& 
             const EGeneralField which = row.field;
             connect(combo, &QComboBox::currentIndexChanged, this, [this, which](int index) {
                 m_editor.Choose(which, index);
-                Update();
-                emit Modified();
+                Refresh();
+                Edited();
             });
             field = combo;
         }
@@ -73,26 +65,15 @@ CGeneralSettingsFormView::CGeneralSettingsFormView(CDeskCore& core, CMainFrame& 
     }
 
     auto* layout = new QVBoxLayout(this);
-    layout->addWidget(header);
+    layout->addWidget(MakeHeader(tr("General Settings")));
     layout->addSpacing(8);
     layout->addLayout(form);
     layout->addStretch(1);
-    auto* buttons = new QHBoxLayout;
-    buttons->addStretch(1);
-    buttons->addWidget(m_apply);
-    buttons->addWidget(m_help);
-    layout->addLayout(buttons);
-
-    connect(m_apply, &QPushButton::clicked, this, [this] {
-        m_editor.Apply();
-        Update();
-    });
-    connect(m_help, &QPushButton::clicked, this,
-            [this] { m_frame.ShowHelp(CGeneralSettingsEditor::kHelpTopic); });
-    Update();
+    layout->addLayout(MakeButtons());
+    Refresh();
 }
 
-void CGeneralSettingsFormView::Update() {
+void CGeneralSettingsFormView::Refresh() {
     const auto& rows = m_editor.Rows();
     for (std::size_t i = 0; i < rows.size() && i < m_fields.size(); ++i) {
         if (auto* combo = qobject_cast<QComboBox*>(m_fields[i])) {
@@ -102,11 +83,4 @@ void CGeneralSettingsFormView::Update() {
             edit->setText(Q(rows[i].text));
         }
     }
-    m_apply->setEnabled(m_editor.ApplyEnabled());
-}
-
-bool CGeneralSettingsFormView::CanClose() {
-    const bool closed = m_editor.Close();
-    Update();
-    return closed;
 }

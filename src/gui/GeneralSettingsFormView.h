@@ -3,16 +3,9 @@
 #pragma once
 
 #include "editors/GeneralSettingsEditor.h"
-#include "gui/DeskCore.h"
 #include "gui/PageView.h"
 
-#include <QComboBox>
-#include <QLabel>
-#include <QLineEdit>
-#include <QPushButton>
 #include <vector>
-
-class CMainFrame;
 
 class CGeneralSettingsFormView : public CPageView {
     Q_OBJECT
@@ -21,20 +14,13 @@ public:
                              QWidget* parent = nullptr);
 
     CGeneralSettingsEditor& Editor() { return m_editor; }
-    // The view is closing: asks about unsaved changes. False keeps it open.
-    bool CanClose() override;
 
-signals:
-    void Modified();
+protected:
+    std::wstring HelpTopic() const override { return CGeneralSettingsEditor::kHelpTopic; }
+    void Refresh() override;
 
 private:
-    void Update();
-
-    CDeskCore& m_core;
-    CMainFrame& m_frame;
     CGeneralSettingsEditor m_editor;
     // One per editor row: a combo box for a list, a read-only edit otherwise.
     std::vector<QWidget*> m_fields;
-    QPushButton* m_apply;
-    QPushButton* m_help;
 };

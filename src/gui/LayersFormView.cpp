@@ -1,13 +1,11 @@
 #include "gui/LayersFormView.h"
 
-#include "gui/MainFrame.h"
 #include "gui/QtText.h"
 
 #include <QButtonGroup>
 #include <QComboBox>
 #include <QDialogButtonBox>
 #include <QGridLayout>
-#include <QHBoxLayout>
 #include <QHeaderView>
 #include <QPainter>
 #include <QToolButton>
@@ -146,19 +144,13 @@ int CColorIndexDialog::Pick(QWidget* parent, int index) {
 
 CLayersFormView::CLayersFormView(CDeskCore& core, CMainFrame& frame, std::int32_t standardId,
                                  int application, QWidget* parent)
-    : CPageView(parent), m_core(core), m_frame(frame), m_editor(core.projects, core.prompter),
-      m_header(new QLabel(this)), m_grid(new QTableWidget(this)),
-      m_restore(new QPushButton(tr("Restore Defaults"), this)),
-      m_apply(new QPushButton(tr("Apply"), this)), m_help(new QPushButton(tr("Help..."), this)) {
+    : CPageView(core, frame, parent), m_editor(core.projects, core.prompter),
+      m_header(MakeHeader()), m_grid(new QTableWidget(this)),
+      m_restore(new QPushButton(tr("Restore Defaults"), this)) {
     setObjectName(QStringLiteral("layersFormView"));
     m_grid->setObjectName(QStringLiteral("layersGrid"));
     m_restore->setObjectName(QStringLiteral("restoreDefaultsButton"));
-    m_apply->setObjectName(QStringLiteral("applyButton"));
-    m_help->setObjectName(QStringLiteral("helpButton"));
-    QFont bold = m_header->font();
-    bold.setBold(true);
-    bold.setPointSizeF(bold.pointSizeF() * 1.2);
-    m_header->setFont(bold);
+    SetEditor(m_editor);
 
     m_grid->setColumnCount(kColumns);
     m_grid->setHorizontalHeaderLabels(
@@ -174,34 +166,24 @@ CLayersFormView::CLayersFormView(CDeskCore& core, CMainFrame& frame, std::int32_
     auto* layout = new QVBoxLayout(this);
     layout->addWidget(m_header);
     layout->addWidget(m_grid, 1);
-    auto* buttons = new QHBoxLayout;
-    buttons->addWidget(m_restore);
-    buttons->addStretch(1);
-    buttons->addWidget(m_apply);
-    buttons->addWidget(m_help);
-    layout->addLayout(buttons);
+    layout->addLayout(MakeButtons({m_restore}));
 
-    connect(m_apply, &QPushButton::clicked, this, [this] {
-        m_editor.Apply();
-        Fill();
-    });
     connect(m_restore, &QPushButton::clicked, this, [this] {
         m_editor.RestoreDefaults();
-        Fill();
-        emit Modified();
+        Refresh();
+        Edited();
     });
-    connect(m_help, &QPushButton::clicked, this,
-            [this] { m_frame.ShowHelp(m_editor.HelpTopic()); });
     connect(m_grid, &QTableWidget::itemChanged, this, [this](QTableWidgetItem* item) {
         if (!m_filling && item->column() == static_cast<int>(ELayerColumn::Name))
             SetCellText(item->row(), ELayerColumn::Name, item->text());
     });
 
     m_editor.Open(standardId, application);
-    Fill();
+    Refresh();
+    UpdateApply();
 }
 
-void CLayersFormView::Fill() {
+void CLayersFormView::Refresh() {
     m_filling = true;
     m_header->setText(Q(m_editor.Header()));
     const int count = static_cast<int>(m_editor.Rows().size());
@@ -247,7 +229,6 @@ void CLayersFormView::Fill() {
     m_grid->resizeColumnToContents(static_cast<int>(ELayerColumn::Description));
     for (int column = static_cast<int>(ELayerColumn::Color); column < kColumns; ++column)
         m_grid->setColumnWidth(column, 160);
-    m_apply->setEnabled(m_editor.ApplyEnabled());
     m_restore->setEnabled(count > 0);
 }
 
@@ -273,8 +254,7 @@ void CLayersFormView::UpdateRow(int row) {
 
 void CLayersFormView::Changed(int row) {
     UpdateRow(row);
-    m_apply->setEnabled(m_editor.ApplyEnabled());
-    emit Modified();
+    Edited();
 }
 
 void CLayersFormView::SetCellText(int row, ELayerColumn column, const QString& text) {
@@ -297,11 +277,4 @@ void CLayersFormView::PickColor(int row) {
         CColorIndexDialog::Pick(this, m_editor.Rows()[static_cast<std::size_t>(row)].color.index);
     if (index > 0)
         SetColorIndex(row, index);
-}
-
-bool CLayersFormView::CanClose() {
-    const bool close = m_editor.Close();
-    // Another page may still keep the window open.
-    Fill();
-    return close;
 }

@@ -4,15 +4,11 @@
 #pragma once
 
 #include "editors/LayersEditor.h"
-#include "gui/DeskCore.h"
 #include "gui/PageView.h"
 
 #include <QDialog>
-#include <QLabel>
-#include <QPushButton>
 #include <QTableWidget>
 
-class CMainFrame;
 class QButtonGroup;
 
 // The AutoCAD Color Index as a grid of swatches: the 240 hues and shades,
@@ -43,29 +39,23 @@ public:
 
     CLayersEditor& Editor() { return m_editor; }
     QTableWidget* Grid() const { return m_grid; }
-    // The view is closing: asks about unsaved changes. False keeps it open.
-    bool CanClose() override;
     // Puts a typed or picked text into a cell, as the cell would.
     void SetCellText(int row, ELayerColumn column, const QString& text);
     // What the colour picker answered for a row.
     void SetColorIndex(int row, int index);
 
-signals:
-    void Modified();
+protected:
+    std::wstring HelpTopic() const override { return m_editor.HelpTopic(); }
+    void Refresh() override;
 
 private:
-    void Fill();
     void UpdateRow(int row);
     void Changed(int row);
     void PickColor(int row);
 
-    CDeskCore& m_core;
-    CMainFrame& m_frame;
     CLayersEditor m_editor;
     QLabel* m_header;
     QTableWidget* m_grid;
     QPushButton* m_restore;
-    QPushButton* m_apply;
-    QPushButton* m_help;
     bool m_filling = false;
 };

@@ -1,9 +1,7 @@
 #include "gui/LinesFormView.h"
 
-#include "gui/MainFrame.h"
 #include "gui/QtText.h"
 
-#include <QHBoxLayout>
 #include <QHeaderView>
 #include <QTimer>
 #include <QVBoxLayout>
@@ -18,22 +16,17 @@ constexpr int kStateColumn = 2;
 
 CLinesFormView::CLinesFormView(CDeskCore& core, CMainFrame& frame, std::int32_t standardId,
                                QWidget* parent)
-    : CPageView(parent), m_core(core), m_frame(frame), m_editor(core.projects, core.prompter),
-      m_header(new QLabel(this)), m_grid(new QTableWidget(this)),
+    : CPageView(core, frame, parent), m_editor(core.projects, core.prompter),
+      m_header(MakeHeader()), m_grid(new QTableWidget(this)),
       m_new(new QPushButton(tr("New Line"), this)), m_delete(new QPushButton(tr("Delete"), this)),
       m_recover(new QPushButton(tr("Recover"), this)),
-      m_rename(new QPushButton(tr("Rename"), this)), m_help(new QPushButton(tr("Help..."), this)) {
+      m_rename(new QPushButton(tr("Rename"), this)) {
     setObjectName(QStringLiteral("linesFormView"));
     m_grid->setObjectName(QStringLiteral("linesGrid"));
     m_new->setObjectName(QStringLiteral("newButton"));
     m_delete->setObjectName(QStringLiteral("deleteButton"));
     m_recover->setObjectName(QStringLiteral("recoverButton"));
     m_rename->setObjectName(QStringLiteral("renameButton"));
-    m_help->setObjectName(QStringLiteral("helpButton"));
-    QFont bold = m_header->font();
-    bold.setBold(true);
-    bold.setPointSizeF(bold.pointSizeF() * 1.2);
-    m_header->setFont(bold);
 
     m_grid->setColumnCount(3);
     m_grid->setHorizontalHeaderLabels({tr("Line"), tr("Id"), tr("State")});
@@ -54,12 +47,7 @@ CLinesFormView::CLinesFormView(CDeskCore& core, CMainFrame& frame, std::int32_t 
     auto* layout = new QVBoxLayout(this);
     layout->addWidget(m_header);
     layout->addWidget(m_grid, 1);
-    auto* buttons = new QHBoxLayout;
-    buttons->addWidget(note);
-    buttons->addStretch(1);
-    for (QPushButton* button : {m_new, m_delete, m_recover, m_rename, m_help})
-        buttons->addWidget(button);
-    layout->addLayout(buttons);
+    layout->addLayout(MakeButtons({note}, {m_new, m_delete, m_recover, m_rename}));
 
     connect(m_new, &QPushButton::clicked, this, [this] {
         const std::int32_t lineId = m_editor.CreateLine();
@@ -84,8 +72,6 @@ CLinesFormView::CLinesFormView(CDeskCore& core, CMainFrame& frame, std::int32_t 
         if (QTableWidgetItem* item = m_grid->item(m_grid->currentRow(), kNameColumn))
             m_grid->editItem(item);
     });
-    connect(m_help, &QPushButton::clicked, this,
-            [this] { m_frame.ShowHelp(m_editor.HelpTopic()); });
     connect(m_grid, &QTableWidget::itemChanged, this, [this](QTableWidgetItem* item) {
         if (!m_filling && item->column() == kNameColumn)
             Rename(item);

@@ -4,14 +4,9 @@
 #pragma once
 
 #include "editors/LinesEditor.h"
-#include "gui/DeskCore.h"
 #include "gui/PageView.h"
 
-#include <QLabel>
-#include <QPushButton>
 #include <QTableWidget>
-
-class CMainFrame;
 
 class CLinesFormView : public CPageView {
     Q_OBJECT
@@ -25,13 +20,14 @@ public:
     std::int32_t CurrentLine() const;
     void SelectLine(std::int32_t lineId);
 
+protected:
+    std::wstring HelpTopic() const override { return m_editor.HelpTopic(); }
+
 private:
     void Fill(std::int32_t select = 0);
     void UpdateButtons();
     void Rename(QTableWidgetItem* item);
 
-    CDeskCore& m_core;
-    CMainFrame& m_frame;
     CLinesEditor m_editor;
     QLabel* m_header;
     QTableWidget* m_grid;
@@ -39,6 +35,5 @@ private:
     QPushButton* m_delete;
     QPushButton* m_recover;
     QPushButton* m_rename;
-    QPushButton* m_help;
     bool m_filling = false;
 };

@@ -17,14 +17,14 @@
 #include <QMdiSubWindow>
 #include <QMenuBar>
 #include <QMessageBox>
-#include <QProgressDialog>
 #include <QToolBar>
 #include <fmt/xchar.h>
 
 CMainFrame::CMainFrame(CDeskCore& core, IFileDialogs& dialogs, QWidget* parent)
     : QMainWindow(parent), m_core(core), m_dialogs(dialogs),
       m_navigator(core.projects, core.clients, core.profile, core.prompter, *this),
-      m_transfer(core.projects, core.profile, core.prompter) {
+      m_transferPrompter(core.prompter),
+      m_transfer(core.projects, core.profile, m_transferPrompter) {
     setObjectName(QStringLiteral("mainFrame"));
     m_documents = new QMdiArea(this);
     m_documents->setObjectName(QStringLiteral("documents"));
@@ -235,19 +235,15 @@ void CMainFrame::ExportStandard(std::int32_t standardId, const std::wstring& nam
                                             Q(m_transfer.ProposedExportFile(name)));
     if (file.isEmpty())
         return;
-    QProgressDialog progress(tr("Exporting standard '%1'...").arg(Q(name)), tr("Cancel"), 0, 0,
-                             this);
-    progress.setWindowModality(Qt::WindowModal);
-    progress.setMinimumDuration(500);
+    const QString text = tr("Exporting standard '%1'...").arg(Q(name));
+    m_transferPrompter.Begin(this, text);
     QApplication::setOverrideCursor(Qt::WaitCursor);
     m_transfer.Export(
         standardId, W(file), [&](std::size_t done, std::size_t total, const std::wstring& entry) {
-            progress.setMaximum(static_cast<int>(total));
-            progress.setValue(static_cast<int>(done));
-            progress.setLabelText(tr("Exporting standard '%1'...\n%2").arg(Q(name), Q(entry)));
-            return !progress.wasCanceled();
+            return m_transferPrompter.Step(done, total, text + QLatin1Char('\n') + Q(entry));
         });
     QApplication::restoreOverrideCursor();
+    m_transferPrompter.End();
 }
 
 void CMainFrame::ImportStandards(std::int32_t clientId) {
@@ -260,16 +256,14 @@ void CMainFrame::ImportStandards(std::int32_t clientId) {
     std::vector<std::wstring> chosen;
     for (const QString& file : files)
         chosen.push_back(W(file));
-    QProgressDialog progress(tr("Importing standards..."), tr("Cancel"), 0, 0, this);
-    progress.setWindowModality(Qt::WindowModal);
-    progress.setMinimumDuration(500);
+    const QString text = tr("Importing standards...");
+    m_transferPrompter.Begin(this, text);
     m_transfer.Import(chosen, clientId, *oldFormat,
                       [&](std::size_t done, std::size_t total, const std::wstring& entry) {
-                          progress.setMaximum(static_cast<int>(total));
-                          progress.setValue(static_cast<int>(done));
-                          progress.setLabelText(tr("Importing standards...\n%1").arg(Q(entry)));
-                          return !progress.wasCanceled();
+                          return m_transferPrompter.Step(done, total,
+                                                         text + QLatin1Char('\n') + Q(entry));
                       });
+    m_transferPrompter.End();
 }
 
 void CMainFrame::OpenStandard(std::int32_t standardId) {
@@ -313,10 +307,12 @@ void CMainFrame::UpdateTitle() {
 }
 
 void CMainFrame::closeEvent(QCloseEvent* event) {
-    m_documents->closeAllSubWindows();
-    if (!m_documents->subWindowList().isEmpty()) {
-        event->ignore();
-        return;
+    for (QMdiSubWindow* window : m_documents->subWindowList()) {
+        if (!window->close()) {
+            m_documents->setActiveSubWindow(window);
+            event->ignore();
+            return;
+        }
     }
     const QRect frame = geometry();
     m_core.profile.SetString(L"Application", L"WindowPosition",

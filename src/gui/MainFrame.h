@@ -6,6 +6,7 @@
 #include "app/StandardTransfer.h"
 #include "gui/DeskCore.h"
 #include "gui/FileDialogs.h"
+#include "gui/ProgressPrompter.h"
 
 #include <QAction>
 #include <QMainWindow>
@@ -43,6 +44,8 @@ public:
     void ShowHelp(const std::wstring& topic);
 
 protected:
+    // Quitting closes every window first; one that stays open (a page kept
+    // after its question) keeps the program running.
     void closeEvent(QCloseEvent* event) override;
 
 private:
@@ -55,6 +58,8 @@ private:
     CDeskCore& m_core;
     IFileDialogs& m_dialogs;
     CNavigatorController m_navigator;
+    // Export and import ask and tell through it, over their progress.
+    CProgressPrompter m_transferPrompter;
     CStandardTransfer m_transfer;
     CNavigatorDlg* m_panel = nullptr;
     QMdiArea* m_documents = nullptr;

@@ -6,9 +6,8 @@
 #include <QComboBox>
 #include <QFontDatabase>
 #include <QFontDialog>
-#include <QHBoxLayout>
 #include <QHeaderView>
-#include <QIntValidator>
+#include <QPushButton>
 #include <QVBoxLayout>
 
 namespace {
@@ -49,51 +48,34 @@ void CSettingsGridCtrl::resizeEvent(QResizeEvent* event) {
 
 CSettingsFormView::CSettingsFormView(CDeskCore& core, CMainFrame& frame, std::int32_t standardId,
                                      int application, int section, QWidget* parent)
-    : CPageView(parent), m_core(core), m_frame(frame), m_editor(core.projects, core.prompter),
-      m_header(new QLabel(this)), m_grid(new CSettingsGridCtrl(this)),
-      m_restore(new QPushButton(tr("Restore Defaults"), this)),
-      m_apply(new QPushButton(tr("Apply"), this)), m_help(new QPushButton(tr("Help..."), this)) {
+    : CPageView(core, frame, parent), m_editor(core.projects, core.prompter),
+      m_header(MakeHeader()), m_grid(new CSettingsGridCtrl(this)),
+      m_restore(new QPushButton(tr("Restore Defaults"), this)) {
     setObjectName(QStringLiteral("settingsFormView"));
     m_restore->setObjectName(QStringLiteral("restoreDefaultsButton"));
-    m_apply->setObjectName(QStringLiteral("applyButton"));
-    m_help->setObjectName(QStringLiteral("helpButton"));
-    QFont bold = m_header->font();
-    bold.setBold(true);
-    bold.setPointSizeF(bold.pointSizeF() * 1.2);
-    m_header->setFont(bold);
+    SetEditor(m_editor);
 
     auto* layout = new QVBoxLayout(this);
     layout->addWidget(m_header);
     layout->addWidget(m_grid, 1);
-    auto* buttons = new QHBoxLayout;
-    buttons->addWidget(m_restore);
-    buttons->addStretch(1);
-    buttons->addWidget(m_apply);
-    buttons->addWidget(m_help);
-    layout->addLayout(buttons);
+    layout->addLayout(MakeButtons({m_restore}));
 
-    connect(m_apply, &QPushButton::clicked, this, [this] {
-        if (!m_editor.Apply())
-            m_core.prompter.Show(L"Error saving the settings of this standard.", EPromptIcon::Stop);
-        Fill();
-    });
     connect(m_restore, &QPushButton::clicked, this, [this] {
         m_editor.RestoreDefaults();
-        Fill();
-        emit Modified();
+        Refresh();
+        Edited();
     });
-    connect(m_help, &QPushButton::clicked, this,
-            [this] { m_frame.ShowHelp(m_editor.HelpTopic()); });
     connect(m_grid, &QTableWidget::itemChanged, this, [this](QTableWidgetItem* item) {
         if (!m_filling && item->column() == 1)
             SetCellText(item->row(), item->text());
     });
 
     m_editor.Open(standardId, application, section);
-    Fill();
+    Refresh();
+    UpdateApply();
 }
 
-void CSettingsFormView::Fill() {
+void CSettingsFormView::Refresh() {
     m_filling = true;
     m_header->setText(Q(m_editor.Header()));
     const auto& rows = m_editor.Rows();
@@ -104,7 +86,6 @@ void CSettingsFormView::Fill() {
     m_filling = false;
     m_grid->FitColumns();
     m_restore->setEnabled(!rows.empty());
-    UpdateApply();
 }
 
 void CSettingsFormView::UpdateRow(int row) {
@@ -162,12 +143,7 @@ void CSettingsFormView::SetCellText(int row, const QString& text) {
         return;
     m_editor.SetCellText(static_cast<std::size_t>(row), W(text));
     UpdateRow(row);
-    UpdateApply();
-    emit Modified();
-}
-
-void CSettingsFormView::UpdateApply() {
-    m_apply->setEnabled(m_editor.ApplyEnabled());
+    Edited();
 }
 
 void CSettingsFormView::PickFont(int row) {
@@ -184,8 +160,4 @@ void CSettingsFormView::PickFolder(int row) {
     const QString folder = m_frame.FileDialogs().Folder(this, tr("Choose a folder"), old);
     if (!folder.isEmpty())
         SetCellText(row, folder);
-}
-
-bool CSettingsFormView::CanClose() {
-    return m_editor.Close();
 }

@@ -3,14 +3,9 @@
 #pragma once
 
 #include "editors/SettingsEditor.h"
-#include "gui/DeskCore.h"
 #include "gui/PageView.h"
 
-#include <QLabel>
-#include <QPushButton>
 #include <QTableWidget>
-
-class CMainFrame;
 
 class CSettingsGridCtrl : public QTableWidget {
     Q_OBJECT
@@ -31,28 +26,21 @@ public:
 
     CSettingsEditor& Editor() { return m_editor; }
     CSettingsGridCtrl* Grid() const { return m_grid; }
-    // The view is closing: asks about unsaved changes. False keeps it open.
-    bool CanClose() override;
     // Puts a typed or picked text into a row, as the cell would.
     void SetCellText(int row, const QString& text);
 
-signals:
-    void Modified();
+protected:
+    std::wstring HelpTopic() const override { return m_editor.HelpTopic(); }
+    void Refresh() override;
 
 private:
-    void Fill();
     void UpdateRow(int row);
-    void UpdateApply();
     void PickFont(int row);
     void PickFolder(int row);
 
-    CDeskCore& m_core;
-    CMainFrame& m_frame;
     CSettingsEditor m_editor;
     QLabel* m_header;
     CSettingsGridCtrl* m_grid;
     QPushButton* m_restore;
-    QPushButton* m_apply;
-    QPushButton* m_help;
     bool m_filling = false;
 };

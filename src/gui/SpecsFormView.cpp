@@ -1,9 +1,7 @@
 #include "gui/SpecsFormView.h"
 
-#include "gui/MainFrame.h"
 #include "gui/QtText.h"
 
-#include <QHBoxLayout>
 #include <QHeaderView>
 #include <QVBoxLayout>
 
@@ -17,21 +15,15 @@ constexpr int kScopeColumn = 2;
 
 CSpecsFormView::CSpecsFormView(CDeskCore& core, CMainFrame& frame, std::int32_t standardId,
                                QWidget* parent)
-    : CPageView(parent), m_core(core), m_frame(frame), m_editor(core.projects, core.prompter),
-      m_header(new QLabel(this)),
+    : CPageView(core, frame, parent), m_editor(core.projects, core.prompter),
+      m_header(MakeHeader()),
       m_empty(new QLabel(tr("The register holds no spec that this standard may use: common "
                             "specs, specs of its client and its own."),
                          this)),
-      m_grid(new QTableWidget(this)), m_apply(new QPushButton(tr("Apply"), this)),
-      m_help(new QPushButton(tr("Help..."), this)) {
+      m_grid(new QTableWidget(this)) {
     setObjectName(QStringLiteral("specsFormView"));
     m_grid->setObjectName(QStringLiteral("specsGrid"));
-    m_apply->setObjectName(QStringLiteral("applyButton"));
-    m_help->setObjectName(QStringLiteral("helpButton"));
-    QFont bold = m_header->font();
-    bold.setBold(true);
-    bold.setPointSizeF(bold.pointSizeF() * 1.2);
-    m_header->setFont(bold);
+    SetEditor(m_editor);
 
     m_grid->setColumnCount(3);
     m_grid->setHorizontalHeaderLabels({tr("Spec"), tr("Id"), tr("Scope")});
@@ -51,32 +43,22 @@ CSpecsFormView::CSpecsFormView(CDeskCore& core, CMainFrame& frame, std::int32_t 
     layout->addWidget(m_header);
     layout->addWidget(m_empty);
     layout->addWidget(m_grid, 1);
-    auto* buttons = new QHBoxLayout;
-    buttons->addStretch(1);
-    buttons->addWidget(m_apply);
-    buttons->addWidget(m_help);
-    layout->addLayout(buttons);
+    layout->addLayout(MakeButtons());
 
-    connect(m_apply, &QPushButton::clicked, this, [this] {
-        m_editor.Apply();
-        Fill();
-    });
-    connect(m_help, &QPushButton::clicked, this,
-            [this] { m_frame.ShowHelp(m_editor.HelpTopic()); });
     connect(m_grid, &QTableWidget::itemChanged, this, [this](QTableWidgetItem* item) {
         if (m_filling || item->column() != kSpecColumn)
             return;
         m_editor.SetChecked(static_cast<std::size_t>(item->row()),
                             item->checkState() == Qt::Checked);
-        UpdateApply();
-        emit Modified();
+        Edited();
     });
 
     m_editor.Open(standardId);
-    Fill();
+    Refresh();
+    UpdateApply();
 }
 
-void CSpecsFormView::Fill() {
+void CSpecsFormView::Refresh() {
     m_filling = true;
     m_header->setText(Q(m_editor.Header()));
     const auto& rows = m_editor.Rows();
@@ -109,13 +91,4 @@ void CSpecsFormView::Fill() {
     }
     m_filling = false;
     m_empty->setVisible(rows.empty());
-    UpdateApply();
-}
-
-void CSpecsFormView::UpdateApply() {
-    m_apply->setEnabled(m_editor.ApplyEnabled());
-}
-
-bool CSpecsFormView::CanClose() {
-    return m_editor.Close();
 }

@@ -8,7 +8,6 @@
 #include "gui/LayersFormView.h"
 #include "gui/LinesFormView.h"
 #include "gui/MainFrame.h"
-#include "gui/PageView.h"
 #include "gui/QtText.h"
 #include "gui/SettingsFormView.h"
 #include "gui/SpecsFormView.h"
@@ -17,6 +16,7 @@
 #include <QCloseEvent>
 #include <QLabel>
 #include <QStyle>
+#include <QVBoxLayout>
 
 namespace {
 
@@ -26,15 +26,20 @@ QIcon PageIcon(int icon) {
                      : style->standardIcon(QStyle::SP_FileDialogDetailedView);
 }
 
-// A page whose editor is not part of this version yet says what it will hold.
-QWidget* Placeholder(const QString& title, const QString& what, QWidget* parent) {
+// A heading of the page tree: says where its pages are.
+CPageView* Placeholder(CDeskCore& core, CMainFrame& frame, const QString& title,
+                       const QString& what, QWidget* parent) {
+    auto* page = new CPageView(core, frame, parent);
+    page->setObjectName(QStringLiteral("placeholderPage"));
     auto* label =
-        new QLabel(QStringLiteral("<h3>%1</h3><p>%2</p>").arg(title.toHtmlEscaped(), what), parent);
-    label->setObjectName(QStringLiteral("placeholderPage"));
+        new QLabel(QStringLiteral("<h3>%1</h3><p>%2</p>").arg(title.toHtmlEscaped(), what), page);
     label->setAlignment(Qt::AlignTop | Qt::AlignLeft);
     label->setWordWrap(true);
     label->setMargin(12);
-    return label;
+    auto* layout = new QVBoxLayout(page);
+    layout->setContentsMargins(0, 0, 0, 0);
+    layout->addWidget(label);
+    return page;
 }
 
 } // namespace
@@ -85,15 +90,15 @@ CStandardDocument::CStandardDocument(CDeskCore& core, CMainFrame& frame, std::in
     setObjectName(QStringLiteral("standardDocument"));
     setWindowTitle(Q(core.projects.GetProjectName(standardId, true, true)));
     m_tree->Fill(SettingsPageTree(false));
-    m_view->addWidget(
-        Placeholder(windowTitle(), tr("Choose a page of this standard on the left."), m_view));
+    m_view->addWidget(Placeholder(core, frame, windowTitle(),
+                                  tr("Choose a page of this standard on the left."), m_view));
     setStretchFactor(1, 1);
     setSizes({260, 740});
     connect(m_tree, &QTreeWidget::currentItemChanged, this,
             [this](QTreeWidgetItem* item) { ShowPage(item); });
 }
 
-QWidget* CStandardDocument::MakePage(const SSettingsPage& page) {
+CPageView* CStandardDocument::MakePage(const SSettingsPage& page) {
     const QString title = Q(page.title);
     switch (page.kind) {
     case ESettingsPage::Section:
@@ -114,17 +119,18 @@ QWidget* CStandardDocument::MakePage(const SSettingsPage& page) {
     case ESettingsPage::Layers:
         return new CLayersFormView(m_core, m_frame, m_standardId, page.application, m_view);
     default:
-        return Placeholder(title, tr("Choose one of the pages below this one."), m_view);
+        return Placeholder(m_core, m_frame, title, tr("Choose one of the pages below this one."),
+                           m_view);
     }
 }
 
-QWidget* CStandardDocument::ShowPage(QTreeWidgetItem* item) {
+CPageView* CStandardDocument::ShowPage(QTreeWidgetItem* item) {
     const SSettingsPage* page = m_tree->PageOf(item);
     if (!page)
         return nullptr;
     auto found = m_made.find(item);
     if (found == m_made.end()) {
-        QWidget* widget = MakePage(*page);
+        CPageView* widget = MakePage(*page);
         m_view->addWidget(widget);
         found = m_made.emplace(item, widget).first;
     }
@@ -135,9 +141,10 @@ QWidget* CStandardDocument::ShowPage(QTreeWidgetItem* item) {
 }
 
 void CStandardDocument::closeEvent(QCloseEvent* event) {
-    for (const auto& [item, page] : m_made) {
-        if (auto* settings = qobject_cast<CSettingsFormView*>(page);
-            settings && !settings->CanClose()) {
+    for (QTreeWidgetItemIterator it(m_tree); *it; ++it) {
+        const auto made = m_made.find(*it);
+        if (made != m_made.end() && !made->second->CanClose()) {
+            ShowPage(*it);
             event->ignore();
             return;
         }

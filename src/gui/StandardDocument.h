@@ -4,6 +4,7 @@
 
 #include "editors/SettingsEditor.h"
 #include "gui/DeskCore.h"
+#include "gui/PageView.h"
 
 #include <QSplitter>
 #include <QStackedWidget>
@@ -34,19 +35,21 @@ public:
     std::int32_t StandardId() const { return m_standardId; }
     CSettingsTreeCtrl* Pages() const { return m_tree; }
     // The page shown for a tree item, made when first chosen.
-    QWidget* ShowPage(QTreeWidgetItem* item);
-    QWidget* CurrentPage() const { return m_view->currentWidget(); }
+    CPageView* ShowPage(QTreeWidgetItem* item);
+    CPageView* CurrentPage() const { return qobject_cast<CPageView*>(m_view->currentWidget()); }
 
 protected:
+    // Every page made so far answers the close question, in the tree's order;
+    // the first that keeps the window open is shown.
     void closeEvent(QCloseEvent* event) override;
 
 private:
-    QWidget* MakePage(const SSettingsPage& page);
+    CPageView* MakePage(const SSettingsPage& page);
 
     CDeskCore& m_core;
     CMainFrame& m_frame;
     std::int32_t m_standardId;
     CSettingsTreeCtrl* m_tree;
     QStackedWidget* m_view;
-    std::map<const QTreeWidgetItem*, QWidget*> m_made;
+    std::map<const QTreeWidgetItem*, CPageView*> m_made;
 };

@@ -4,12 +4,18 @@
 
 #include "gui/DeskCore.h"
 #include "gui/FileDialogs.h"
+#include "gui/MainFrame.h"
+#include "gui/NavigatorDlg.h"
+#include "gui/StandardDocument.h"
 #include "platform/IniRegistry.h"
 #include "support/TestSupport.h"
 
 #include <QApplication>
+#include <QMdiSubWindow>
 #include <QTest>
+#include <QTreeWidget>
 #include <deque>
+#include <functional>
 
 class CScriptedFileDialogs : public IFileDialogs {
 public:
@@ -39,13 +45,70 @@ private:
     }
 };
 
+// Scripted answers; `whileAsking` looks at the screen while a box would be up.
+class CGuiPrompter : public test::CScriptedPrompter {
+public:
+    std::function<void(const SPrompt&)> whileAsking;
+
+    EPromptAnswer Ask(const SPrompt& prompt) override {
+        if (whileAsking)
+            whileAsking(prompt);
+        return CScriptedPrompter::Ask(prompt);
+    }
+};
+
+// The item of a tree reached through `path`, one text per level from the
+// top; nullptr when there is none.
+inline QTreeWidgetItem* ItemAt(const QTreeWidget* tree, const QStringList& path) {
+    QTreeWidgetItem* item = nullptr;
+    for (const QString& text : path) {
+        QTreeWidgetItem* next = nullptr;
+        const int count = item ? item->childCount() : tree->topLevelItemCount();
+        for (int i = 0; i < count && !next; ++i) {
+            QTreeWidgetItem* child = item ? item->child(i) : tree->topLevelItem(i);
+            if (child->text(0) == text)
+                next = child;
+        }
+        if (!next)
+            return nullptr;
+        item = next;
+    }
+    return item;
+}
+
+// Opens a standard from the navigator (`standard`: its path in the tree) and
+// chooses a page in its page tree (`page`: the page's path); the page shown,
+// nullptr when either is missing.
+inline QWidget* OpenStandardPage(CMainFrame& frame, const QStringList& standard,
+                                 const QStringList& page) {
+    CNavigatorTreeCtrl* navigator = frame.NavigatorPanel()->Tree();
+    QTreeWidgetItem* item = ItemAt(navigator, standard);
+    if (!item)
+        return nullptr;
+    navigator->setCurrentItem(item);
+    frame.Action(eCmdOpenStandard)->trigger();
+    QMdiSubWindow* window = frame.Documents()->activeSubWindow();
+    auto* document = window ? qobject_cast<CStandardDocument*>(window->widget()) : nullptr;
+    if (!document || !ItemAt(document->Pages(), page))
+        return nullptr;
+    document->Pages()->setCurrentItem(ItemAt(document->Pages(), page));
+    return document->CurrentPage();
+}
+
 // A temporary datafiles folder with the shipped templates, its own registry
 // files, and the core over them.
 struct SGuiWorld {
     test::CDatafilesFixture folder;
     test::CTempDir config;
-    test::CScriptedPrompter prompter;
+    CGuiPrompter prompter;
     CScriptedFileDialogs dialogs;
     CDeskCore core{std::make_unique<CIniRegistry>(config.File(L"machine"), config.File(L"user")),
                    folder.Dir().Text(), prompter};
+
+    // A file in a standard's folder.
+    std::filesystem::path StandardFile(std::int32_t id, const wchar_t* name) const {
+        std::wstring standard;
+        core.projects.GetProjectFolder(id, standard);
+        return test::P(standard + name);
+    }
 };

@@ -11,6 +11,7 @@
 #include <QComboBox>
 #include <QFileInfo>
 #include <QLineEdit>
+#include <QProgressDialog>
 #include <QTimer>
 
 class MainFrameTest : public QObject {
@@ -20,22 +21,7 @@ class MainFrameTest : public QObject {
     std::unique_ptr<CMainFrame> frame;
 
     CNavigatorTreeCtrl* Tree() { return frame->NavigatorPanel()->Tree(); }
-    QTreeWidgetItem* Item(const QStringList& path) {
-        QTreeWidgetItem* item = nullptr;
-        for (const QString& text : path) {
-            QTreeWidgetItem* next = nullptr;
-            const int count = item ? item->childCount() : Tree()->topLevelItemCount();
-            for (int i = 0; i < count && !next; ++i) {
-                QTreeWidgetItem* child = item ? item->child(i) : Tree()->topLevelItem(i);
-                if (child->text(0) == text)
-                    next = child;
-            }
-            if (!next)
-                return nullptr;
-            item = next;
-        }
-        return item;
-    }
+    QTreeWidgetItem* Item(const QStringList& path) { return ItemAt(Tree(), path); }
     void Select(const QStringList& path) {
         QTreeWidgetItem* item = Item(path);
         QVERIFY(item);
@@ -168,6 +154,34 @@ private slots:
                               QStringLiteral("Select the Exported files to Import")}));
         QVERIFY(Item({QStringLiteral("Acme"), QStringLiteral("Pipe")}));
         QCOMPARE(world->core.clients.GetClientProjectIds(1), (std::vector<std::int32_t>{1, 3}));
+    }
+
+    void aMessageDuringAnImportIsNotCoveredByItsProgress() {
+        // An archive with no entries starts the progress dialog's clock and
+        // never fills its bar; the file after it is no archive at all.
+        const std::string comment = CStandardArchive::kComment;
+        const std::wstring empty = world->config.File(L"Empty.xst");
+        test::WriteBytes(test::P(empty), std::string("PK\x05\x06", 4) + std::string(16, '\0') +
+                                             char(comment.size()) + '\0' + comment);
+        const std::wstring junk = world->config.File(L"Junk.xst");
+        test::WriteBytes(test::P(junk), "no archive at all");
+        world->dialogs.answers = {{Q(empty), Q(junk)}};
+        world->prompter.answers = {EPromptAnswer::No};
+        QStringList covered;
+        world->prompter.whileAsking = [&](const SPrompt& prompt) {
+            // A box stays up a while; a progress dialog shows itself meanwhile
+            // and, being modal, would take the clicks meant for the box.
+            QTest::qWait(800);
+            for (auto* progress : frame->findChildren<QProgressDialog*>()) {
+                if (progress->isVisible())
+                    covered << Q(prompt.text);
+            }
+        };
+        Trigger(eCmdImportStandards);
+        // The format question, then what became of the file.
+        QVERIFY(world->prompter.asked.size() >= 2);
+        QVERIFY(world->prompter.asked.back().buttons == EPromptButtons::Ok);
+        QCOMPARE(covered, QStringList());
     }
 };
 
