@@ -1,6 +1,8 @@
 // Takes the screenshots a reviewer looks at: the main window, an open
-// settings page, the comparison and the drawings list, on a seeded datafiles
-// folder. Run by tests/gui/screenshots.sh under Xvfb.
+// settings page, each page of a standard, the question on closing a modified
+// one, the comparison and the drawings list, on a seeded datafiles folder;
+// with --dark, under a dark palette. Run by tests/gui/screenshots.sh under
+// Xvfb.
 #include "gui/CompareWindow.h"
 #include "gui/DrawingsFormView.h"
 #include "gui/FileDialogs.h"
@@ -14,7 +16,11 @@
 #include <QApplication>
 #include <QDir>
 #include <QMdiSubWindow>
+#include <QMessageBox>
+#include <QPushButton>
 #include <QScreen>
+#include <QStyleFactory>
+#include <QTableWidget>
 #include <QTimer>
 
 namespace {
@@ -22,6 +28,26 @@ namespace {
 void Save(QWidget* window, const QString& folder, const QString& name) {
     QApplication::processEvents();
     window->grab().save(folder + QLatin1Char('/') + name);
+}
+
+QPalette DarkPalette() {
+    QPalette palette;
+    const QColor window(45, 45, 48), base(30, 30, 30), text(220, 220, 220);
+    palette.setColor(QPalette::Window, window);
+    palette.setColor(QPalette::WindowText, text);
+    palette.setColor(QPalette::Base, base);
+    palette.setColor(QPalette::AlternateBase, window);
+    palette.setColor(QPalette::Text, text);
+    palette.setColor(QPalette::Button, window);
+    palette.setColor(QPalette::ButtonText, text);
+    palette.setColor(QPalette::ToolTipBase, base);
+    palette.setColor(QPalette::ToolTipText, text);
+    palette.setColor(QPalette::Highlight, QColor(42, 130, 218));
+    palette.setColor(QPalette::HighlightedText, Qt::white);
+    palette.setColor(QPalette::Disabled, QPalette::Text, QColor(120, 120, 120));
+    palette.setColor(QPalette::Disabled, QPalette::ButtonText, QColor(120, 120, 120));
+    palette.setColor(QPalette::Disabled, QPalette::WindowText, QColor(120, 120, 120));
+    return palette;
 }
 
 } // namespace
@@ -33,6 +59,10 @@ int main(int argc, char** argv) {
     const QString datafiles = args.value(args.indexOf(QStringLiteral("--datafiles")) + 1);
     const QString out = args.value(args.indexOf(QStringLiteral("--out")) + 1);
     QDir().mkpath(out);
+    if (args.contains(QStringLiteral("--dark"))) {
+        QApplication::setStyle(QStyleFactory::create(QStringLiteral("Fusion")));
+        QApplication::setPalette(DarkPalette());
+    }
 
     CQtPrompter prompter;
     CDeskCore core(MakeSystemRegistry(), W(datafiles), prompter);
@@ -40,6 +70,7 @@ int main(int argc, char** argv) {
     CMainFrame frame(core, dialogs);
     frame.setGeometry(0, 0, 1280, 800);
     frame.show();
+    prompter.SetParent(&frame);
     Save(&frame, out, QStringLiteral("main-window.png"));
 
     frame.OpenStandard(1);
@@ -67,6 +98,21 @@ int main(int argc, char** argv) {
         Save(&frame, out,
              QStringLiteral("page-%1.png").arg(name.replace(QLatin1Char(' '), QLatin1Char('-'))));
     }
+
+    // A changed value, then the question on closing the standard's window:
+    // the whole screen, box and all; No leaves the file as it was.
+    auto* settings = document->ShowPage(document->Pages()->FindPage(
+        QStringLiteral("General Drawing Parameters"), QStringLiteral("P&ID Settings")));
+    settings->findChild<QTableWidget*>(QStringLiteral("settingsGrid"))
+        ->item(3, 1)
+        ->setText(QStringLiteral("4.5"));
+    QTimer::singleShot(700, [&] {
+        QApplication::primaryScreen()->grabWindow(0).save(out +
+                                                          QStringLiteral("/close-question.png"));
+        if (auto* box = qobject_cast<QMessageBox*>(QApplication::activeModalWidget()))
+            box->button(QMessageBox::No)->click();
+    });
+    frame.Documents()->activeSubWindow()->close();
 
     CNewStandardWizardDlg wizard(core, dialogs, 1, &frame);
     wizard.show();

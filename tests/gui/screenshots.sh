@@ -1,17 +1,20 @@
 #!/usr/bin/env bash
 # Screenshots of the desktop program on a seeded datafiles folder, under
-# Xvfb, into build/screenshots/: the main window, a settings page, the
-# drawings list and the comparison. Look at them after changing a view.
+# Xvfb, into <build>/screenshots/ (and its dark/ for a dark palette): the
+# main window, each page of a standard, the question on closing a modified
+# one, the drawings list and the comparison. Look at them after changing a
+# view. The build folder is build/ unless SD_BUILD_DIR names another.
 set -euo pipefail
 cd "$(dirname "$0")/../.."
-cmake --build --preset default --target gui_screenshots standards-desk-cli >/dev/null
+build=${SD_BUILD_DIR:-build}
+cmake --build "$build" --target gui_screenshots standards-desk-cli >/dev/null
 
 work=$(mktemp -d)
 trap 'rm -rf "$work"' EXIT
 export XDG_CONFIG_HOME="$work/config" XDG_CONFIG_DIRS="$work/xdg" XDG_RUNTIME_DIR="$work/runtime"
 mkdir -p "$XDG_RUNTIME_DIR" && chmod 700 "$XDG_RUNTIME_DIR"
 data="$work/datafiles"
-cli() { build/bin/standards-desk-cli --datafiles "$data" "$@" >/dev/null; }
+cli() { "$build"/bin/standards-desk-cli --datafiles "$data" "$@" >/dev/null; }
 
 mkdir -p "$data/Drawings/PID"
 cli client create && cli client rename 1 "Northwind Refining"
@@ -24,6 +27,7 @@ cli lines create 1 && cli lines create 1
 cli layers set 1 PID 16 color 255,0,0
 for name in P-100 P-101 P-200; do head -c 40000 /dev/urandom > "$data/Drawings/PID/$name.dwg"; done
 
-mkdir -p build/screenshots
-xvfb-run -a -s "-screen 0 1280x800x24" build/bin/gui_screenshots --datafiles "$data" --out build/screenshots
-ls build/screenshots
+shots="$build"/screenshots
+xvfb-run -a -s "-screen 0 1280x800x24" "$build"/bin/gui_screenshots --datafiles "$data" --out "$shots"
+xvfb-run -a -s "-screen 0 1280x800x24" "$build"/bin/gui_screenshots --datafiles "$data" --out "$shots"/dark --dark
+ls "$shots" "$shots"/dark
