@@ -388,8 +388,18 @@ void Base::Load(const CVX2D_GeneralSettings& general) {
     }
     for (auto& section : m_arrSections)
         Migrate(section, general.m_nDisplayedUnits);
-    if (IsModified())
-        Save();
+    // What the rules derived is written back once; where it cannot be (a
+    // read-only share), it holds in memory only and is derived again at the
+    // next load, so it is not an edit of the user's to ask about.
+    if (IsModified() && !Save())
+        MarkClean();
+}
+
+void Base::MarkClean() {
+    for (auto& section : m_arrSections) {
+        for (auto& variable : section.m_arrVariables)
+            variable.m_bClean = true;
+    }
 }
 
 void Base::Migrate(CSection& section, std::int32_t displayedUnits) {
@@ -465,10 +475,7 @@ bool Base::Save() {
     }
     if (ini.Save() != CVX2D_IniFile::eOk)
         return false;
-    for (auto& section : m_arrSections) {
-        for (auto& variable : section.m_arrVariables)
-            variable.m_bClean = true;
-    }
+    MarkClean();
     return true;
 }
 

@@ -170,8 +170,9 @@ public:
     virtual void BuildCatalogue(std::int32_t unitSystem) = 0;
 
     // Overlays the standard's settings datafile, runs the migration rules and
-    // saves at once when they changed anything. Nothing happens beyond
-    // recording the id when the standard's folder is not found.
+    // saves at once when they changed anything (in memory only where that
+    // save fails). Nothing happens beyond recording the id when the
+    // standard's folder is not found.
     void Load(const CVX2D_ProjectRegistry& registry, std::int32_t projectId);
     // The same with the standard's general settings already read (they give
     // the folder, the version year and the displayed units).
@@ -181,6 +182,8 @@ public:
     // False when there is no file path or the file cannot be written.
     bool Save();
     bool IsModified() const;
+    // Takes the values in memory as the saved ones.
+    void MarkClean();
     // The rules that give settings added by later versions a value derived
     // from older ones (setters without force). Loading runs them; so does
     // restoring defaults, whose catalogue leaves those settings at 0.

@@ -44,6 +44,27 @@ void CVX2D_GeneralSettings::SetDrawingsLocation(int application, const std::wstr
         *field = folder;
 }
 
+// A standard without a usable GUID gets one the first time it is opened,
+// written back at once so that every later look shows the same one. Another
+// workstation may have done so since we read the file.
+CGuid CVX2D_GeneralSettings::GiveGuid(const std::wstring& path) {
+    CVX2D_IniFile ini;
+    ini.SetAutoSave(false);
+    const bool locked = ini.OpenForUpdate(path) == CVX2D_IniFile::eOk;
+    ini.SetSection(kGeneral);
+    CGuid guid;
+    ini.GetGuid(L"ProjectGuid", guid, CGuid{});
+    if (!guid.IsNull())
+        return guid;
+    guid = NewGuid();
+    // On a read-only share the GUID lives for this session only.
+    if (locked) {
+        ini.SetGuid(L"ProjectGuid", guid);
+        ini.Save();
+    }
+    return guid;
+}
+
 bool CVX2D_GeneralSettings::Load(const CVX2D_ProjectRegistry& registry, std::int32_t projectId) {
     m_nProjectId = projectId;
     m_strPath.clear();
@@ -64,7 +85,7 @@ bool CVX2D_GeneralSettings::Load(const CVX2D_ProjectRegistry& registry, std::int
     ini.SetSection(kGeneral);
     ini.GetGuid(L"ProjectGuid", m_guid, CGuid{});
     if (m_guid.IsNull())
-        m_guid = NewGuid();
+        m_guid = GiveGuid(m_strPath);
     ini.GetBool(L"LocalLineIni", m_bLocalLineIni, false);
     ini.GetString(L"BordersLocation", m_strBordersLocation, L"");
     ini.GetString(L"TemplatesLocation", m_strTemplatesLocation, L"");

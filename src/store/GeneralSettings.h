@@ -47,6 +47,7 @@ public:
     static std::wstring DrawingsKey(int application, int projectVersion);
 
 private:
+    static CGuid GiveGuid(const std::wstring& path);
     std::wstring* DrawingsField(int application);
     std::wstring m_strPath;
 };

@@ -181,8 +181,13 @@ EProjectResult CVX2D_ProjectRegistry::FindFolder(std::int32_t id, std::wstring n
     }
     if (!found.empty() && !name.empty() && found != candidate)
         MoveFolder(found, candidate);
-    if (!IsDir(candidate))
-        return eProjectCantGetLocationFolder;
+    if (!IsDir(candidate)) {
+        // A folder that could not be moved to its current name (a read-only
+        // share) is still the standard's folder.
+        if (found.empty() || !IsDir(found))
+            return eProjectCantGetLocationFolder;
+        candidate = found;
+    }
     folder = WithTrailingSeparator(candidate);
     return eProjectOk;
 }
@@ -264,6 +269,17 @@ EProjectResult CVX2D_ProjectRegistry::RollBack(CVX2D_IniFile& ini, std::int32_t 
     return failure;
 }
 
+std::int32_t CVX2D_ProjectRegistry::AllocateFreeId(CVX2D_IniFile& ini) const {
+    bool listed = false;
+    std::set<std::int32_t> used;
+    for (const auto& name : FoldersStartingWith(m_datafiles.ProjectsFolder(), L"VX2D_PRJ_", listed))
+        used.insert(ParseProjectKey(name));
+    std::int32_t id = AllocateId(ini, kLastProjectId);
+    while (used.contains(id))
+        id = AllocateId(ini, kLastProjectId);
+    return id;
+}
+
 EProjectResult CVX2D_ProjectRegistry::CreateProject(const SNewProject& project, std::int32_t& id) {
     id = 0;
     const std::wstring projects = m_datafiles.ProjectsFolder();
@@ -274,33 +290,35 @@ EProjectResult CVX2D_ProjectRegistry::CreateProject(const SNewProject& project, 
     if (project.templateNumber != -1 && !IsDir(templateFolder))
         return eProjectCantGetTemplateFolder;
 
+    // The lock fails when the datafiles folder is missing: only the
+    // installation makes one, never a standard that is being created.
     CVX2D_IniFile ini;
     if (m_datafiles.ProjectDatafile().empty() ||
         ini.OpenForUpdate(m_datafiles.ProjectDatafile()) != CVX2D_IniFile::eOk)
         return eProjectCantOpenDatafile;
     std::error_code ec;
-    fs::create_directories(platform::ToPath(projects), ec);
+    fs::create_directory(platform::ToPath(WithoutTrailingSeparator(projects)), ec);
     if (!IsDir(projects))
         return eProjectCantCreateFolder;
 
-    const std::int32_t newId = AllocateId(ini, kLastProjectId);
+    const std::int32_t newId = AllocateFreeId(ini);
     ini.SetSection(kProjectList);
     ini.SetString(MakeProjectKey(newId), name);
     if (ini.Save() != CVX2D_IniFile::eOk)
         return eProjectCantOpenDatafile;
 
     const std::wstring folder = FolderFor(newId, name);
-    const bool existed = Exists(folder);
     if (templateFolder.empty()) {
-        fs::create_directories(platform::ToPath(folder), ec);
-        if (!IsDir(folder))
-            return RollBack(ini, newId, existed ? L"" : folder, eProjectCantCreateFolder);
+        if (!fs::create_directory(platform::ToPath(folder), ec))
+            return RollBack(ini, newId, L"", eProjectCantCreateFolder);
     } else if (!Tree().CopyTree(templateFolder, folder)) {
-        return RollBack(ini, newId, existed ? L"" : folder, eProjectErrorCopyingTemplateFolder);
+        return RollBack(ini, newId, Exists(folder) ? folder : L"",
+                        eProjectErrorCopyingTemplateFolder);
     }
     GiveNewGuid(folder);
-    if (project.clientId >= 1)
-        CVX2D_ClientRegistry(m_datafiles).AddProjectToClient(project.clientId, newId);
+    if (project.clientId >= 1 &&
+        !CVX2D_ClientRegistry(m_datafiles).AddProjectToClient(project.clientId, newId))
+        return RollBack(ini, newId, folder, eProjectCantOpenDatafile);
     id = newId;
     return eProjectOk;
 }
@@ -320,7 +338,7 @@ EProjectResult CVX2D_ProjectRegistry::CopyProject(std::int32_t id, std::int32_t&
     if (sourceName.empty() || !IsValidName(copyName, m_datafiles.ProjectsFolder(), kLongestPrefix))
         return eProjectInvalidName;
 
-    const std::int32_t copyId = AllocateId(ini, kLastProjectId);
+    const std::int32_t copyId = AllocateFreeId(ini);
     ini.SetSection(kProjectList);
     ini.SetString(MakeProjectKey(copyId), copyName);
     std::wstring sourceFolder;
@@ -329,7 +347,6 @@ EProjectResult CVX2D_ProjectRegistry::CopyProject(std::int32_t id, std::int32_t&
         return eProjectCantOpenDatafile;
 
     const std::wstring folder = FolderFor(copyId, copyName);
-    const bool existed = Exists(folder);
     if (result == eProjectOk) {
         if (ProjectVersionOf(sourceFolder) < 2016)
             UpgradeOldFolderLayout(sourceFolder);
@@ -337,9 +354,9 @@ EProjectResult CVX2D_ProjectRegistry::CopyProject(std::int32_t id, std::int32_t&
             result = eProjectErrorCopyingFolder;
     }
     if (result != eProjectOk)
-        return RollBack(ini, copyId, existed ? L"" : folder, result);
-
-    RaiseLastLineId(m_datafiles, WithTrailingSeparator(folder) + L"Lines.ini");
+        return RollBack(ini, copyId, Exists(folder) ? folder : L"", result);
+    if (!RaiseLastLineId(m_datafiles, WithTrailingSeparator(folder) + L"Lines.ini"))
+        return RollBack(ini, copyId, folder, eProjectCantOpenDatafile);
     newId = copyId;
     newName = copyName;
     return eProjectOk;
@@ -366,11 +383,17 @@ EProjectResult CVX2D_ProjectRegistry::RenameProject(std::int32_t id, const std::
         return found;
     const std::wstring from = WithoutTrailingSeparator(folder);
     const std::wstring to = FolderFor(id, name);
-    if (from != to && !MoveFolder(from, to))
+    const bool move = from != to;
+    if (move && !MoveFolder(from, to))
         return eProjectErrorMovingFolder;
     ini.SetSection(list);
     ini.SetString(MakeProjectKey(id), name);
-    ini.Save();
+    if (ini.Save() != CVX2D_IniFile::eOk) {
+        // The registry still names the old folder: put it back there.
+        if (move)
+            MoveFolder(to, from);
+        return eProjectCantOpenDatafile;
+    }
     return eProjectOk;
 }
 
@@ -389,8 +412,7 @@ EProjectResult CVX2D_ProjectRegistry::DeleteProject(std::int32_t id) {
     ini.DeleteKey(key);
     ini.SetSection(kDeletedProjects);
     ini.SetString(key, name);
-    ini.Save();
-    return eProjectOk;
+    return ini.Save() == CVX2D_IniFile::eOk ? eProjectOk : eProjectCantOpenDatafile;
 }
 
 EProjectResult CVX2D_ProjectRegistry::RecoverProject(std::int32_t id) {
@@ -408,8 +430,7 @@ EProjectResult CVX2D_ProjectRegistry::RecoverProject(std::int32_t id) {
     ini.DeleteKey(key);
     ini.SetSection(kProjectList);
     ini.SetString(key, name);
-    ini.Save();
-    return eProjectOk;
+    return ini.Save() == CVX2D_IniFile::eOk ? eProjectOk : eProjectCantOpenDatafile;
 }
 
 EProjectResult CVX2D_ProjectRegistry::PurgeProject(std::int32_t id) {
@@ -431,24 +452,29 @@ EProjectResult CVX2D_ProjectRegistry::PurgeProject(std::int32_t id) {
     ini.DeleteKey(key);
     ini.SetSection(kDeletedProjects);
     ini.DeleteKey(key);
-    ini.Save();
+    // Nothing is deleted while the registry still names the standard.
+    if (ini.Save() != CVX2D_IniFile::eOk)
+        return eProjectCantOpenDatafile;
     if (!Tree().DeleteTree(folder)) {
         // The standard stays visible as deleted; the user sees it was not purged.
         if (ini.Reload() != CVX2D_IniFile::eOk)
             return eProjectCantOpenDatafile;
         ini.SetSection(kDeletedProjects);
         ini.SetString(key, name);
-        ini.Save();
+        if (ini.Save() != CVX2D_IniFile::eOk)
+            return eProjectCantOpenDatafile;
     }
     return eProjectOk;
 }
 
-EProjectResult CVX2D_ProjectRegistry::CheckProjectRegistry() {
-    CVX2D_IniFile ini;
-    if (m_datafiles.ProjectDatafile().empty() ||
-        ini.OpenForUpdate(m_datafiles.ProjectDatafile()) != CVX2D_IniFile::eOk)
-        return eProjectCantOpenDatafile;
+namespace {
 
+// Applies the registry check's rules to `ini`, given the folders of the
+// standards folder; leaves it modified exactly when something needed repair.
+// A standards folder that could not be listed at all (a share that is away)
+// says nothing about which standards exist: then only the counter is raised.
+void RepairRegistry(CVX2D_IniFile& ini, const std::vector<std::wstring>& folders,
+                    bool foldersListed) {
     ini.SetSection(kGeneral);
     std::int32_t last = ini.Long(kLastProjectId, 0);
     std::set<std::int32_t> listed;
@@ -463,18 +489,12 @@ EProjectResult CVX2D_ProjectRegistry::CheckProjectRegistry() {
     }
     ini.SetSection(kGeneral);
     ini.SetLong(kLastProjectId, last);
+    if (!foldersListed)
+        return;
 
-    bool folderListed = false;
-    const auto folders =
-        FoldersStartingWith(m_datafiles.ProjectsFolder(), L"VX2D_PRJ_", folderListed);
-    // A standards folder that cannot be read at all (a share that is away)
-    // says nothing about which standards exist: keep the lists as they are.
-    if (!folderListed)
-        return eProjectOk;
     std::set<std::int32_t> onDisk;
     for (const auto& folder : folders)
         onDisk.insert(ParseProjectKey(folder));
-
     for (const auto& [section, key] : entries) {
         if (!onDisk.contains(ParseProjectKey(key))) {
             ini.SetSection(section);
@@ -497,6 +517,31 @@ EProjectResult CVX2D_ProjectRegistry::CheckProjectRegistry() {
         if (id > ini.Long(kLastProjectId, 0))
             ini.SetLong(kLastProjectId, id);
     }
-    ini.Save();
+}
+
+} // namespace
+
+EProjectResult CVX2D_ProjectRegistry::CheckProjectRegistry() {
+    bool folderListed = false;
+    const auto folders =
+        FoldersStartingWith(m_datafiles.ProjectsFolder(), L"VX2D_PRJ_", folderListed);
+    // Decide on a plain read: a check that finds nothing to repair, as most
+    // start-ups do, neither waits for the lock nor needs a writable share.
+    CVX2D_IniFile ini;
+    if (m_datafiles.ProjectDatafile().empty() || !OpenForReading(ini))
+        return eProjectCantOpenDatafile;
+    RepairRegistry(ini, folders, folderListed);
+    if (!ini.IsModified())
+        return eProjectOk;
+
+    // Another workstation may have changed the registry since: repair what
+    // is there now.
+    CVX2D_IniFile update;
+    update.SetAutoSave(false);
+    if (update.OpenForUpdate(m_datafiles.ProjectDatafile()) != CVX2D_IniFile::eOk)
+        return eProjectCantOpenDatafile;
+    RepairRegistry(update, folders, folderListed);
+    if (update.IsModified() && update.Save() != CVX2D_IniFile::eOk)
+        return eProjectCantOpenDatafile;
     return eProjectOk;
 }

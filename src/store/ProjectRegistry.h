@@ -57,7 +57,8 @@ public:
     EProjectResult RecoverProject(std::int32_t id);
     EProjectResult PurgeProject(std::int32_t id);
     // Makes the folders the authority: raises the counter, drops entries
-    // without a folder and registers folders no list names.
+    // without a folder and registers folders no list names. Decides on a
+    // plain read and takes the lock only when something needs repair.
     EProjectResult CheckProjectRegistry();
 
     // The template folder a new standard is made from; empty for template -1.
@@ -68,6 +69,10 @@ private:
     std::wstring LookupName(CVX2D_IniFile& ini, std::int32_t id, bool active, bool deleted) const;
     EProjectResult FindFolder(std::int32_t id, std::wstring name, std::wstring& folder) const;
     std::wstring FolderFor(std::int32_t id, const std::wstring& name) const;
+    // The next id from the counter whose folder does not exist yet: a folder
+    // of that id left outside the registry must neither be emptied nor end
+    // up with two standards.
+    std::int32_t AllocateFreeId(CVX2D_IniFile& ini) const;
     EProjectResult RollBack(CVX2D_IniFile& ini, std::int32_t id, const std::wstring& createdFolder,
                             EProjectResult failure);
 

@@ -276,6 +276,37 @@ TEST_F(ProjectSettingsTest, ScaleMigrationTakesOnlyValuesOfZeroOrLess) {
               Settings("Variable 082 = 7.5\r\n" + bolts + "Variable 185 = 7.500000\r\n"));
 }
 
+TEST_F(ProjectSettingsTest, ADecimalCommaLocaleNeitherMisreadsNorRewritesScales) {
+    const test::CDecimalCommaLocale comma;
+    if (!comma.Available())
+        GTEST_SKIP() << "no decimal-comma locale on this system (generate de_DE.UTF-8)";
+    const std::string bytes = Settings(
+        "Variable 071 = 0.5\r\nVariable 107 = 2.500000\r\nVariable 179 = 0.500000\r\n"
+        "Variable 180 = 39\r\nVariable 181 = 31\r\nVariable 182 = 31\r\nVariable 183 = 40\r\n"
+        "Variable 185 = 0.750000\r\n");
+    WriteBytes(Folder() / "ORTHO.ini", bytes);
+    const auto settings = Loaded(4);
+    EXPECT_FALSE(settings->IsModified());
+    EXPECT_EQ(ReadBytes(Folder() / "ORTHO.ini"), bytes) << "opening the standard rewrote it";
+    EXPECT_DOUBLE_EQ(settings->FindVariable(71)->m_dValue, 0.5);
+    EXPECT_EQ(SettingsValueText(*settings->FindVariable(107)), L"2.5");
+}
+
+TEST_F(ProjectSettingsTest, AMigrationThatCannotBeSavedHoldsInMemoryWithoutAsking) {
+    const std::string bytes = Settings("Variable 082 = 7.5\r\nVariable 185 = -2\r\n");
+    WriteBytes(Folder() / "ISOMETRIC.ini", bytes);
+    std::unique_ptr<Base> settings;
+    {
+        const test::CFullDisk full;
+        if (!full.Available())
+            GTEST_SKIP() << "this system cannot simulate a full disk";
+        settings = Loaded(3);
+    }
+    EXPECT_EQ(ReadBytes(Folder() / "ISOMETRIC.ini"), bytes);
+    EXPECT_DOUBLE_EQ(settings->FindVariable(185)->m_dValue, 7.5);
+    EXPECT_FALSE(settings->IsModified()) << "derived values are not the user's edits";
+}
+
 TEST_F(ProjectSettingsTest, AStandardWithoutAFolderLoadsNothingAndCannotSave) {
     for (std::int32_t id : {2, 0}) {
         SCOPED_TRACE(id);

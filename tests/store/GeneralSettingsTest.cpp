@@ -56,7 +56,6 @@ TEST_F(GeneralSettingsTest, DrawingsKeysFollowTheVersionYear) {
             EXPECT_EQ(settings.GetDrawingsLocation(application), folders[application - 1])
                 << bytes << application;
         EXPECT_EQ(settings.GetDrawingsLocation(5), L"");
-        EXPECT_EQ(ReadBytes(GeneralIni()), bytes);
     }
 }
 
@@ -70,23 +69,22 @@ TEST_F(GeneralSettingsTest, LoadFailsWithoutAFolderAndSaveThenWritesNothing) {
     EXPECT_FALSE(fs::exists(dir.Path() / "Projects"));
 }
 
-TEST_F(GeneralSettingsTest, MissingGuidIsMadeOnLoadAndWrittenBySave) {
-    const std::string bytes = "[Units]\r\nDisplayed = 0\r\nWorking = 0\r\n";
-    WriteBytes(GeneralIni(), bytes);
-    CVX2D_GeneralSettings settings;
-    ASSERT_TRUE(settings.Load(registry, 1));
-    EXPECT_FALSE(settings.m_guid.IsNull());
-    EXPECT_EQ(ReadBytes(GeneralIni()), bytes);
-
-    ASSERT_TRUE(settings.Save());
-    EXPECT_EQ(ReadBytes(GeneralIni()),
-              "[General]\r\nLibrariesLocation = " + Narrow(datafiles.DefaultLibrariesFolder()) +
-                  "\r\nLocalLineIni = 0\r\nProjectGuid = " + Narrow(GuidToText(settings.m_guid)) +
-                  "\r\nProjectVersion = 2015\r\n\r\n[Units]\r\nDisplayed = 0\r\n"
-                  "RatingsFormat = 1\r\nWorking = 0\r\n");
-    CVX2D_GeneralSettings again;
-    ASSERT_TRUE(again.Load(registry, 1));
-    EXPECT_EQ(again.m_guid, settings.m_guid);
+TEST_F(GeneralSettingsTest, AMissingOrDamagedGuidIsMadeAndWrittenBackOnLoad) {
+    for (const std::string guidLine :
+         {"", "ProjectGuid = xyz\r\n", "ProjectGuid = 00000000-0000-0000-0000-000000000000\r\n"}) {
+        WriteBytes(GeneralIni(), "[General]\r\n" + guidLine + "\r\n[Units]\r\nWorking = 0\r\n");
+        CVX2D_GeneralSettings settings;
+        ASSERT_TRUE(settings.Load(registry, 1));
+        EXPECT_FALSE(settings.m_guid.IsNull());
+        // Only the GUID is written; every later look sees the same one.
+        EXPECT_EQ(ReadBytes(GeneralIni()),
+                  "[General]\r\nProjectGuid = " + Narrow(GuidToText(settings.m_guid)) +
+                      "\r\n\r\n[Units]\r\nWorking = 0\r\n")
+            << guidLine;
+        CVX2D_GeneralSettings again;
+        ASSERT_TRUE(again.Load(registry, 1));
+        EXPECT_EQ(again.m_guid, settings.m_guid) << guidLine;
+    }
 }
 
 TEST_F(GeneralSettingsTest, SaveLeavesAnUnchangedFileAloneAndWritesExactFormats) {

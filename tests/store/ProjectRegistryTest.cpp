@@ -1,15 +1,20 @@
 // The standard registry: result codes, the exact bytes of "ProjectDatafile.ini"
 // after each operation, and the folders under "Projects".
 #include "store/ProjectRegistry.h"
+#include "datafile/DatafileProblem.h"
+#include "datafile/FileLock.h"
 #include "datafile/Text.h"
+#include "platform/Utf8.h"
 #include "store/ClientRegistry.h"
 #include "support/TestSupport.h"
 
 #include <filesystem>
 #include <fstream>
+#include <functional>
 #include <gtest/gtest.h>
 #include <regex>
 #include <set>
+#include <thread>
 
 #ifndef _WIN32
 #include <sys/stat.h>
@@ -379,3 +384,106 @@ TEST_F(ProjectRegistryTest, InvalidNamesAreRefusedBeforeAnythingIsWritten) {
 }
 
 } // namespace
+
+namespace {
+
+// The registry's bytes and every folder and file below the datafiles folder.
+std::string Snapshot(const fs::path& root) {
+    std::string text;
+    for (const auto& entry : fs::recursive_directory_iterator(root)) {
+        text += fs::relative(entry.path(), root).string() + "\n";
+        if (entry.is_regular_file() && entry.path().extension() == ".ini")
+            text += ReadBytes(entry.path());
+    }
+    return text;
+}
+
+} // namespace
+
+TEST_F(ProjectRegistryTest, OnAFullDiskNothingIsReportedDoneAndNothingIsHalfDone) {
+    const std::int32_t keep = Create(L"Keep");
+    const std::int32_t gone = Create(L"Gone");
+    ASSERT_EQ(registry.DeleteProject(gone), eProjectOk);
+    const std::string before = Snapshot(Root());
+    const std::pair<const char*, std::function<EProjectResult()>> operations[] = {
+        {"rename", [&] { return registry.RenameProject(keep, L"Renamed"); }},
+        {"delete", [&] { return registry.DeleteProject(keep); }},
+        {"recover", [&] { return registry.RecoverProject(gone); }},
+        {"purge", [&] { return registry.PurgeProject(gone); }},
+        {"create",
+         [&] {
+             std::int32_t id = 0;
+             return registry.CreateProject({L"New", 0, 1, 0, false}, id);
+         }},
+        {"copy",
+         [&] {
+             std::int32_t id = 0;
+             std::wstring name;
+             return registry.CopyProject(keep, id, name);
+         }},
+    };
+    for (const auto& [what, operation] : operations) {
+        EProjectResult result = eProjectOk;
+        {
+            const test::CFullDisk full;
+            if (!full.Available())
+                GTEST_SKIP() << "this system cannot simulate a full disk";
+            result = operation();
+        }
+        EXPECT_NE(result, eProjectOk) << what << " said it was done";
+        EXPECT_EQ(Snapshot(Root()), before) << what << " left something half done";
+    }
+}
+
+TEST_F(ProjectRegistryTest, ANewStandardNeverTakesTheIdOfAnExistingFolder) {
+    SetDatafile("[General]\r\nLastProjectId = 2\r\n\r\n[ProjectList]\r\nVX2D_PRJ_2 = Two\r\n");
+    MakeFolder("VX2D_PRJ_2 - Two");
+    // Left by another installation or a copy by hand, in no list yet.
+    MakeFolder("VX2D_PRJ_3 - Imported", "keep me");
+    MakeFolder("VX2D_PRJ_4", "keep me too");
+    for (const int templateNumber : {-1, 1}) {
+        std::int32_t id = 0;
+        ASSERT_EQ(registry.CreateProject({L"Imported", 0, templateNumber, 0, false}, id),
+                  eProjectOk);
+        EXPECT_GE(id, 5) << templateNumber;
+    }
+    EXPECT_EQ(ReadBytes(Projects() / "VX2D_PRJ_3 - Imported" / "Marker.txt"), "keep me");
+    EXPECT_EQ(ReadBytes(Projects() / "VX2D_PRJ_4" / "Marker.txt"), "keep me too");
+    EXPECT_EQ(Listing(Projects() / "VX2D_PRJ_3 - Imported"), std::set<std::string>{"Marker.txt"});
+}
+
+TEST_F(ProjectRegistryTest, ACheckThatFindsNothingToRepairNeedsNoLock) {
+    Create(L"Pipe");
+    CVX2D_FileLock::SetWaitLimit(std::chrono::milliseconds(200));
+    CVX2D_FileLock other;
+    std::thread holder([&] {
+        ASSERT_TRUE(other.Acquire(fx.Datafiles().ProjectDatafile()));
+        std::this_thread::sleep_for(std::chrono::seconds(1));
+        other.Release();
+    });
+    std::this_thread::sleep_for(std::chrono::milliseconds(100));
+    const std::string before = Datafile();
+    EXPECT_EQ(registry.CheckProjectRegistry(), eProjectOk);
+    // Something to repair does need it.
+    MakeFolder("VX2D_PRJ_7 - Found");
+    EXPECT_EQ(registry.CheckProjectRegistry(), eProjectCantOpenDatafile);
+    EXPECT_EQ(LastDatafileProblem().kind, EDatafileProblem::Busy);
+    EXPECT_EQ(Datafile(), before);
+    holder.join();
+    CVX2D_FileLock::SetWaitLimit(std::chrono::seconds(20));
+    EXPECT_EQ(registry.CheckProjectRegistry(), eProjectOk);
+    EXPECT_NE(Datafile().find("VX2D_PRJ_7 = Found"), std::string::npos);
+}
+
+TEST_F(ProjectRegistryTest, AMissingDatafilesFolderIsReportedAndNeverMade) {
+    const fs::path away = Root() / "share-away";
+    const CVX2D_Datafiles missing(platform::FromPath(away));
+    CVX2D_ProjectRegistry projects(missing, prompter);
+    CVX2D_ClientRegistry clients(missing);
+    std::int32_t id = 0;
+    std::wstring name;
+    EXPECT_EQ(projects.CreateProject({L"Pipe", 0, -1, 0, false}, id), eProjectCantOpenDatafile);
+    EXPECT_EQ(LastDatafileProblem().kind, EDatafileProblem::Missing);
+    EXPECT_FALSE(clients.CreateClient(id, name));
+    EXPECT_FALSE(fs::exists(away));
+}

@@ -13,6 +13,7 @@
 #include <windows.h>
 #else
 #include <csignal>
+#include <sys/resource.h>
 #endif
 
 namespace fs = std::filesystem;
@@ -96,6 +97,31 @@ CDecimalCommaLocale::CDecimalCommaLocale() {
 CDecimalCommaLocale::~CDecimalCommaLocale() {
     std::setlocale(LC_ALL, m_previous.c_str());
 }
+
+#ifdef _WIN32
+CFullDisk::CFullDisk() = default;
+CFullDisk::~CFullDisk() = default;
+#else
+CFullDisk::CFullDisk() {
+    rlimit limit{};
+    if (::getrlimit(RLIMIT_FSIZE, &limit) != 0)
+        return;
+    m_previous = limit.rlim_cur;
+    // A write past the limit then fails with EFBIG instead of a signal.
+    std::signal(SIGXFSZ, SIG_IGN);
+    limit.rlim_cur = 0;
+    m_available = ::setrlimit(RLIMIT_FSIZE, &limit) == 0;
+}
+
+CFullDisk::~CFullDisk() {
+    if (!m_available)
+        return;
+    rlimit limit{};
+    ::getrlimit(RLIMIT_FSIZE, &limit);
+    limit.rlim_cur = m_previous;
+    ::setrlimit(RLIMIT_FSIZE, &limit);
+}
+#endif
 
 void KillProcess(std::int64_t pid) {
 #ifdef _WIN32

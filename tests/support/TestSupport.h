@@ -63,6 +63,22 @@ private:
     std::string m_previous;
 };
 
+// While it lives, no file of this process can grow: every write of file
+// data fails as on a full disk, while renames and folders still work.
+// Available() is false where the system cannot do that (Windows).
+class CFullDisk {
+public:
+    CFullDisk();
+    ~CFullDisk();
+    CFullDisk(const CFullDisk&) = delete;
+    CFullDisk& operator=(const CFullDisk&) = delete;
+    bool Available() const { return m_available; }
+
+private:
+    bool m_available = false;
+    unsigned long long m_previous = 0;
+};
+
 // Ends a process at once, as a crash or a power cut would.
 void KillProcess(std::int64_t pid);
 
