@@ -1,5 +1,7 @@
 #include "app/NavigatorController.h"
 
+#include "datafile/DatafileProblem.h"
+
 #include <fmt/xchar.h>
 #include <map>
 
@@ -20,7 +22,9 @@ bool CNavigatorController::DeletedShown() const {
 }
 
 void CNavigatorController::Error(const std::wstring& text) {
-    m_prompter.Show(text, EPromptIcon::Stop);
+    // Says why a datafile could not be changed: another workstation is
+    // updating it, the share is read-only for this user, the disk is full.
+    m_prompter.Show(WithDatafileProblem(text), EPromptIcon::Stop);
 }
 
 void CNavigatorController::Rebuild() {
@@ -134,6 +138,7 @@ std::int32_t CNavigatorController::SelectedClientId() const {
 void CNavigatorController::Execute(int command) {
     if (!Applies(command))
         return;
+    ClearDatafileProblem();
     const CNavItem* item = m_tree.Find(m_selection);
     switch (command) {
     case eCmdNewClient:
@@ -195,6 +200,7 @@ void CNavigatorController::BeginRename() {
 }
 
 bool CNavigatorController::EndLabelEdit(const std::optional<std::wstring>& newText) {
+    ClearDatafileProblem();
     CNavItem* item = m_tree.Find(m_editing);
     m_editing = 0;
     if (!item || !newText || *newText == m_editOldText)

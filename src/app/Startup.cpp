@@ -27,6 +27,11 @@ CStartup::EResult CStartup::Run(const std::vector<std::wstring>& args) {
             return eInstalled;
         }
     }
+    if (!m_projects.Datafiles().Exists()) {
+        m_prompter.Show(MissingDatafilesText(m_projects.Datafiles().Root()), EPromptIcon::Stop,
+                        kCaption);
+        return eRefused;
+    }
     if (!IsUserAllowed(m_services.userName)) {
         SPrompt refusal{m_services.userName +
                             L",\nYou do not have permission to run this application.\n\nPlease "
@@ -48,6 +53,9 @@ CStartup::EResult CStartup::Run(const std::vector<std::wstring>& args) {
 }
 
 bool CStartup::Install() {
+    // The one place that makes a datafiles folder.
+    std::error_code ec;
+    fs::create_directories(platform::ToPath(m_projects.Datafiles().Root()), ec);
     SeedTemplateFolders(m_projects.Datafiles(), m_services.shippedTemplates);
     CreateFirstRunStandards();
     if (!m_installation.HasDatafilesOverride())

@@ -28,7 +28,7 @@ std::wstring ShippedTemplates() {
 }
 
 void Install(const SCliOptions& options) {
-    SCore core(options);
+    SCore core(options, true);
     CStartup::SServices services;
     services.shippedTemplates = ShippedTemplates();
     CStartup startup(*core.registry, core.installation, core.projects, core.prompter, services);

@@ -10,13 +10,15 @@
 CCliFailure::CCliFailure(std::wstring text, int exitCode)
     : std::runtime_error(platform::ToUtf8(text)), message(std::move(text)), code(exitCode) {}
 
-SCore::SCore(const SCliOptions& options)
+SCore::SCore(const SCliOptions& options, bool mayBeMissing)
     : registry(MakeSystemRegistry()), installation(*registry, cli::W(options.datafiles)),
       datafiles(installation.DatafilesPath()), prompter(options.yes), projects(datafiles, prompter),
       clients(datafiles) {
     if (!datafiles.IsKnown())
         throw CCliFailure(L"No datafiles folder is known.\n\nGive one with --datafiles DIR or set "
                           L"\"DatafilesPath\" in the installation values.");
+    if (!mayBeMissing && !datafiles.Exists())
+        throw CCliFailure(MissingDatafilesText(datafiles.Root()));
 }
 
 std::wstring SCore::NameOf(std::int32_t id) const {

@@ -60,7 +60,9 @@ struct SCliContext {
 
 // Everything a command needs to reach the datafiles folder.
 struct SCore {
-    explicit SCore(const SCliOptions& options);
+    // Fails when the datafiles folder is unknown or, unless `mayBeMissing`
+    // (the installation, which makes it), not there.
+    explicit SCore(const SCliOptions& options, bool mayBeMissing = false);
     std::unique_ptr<IRegistry> registry;
     CInstallation installation;
     CVX2D_Datafiles datafiles;

@@ -1,5 +1,6 @@
 // standards-desk-cli: the scriptable face of the Standards Desk core.
 #include "cli/CliCore.h"
+#include "datafile/DatafileProblem.h"
 #include "platform/Utf8.h"
 
 #include <clocale>
@@ -51,7 +52,11 @@ int main(int argc, char** argv) {
         if (context.action)
             context.action(std::cout);
     } catch (const CCliFailure& failure) {
-        std::cerr << platform::ToUtf8(failure.message) << '\n';
+        // A datafile that could not be changed says why: another workstation
+        // is updating it, the share is read-only for this user, the disk is full.
+        const std::wstring message =
+            failure.code == 1 ? WithDatafileProblem(failure.message) : failure.message;
+        std::cerr << platform::ToUtf8(message) << '\n';
         return failure.code;
     } catch (const std::exception& e) {
         std::cerr << e.what() << '\n';

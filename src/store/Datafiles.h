@@ -10,6 +10,8 @@ public:
 
     const std::wstring& Root() const { return m_root; }
     bool IsKnown() const { return !m_root.empty(); }
+    // Whether the folder is there (a share may be away for a while).
+    bool Exists() const;
     // Root + name; empty when the root is unknown.
     std::wstring File(const std::wstring& name) const;
 
@@ -27,3 +29,8 @@ public:
 private:
     std::wstring m_root;
 };
+
+// The message for a datafiles folder that is not there: only the
+// installation creates one, so that a share that is briefly away never gets
+// a second, empty tree.
+std::wstring MissingDatafilesText(const std::wstring& folder);

@@ -12,7 +12,8 @@ std::vector<std::wstring> TemplateFolderNames() {
 }
 
 bool SeedTemplateFolders(const CVX2D_Datafiles& datafiles, const std::wstring& shippedFolder) {
-    if (!datafiles.IsKnown())
+    // Never makes the datafiles folder itself: only the installation does.
+    if (!datafiles.Exists())
         return false;
     bool complete = true;
     for (const auto& name : TemplateFolderNames()) {

@@ -57,6 +57,18 @@ TEST_F(StartupTest, InstallInAnyCaseAnywhereMakesTheFirstStandardsAndEnds) {
     EXPECT_TRUE(fs::is_directory(datafiles.Path() / "Template" / "Imperial 2015"));
 }
 
+TEST_F(StartupTest, AMissingDatafilesFolderStopsTheProgramAndOnlyInstallMakesIt) {
+    fs::remove_all(datafiles.Path());
+    EXPECT_EQ(Start({L"standards-desk"}), CStartup::eRefused);
+    ASSERT_EQ(prompter.asked.size(), 1u);
+    EXPECT_NE(prompter.asked[0].text.find(L"does not exist or cannot be reached"),
+              std::wstring::npos);
+    EXPECT_FALSE(fs::exists(datafiles.Path())) << "a share that was away got an empty tree";
+
+    EXPECT_EQ(Start({L"standards-desk", L"-install"}), CStartup::eInstalled);
+    EXPECT_EQ(Standards().size(), 2u);
+}
+
 TEST_F(StartupTest, OnlyListedUsersAdministratorAndRootMayRun) {
     // The user, whether "User List" holds Bob and Carol, and whether it may run.
     const std::tuple<const wchar_t*, bool, bool> cases[] = {

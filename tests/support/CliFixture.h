@@ -34,6 +34,14 @@ protected:
         return run.out;
     }
 
+    // How the next runs go: as a user who is not root (a drafter on a
+    // share: when the tests run as root the child drops to "nobody"), and
+    // with a disk on which no file can grow.
+    bool m_otherUser = false;
+    bool m_fullDisk = false;
+    // The exit code of a run that could not become another user.
+    static constexpr int kCannotDropPrivileges = 125;
+
     fs::path Root() const { return m_datafiles.Dir().Path(); }
     fs::path Projects() const { return Root() / "Projects"; }
     fs::path MachineRegistry() const { return m_machineConfig.Path() / "VANDIX" / "registry.ini"; }
