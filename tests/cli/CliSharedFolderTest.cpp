@@ -84,6 +84,22 @@ TEST_F(CliSharedFolderTest, AReadOnlyShareAnswersReadsAndRefusesChangesAtOnceSay
     EXPECT_EQ(Snapshot(), before);
 }
 
+TEST_F(CliSharedFolderTest, AFileThisUserMayNotWriteIsNotReplacedThroughItsFolder) {
+    const fs::path folder = Projects() / "VX2D_PRJ_1 - Pipe";
+    const fs::path file = folder / "PID.ini";
+    test::WriteBytes(file, "[Settings]\r\nVariable 145 = 1.000000\r\n");
+    // The folder lets anybody make files; the administrator kept this one.
+    fs::permissions(folder, fs::perms::all);
+    fs::permissions(file, fs::perms::owner_read | fs::perms::group_read | fs::perms::others_read);
+    m_otherUser = true;
+    const SRun run = Run({"settings", "set", "1", "PID", "145", "3.5"});
+    if (run.code == kCannotDropPrivileges)
+        GTEST_SKIP() << "the tests run as root and cannot become the user \"nobody\"";
+    EXPECT_EQ(run.code, 1);
+    EXPECT_NE(run.err.find("This user may not change"), std::string::npos) << run.err;
+    EXPECT_EQ(test::ReadBytes(file), "[Settings]\r\nVariable 145 = 1.000000\r\n");
+}
+
 TEST_F(CliSharedFolderTest, OnAFullDiskAChangeFailsAndLeavesTheFolderInStep) {
     const std::string before = Snapshot();
     m_fullDisk = true;
