@@ -18,7 +18,8 @@ ELockAttempt TryLockFile(const std::filesystem::path& lockFile, SLockHandle& han
     error.clear();
     // Everyone may read, write and delete the file while we hold it: only the
     // byte-range lock says who owns it.
-    HANDLE file = ::CreateFileW(lockFile.c_str(), GENERIC_READ | GENERIC_WRITE,
+    // DELETE lets the holder remove the file as it lets go (UnlockFile).
+    HANDLE file = ::CreateFileW(lockFile.c_str(), GENERIC_READ | GENERIC_WRITE | DELETE,
                                 FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE, nullptr,
                                 OPEN_ALWAYS, FILE_ATTRIBUTE_NORMAL, nullptr);
     if (file == INVALID_HANDLE_VALUE) {
