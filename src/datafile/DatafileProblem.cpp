@@ -33,6 +33,9 @@ std::wstring DatafileProblemText() {
         return L"The folder of '" + path + L"' does not exist or cannot be reached.";
     case EDatafileProblem::NotPermitted:
         return L"This user may not change '" + path + L"'.";
+    case EDatafileProblem::ReadFailed:
+        return L"'" + path + L"' could not be read" +
+               (t_problem.detail.empty() ? L"." : L": " + t_problem.detail + L".");
     case EDatafileProblem::WriteFailed:
         return L"'" + path + L"' could not be written" +
                (t_problem.detail.empty() ? L"." : L": " + t_problem.detail + L".");

@@ -12,6 +12,7 @@ enum class EDatafileProblem {
     ReadOnly,     // the folder cannot be written by this user
     Missing,      // the folder does not exist or cannot be reached
     NotPermitted, // the file itself may not be written by this user
+    ReadFailed,   // the file is there but could not be read
     WriteFailed,  // writing failed (a full disk, a share that went away)
 };
 

@@ -212,7 +212,12 @@ int CVX2D_IniFile::OpenForUpdate(const std::wstring& path) {
         m_bModified = false;
         return eOk;
     }
-    return Reload();
+    errno = 0;
+    const int result = Reload();
+    if (result != eOk)
+        NoteDatafileProblem(EDatafileProblem::ReadFailed, path,
+                            platform::FromUtf8(LastError().message()));
+    return result;
 }
 
 void CVX2D_IniFile::Unlock() {

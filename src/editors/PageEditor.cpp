@@ -1,5 +1,7 @@
 #include "editors/PageEditor.h"
 
+#include "datafile/DatafileProblem.h"
+
 #include <fmt/xchar.h>
 
 std::wstring PageModifiedQuestion(const std::wstring& standardName, const std::wstring& what) {
@@ -10,7 +12,12 @@ std::wstring PageModifiedQuestion(const std::wstring& standardName, const std::w
 bool CPageEditor::SaveFailed(const std::wstring& what, const std::wstring& standardName,
                              const std::wstring& file) {
     std::wstring text = fmt::format(L"Error saving {} of standard '{}'.", what, standardName);
-    if (!file.empty())
+    // Why, when the datafile said: another workstation, a read-only share,
+    // a full disk.
+    const std::wstring why = DatafileProblemText();
+    if (!why.empty())
+        text += L"\n\n" + why;
+    else if (!file.empty())
         text += fmt::format(L"\n\nThe file '{}' could not be written.", file);
     m_prompter.Show(text, EPromptIcon::Stop);
     return false;
@@ -19,6 +26,7 @@ bool CPageEditor::SaveFailed(const std::wstring& what, const std::wstring& stand
 bool CPageEditor::Close() {
     if (!ApplyEnabled())
         return true;
+    ClearDatafileProblem();
     const SPrompt question{CloseQuestion(), L"", EPromptButtons::YesNo, EPromptIcon::Question,
                            EPromptAnswer::Yes};
     switch (m_prompter.Ask(question)) {

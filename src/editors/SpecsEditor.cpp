@@ -1,5 +1,7 @@
 #include "editors/SpecsEditor.h"
 
+#include "datafile/DatafileProblem.h"
+
 #include "contents/ProjectSpecs.h"
 #include "store/ClientRegistry.h"
 
@@ -108,9 +110,10 @@ bool CSpecsEditor::Apply() {
             m_saved[i] = row.checked;
         } else {
             ok = false;
-            m_prompter.Show(fmt::format(L"Error {} spec '{}' for standard '{}'.\n\n{}",
-                                        row.checked ? L"checking" : L"unchecking", row.name,
-                                        m_strName, CVX2D_ProjectSpecs::GetErrorText(result)),
+            m_prompter.Show(WithDatafileProblem(
+                                fmt::format(L"Error {} spec '{}' for standard '{}'.\n\n{}",
+                                            row.checked ? L"checking" : L"unchecking", row.name,
+                                            m_strName, CVX2D_ProjectSpecs::GetErrorText(result))),
                             EPromptIcon::Stop);
         }
     }

@@ -1,5 +1,6 @@
 #include "gui/PageView.h"
 
+#include "datafile/DatafileProblem.h"
 #include "gui/MainFrame.h"
 
 CPageView::CPageView(CDeskCore& core, CMainFrame& frame, QWidget* parent)
@@ -34,6 +35,7 @@ QHBoxLayout* CPageView::MakeButtons(const QList<QWidget*>& left, const QList<QWi
         m_apply = new QPushButton(tr("Apply"), this);
         m_apply->setObjectName(QStringLiteral("applyButton"));
         connect(m_apply, &QPushButton::clicked, this, [this] {
+            ClearDatafileProblem();
             m_editor->Apply();
             Refresh();
             UpdateApply();

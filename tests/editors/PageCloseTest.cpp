@@ -100,6 +100,13 @@ TEST(PageCloseTest, AFailedSaveOnClosingKeepsThePageAndItsChanges) {
             EXPECT_EQ(prompter.asked[2].icon, EPromptIcon::Stop);
             EXPECT_NE(prompter.asked[2].text.find(L"standard 'Pipe'"), std::wstring::npos)
                 << test::P(prompter.asked[2].text);
+            // And why: which file could not be read or written, in the system's words.
+            const std::string name = c.file;
+            const std::wstring fileName(name.begin(), name.end());
+            const std::wstring& text = prompter.asked[2].text;
+            EXPECT_TRUE(text.find(fileName + L"' could not be written: ") != std::wstring::npos ||
+                        text.find(fileName + L"' could not be read: ") != std::wstring::npos)
+                << test::P(text);
             EXPECT_TRUE(editor->ApplyEnabled());
 
             fs::remove_all(blocked);
