@@ -76,6 +76,26 @@ void BM_NavigatorListing(benchmark::State& state) {
 }
 BENCHMARK(BM_NavigatorListing)->Range(1 << 8, 1 << 14)->Complexity();
 
+// A page's Apply: one value of a small datafile changed and saved, the
+// writer's lock taken (and left) around it.
+void BM_SmallFileUpdate(benchmark::State& state) {
+    const fs::path folder = fs::temp_directory_path() / "sd-bench-small";
+    fs::create_directories(folder);
+    const std::wstring path = (folder / "General.ini").wstring();
+    int value = 0;
+    for (auto _ : state) {
+        CVX2D_IniFile ini;
+        ini.SetAutoSave(false);
+        ini.OpenForUpdate(path);
+        ini.SetSection(L"Units");
+        for (const wchar_t* key : {L"Working", L"Displayed", L"RatingsFormat"})
+            ini.SetInt(key, 1);
+        ini.SetInt(L"Counter", ++value);
+        ini.Save();
+    }
+}
+BENCHMARK(BM_SmallFileUpdate);
+
 void BM_DefaultName(benchmark::State& state) {
     const std::wstring root = MakeFolder(static_cast<int>(state.range(0)));
     CVX2D_IniFile ini;
