@@ -37,8 +37,10 @@ void CheckImport(const fs::path& archive, bool old) {
         ++calls;
         return true;
     };
+    SArchiveLimits limits;
+    limits.totalBytes = kLimit;
     const auto result = CStandardArchive::Extract(platform::FromPath(archive),
-                                                  platform::FromPath(folder), progress, kLimit);
+                                                  platform::FromPath(folder), progress, limits);
     SD_FUZZ_CHECK(result.opened || calls == 0);
 
     std::uint64_t bytes = 0;

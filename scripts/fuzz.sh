@@ -1,7 +1,7 @@
 #!/usr/bin/env bash
-# Runs each fuzz target for a while on a copy of its seed corpus, so that the
-# repository is never written to. A crash, leak, hang or broken property fails
-# the run; the input that caused it is kept in BIN_DIR/../fuzz-findings.
+# Runs each fuzz target for a while, starting from a copy of its sample inputs
+# in fuzz/corpus, so that the repository is never written to. A crash, leak,
+# hang or broken property fails the run; the input that caused it is kept in BIN_DIR/../fuzz-findings.
 # Usage: scripts/fuzz.sh BIN_DIR [SECONDS]
 set -euo pipefail
 root="$(cd "$(dirname "$0")/.." && pwd)"

@@ -364,15 +364,6 @@ std::wstring CStandardArchive::Check(const std::wstring& archivePath, const SArc
 CStandardArchive::SExtraction CStandardArchive::Extract(const std::wstring& archivePath,
                                                         const std::wstring& folder,
                                                         const CArchiveProgress& progress,
-                                                        std::uint64_t totalLimit) {
-    SArchiveLimits limits;
-    limits.totalBytes = totalLimit;
-    return Extract(archivePath, folder, progress, limits);
-}
-
-CStandardArchive::SExtraction CStandardArchive::Extract(const std::wstring& archivePath,
-                                                        const std::wstring& folder,
-                                                        const CArchiveProgress& progress,
                                                         const SArchiveLimits& limits,
                                                         SArchiveUsage* used) {
     SExtraction result;

@@ -80,9 +80,6 @@ public:
     static SExtraction Extract(const std::wstring& archive, const std::wstring& folder,
                                const CArchiveProgress& progress = {},
                                const SArchiveLimits& limits = {}, SArchiveUsage* used = nullptr);
-    // The same with the default limits but `totalLimit` bytes in all.
-    static SExtraction Extract(const std::wstring& archive, const std::wstring& folder,
-                               const CArchiveProgress& progress, std::uint64_t totalLimit);
 
     // The text from the last "." when it comes after the last separator,
     // lower-cased; empty when the name has no extension.

@@ -20,17 +20,13 @@ std::wstring FolderPart(const std::wstring& path) {
     return slash == std::wstring::npos ? path : path.substr(0, slash + 1);
 }
 
-bool IsEmptyFolder(const std::wstring& folder) {
-    std::error_code ec;
-    return fs::is_empty(platform::ToPath(folder), ec) && !ec;
-}
-
 } // namespace
 
 std::wstring CStandardTransfer::Remove(std::int32_t id, std::int32_t clientId,
                                        const std::wstring& why) {
+    // A standard that could not be purged stays, with its client.
     const EProjectResult purged = m_projects.PurgeProject(id);
-    if (clientId >= 1)
+    if (purged == eProjectOk && clientId >= 1)
         CVX2D_ClientRegistry(m_projects.Datafiles()).RemoveProjectFromClient(clientId, id);
     if (purged == eProjectOk)
         return why;
@@ -116,15 +112,8 @@ CStandardTransfer::Import(const std::vector<std::wstring>& files, std::int32_t c
             fail(imported, Remove(imported.id, clientId, ProjectResultText(found)));
             continue;
         }
-        // With no template the new folder starts empty; files in it belong
-        // to someone else and are neither mixed with the archive nor removed.
-        if (!IsEmptyFolder(folder)) {
-            fail(imported, fmt::format(L"The folder '{}' already holds files that are not from "
-                                       L"this archive. They are kept as they are, and nothing "
-                                       L"was imported into it.",
-                                       folder));
-            continue;
-        }
+        // With no template the registry makes a new, empty folder (never one
+        // that was there), so the archive mixes with nobody's files.
         const auto extraction = CStandardArchive::Extract(file, folder, progress, m_limits, &used);
         if (!extraction.Ok()) {
             const std::wstring why = Remove(imported.id, clientId, extraction.failure);

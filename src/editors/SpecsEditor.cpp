@@ -1,8 +1,7 @@
 #include "editors/SpecsEditor.h"
 
-#include "datafile/DatafileProblem.h"
-
 #include "contents/ProjectSpecs.h"
+#include "datafile/DatafileProblem.h"
 #include "store/ClientRegistry.h"
 
 #include <algorithm>

@@ -24,6 +24,16 @@ protected:
     }
     void TearDown() override { SetWritable(Root(), true); }
 
+    // Each change fails with exit code 1 and a message holding `why`.
+    void ExpectEachFails(const std::vector<std::vector<std::string>>& changes, const char* why) {
+        for (const auto& change : changes) {
+            const SRun run = Run(change);
+            EXPECT_EQ(run.code, 1) << test::Joined(change);
+            EXPECT_NE(run.err.find(why), std::string::npos) << test::Joined(change) << "\n"
+                                                            << run.err;
+        }
+    }
+
     // Every file and folder below `root`, and the bytes of the datafiles.
     std::string Snapshot() const {
         std::string text;
@@ -68,19 +78,13 @@ TEST_F(CliSharedFolderTest, AReadOnlyShareAnswersReadsAndRefusesChangesAtOnceSay
     EXPECT_NE(Ok({"settings", "show", "1", "ISOMETRIC"}).find("185\t"), std::string::npos);
 
     // A change fails at once, without waiting out the lock, and says why.
-    for (const std::vector<std::string>& change :
-         {std::vector<std::string>{"standard", "rename", "1", "Tube"},
-          {"standard", "delete", "2"},
-          {"standard", "create", "New"},
-          {"client", "create"},
-          {"client", "rename", "1", "Acme"},
-          {"settings", "set", "1", "PID", "145", "3.5"}}) {
-        const SRun run = Run(change);
-        EXPECT_EQ(run.code, 1) << test::Joined(change);
-        EXPECT_NE(run.err.find("read-only for this user"), std::string::npos)
-            << test::Joined(change) << "\n"
-            << run.err;
-    }
+    ExpectEachFails({{"standard", "rename", "1", "Tube"},
+                     {"standard", "delete", "2"},
+                     {"standard", "create", "New"},
+                     {"client", "create"},
+                     {"client", "rename", "1", "Acme"},
+                     {"settings", "set", "1", "PID", "145", "3.5"}},
+                    "read-only for this user");
     EXPECT_EQ(Snapshot(), before);
 }
 
@@ -103,17 +107,11 @@ TEST_F(CliSharedFolderTest, AFileThisUserMayNotWriteIsNotReplacedThroughItsFolde
 TEST_F(CliSharedFolderTest, OnAFullDiskAChangeFailsAndLeavesTheFolderInStep) {
     const std::string before = Snapshot();
     m_fullDisk = true;
-    for (const std::vector<std::string>& change :
-         {std::vector<std::string>{"standard", "rename", "1", "Tube"},
-          {"standard", "delete", "2"},
-          {"standard", "purge", "2", "--yes"},
-          {"client", "rename", "1", "Acme"}}) {
-        const SRun run = Run(change);
-        EXPECT_EQ(run.code, 1) << test::Joined(change);
-        EXPECT_NE(run.err.find("could not be written"), std::string::npos)
-            << test::Joined(change) << "\n"
-            << run.err;
-    }
+    ExpectEachFails({{"standard", "rename", "1", "Tube"},
+                     {"standard", "delete", "2"},
+                     {"standard", "purge", "2", "--yes"},
+                     {"client", "rename", "1", "Acme"}},
+                    "could not be written");
     EXPECT_EQ(Snapshot(), before);
 }
 
