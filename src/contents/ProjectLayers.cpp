@@ -270,8 +270,10 @@ bool CVX2D_ProjectLayers::Save() {
     const std::wstring path = GetFilePath();
     if (path.empty())
         return false;
-    // Under the file's lock, and only what changed: the other applications'
-    // sections and another workstation's edits stay as the file has them.
+    // Under the file's lock the whole set is written, as the drafting
+    // applications expect every layer in the file. A value this editor did not
+    // change is taken from the file as it is now, so that another
+    // workstation's edit of it since loading survives.
     CVX2D_IniFile ini;
     ini.SetAutoSave(false);
     if (ini.OpenForUpdate(path) != CVX2D_IniFile::eOk)
@@ -279,22 +281,25 @@ bool CVX2D_ProjectLayers::Save() {
     for (std::size_t i = 0; i < GetCount(); ++i) {
         const SChanged& changed = m_arrChanged[i];
         const std::wstring key = FormatKey(m_arrKeys[i]);
-        if (changed.name) {
-            ini.SetSection(Section(kLayersSuffix));
-            ini.SetString(key, m_arrNames[i]);
+        ini.SetSection(Section(kLayersSuffix));
+        if (!changed.name)
+            ini.GetString(key, m_arrNames[i], m_arrNames[i]);
+        ini.SetString(key, m_arrNames[i]);
+        ini.SetSection(Section(kColorsSuffix));
+        if (!changed.color) {
+            SLayerColor color;
+            if (ParseColor(ini.String(key), color))
+                m_arrColors[i] = color;
         }
-        if (changed.color) {
-            ini.SetSection(Section(kColorsSuffix));
-            ini.SetString(key, FormatColor(m_arrColors[i]));
-        }
-        if (changed.linetype) {
-            ini.SetSection(Section(kLinetypesSuffix));
-            ini.SetString(key, m_arrLinetypes[i]);
-        }
-        if (changed.lineweight) {
-            ini.SetSection(Section(kLineweightsSuffix));
-            ini.SetLong(key, m_arrLineweights[i]);
-        }
+        ini.SetString(key, FormatColor(m_arrColors[i]));
+        ini.SetSection(Section(kLinetypesSuffix));
+        if (!changed.linetype)
+            ini.GetString(key, m_arrLinetypes[i], m_arrLinetypes[i]);
+        ini.SetString(key, m_arrLinetypes[i]);
+        ini.SetSection(Section(kLineweightsSuffix));
+        if (!changed.lineweight)
+            ini.GetLong(key, m_arrLineweights[i], m_arrLineweights[i]);
+        ini.SetLong(key, m_arrLineweights[i]);
     }
     if (ini.Save() != CVX2D_IniFile::eOk)
         return false;

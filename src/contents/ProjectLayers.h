@@ -47,9 +47,11 @@ public:
     bool Load(CVX2D_IniFile& ini);
     // The standard's folder + "Layers.ini"; empty when it has no folder.
     std::wstring GetFilePath() const;
-    // Writes only the values changed since loading, layer by layer in array
-    // order. True at once when nothing changed; false when the standard has
-    // no folder or the file cannot be written. Success clears the changes.
+    // Writes the application's whole set, layer by layer in array order: the
+    // values changed since loading, and for the others what the file holds
+    // now (which the model then takes). True at once when nothing changed;
+    // false when the standard has no folder or the file cannot be written.
+    // Success clears the changes.
     bool Save();
 
     int GetApplication() const { return m_nApplication; }

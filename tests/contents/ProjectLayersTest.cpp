@@ -3,9 +3,11 @@
 // a save writes.
 #include "contents/ProjectLayers.h"
 #include "contents/ColorPalette.h"
+#include "datafile/IniFile.h"
 #include "store/ProjectRegistry.h"
 #include "support/TestSupport.h"
 
+#include <algorithm>
 #include <filesystem>
 #include <gtest/gtest.h>
 
@@ -171,24 +173,60 @@ TEST_F(ProjectLayersTest, TheFileOverlaysTheApplicationsOwnSections) {
     }
 }
 
-TEST_F(ProjectLayersTest, SaveWritesOnlyTheChangedValues) {
+// Every layer of the application's set as the file holds it: the four
+// sections' keys must be exactly the set's, in its order.
+std::vector<std::string> RowsInFile(const fs::path& file, const std::wstring& prefix) {
+    CVX2D_IniFile ini;
+    ini.SetAutoSave(false);
+    EXPECT_EQ(ini.Open(file.wstring()), CVX2D_IniFile::eOk);
+    std::vector<std::wstring> keys[4], values[4];
+    const wchar_t* suffixes[] = {L" - Layers", L" - Colors", L" - Linetypes", L" - LineWeights"};
+    for (int n = 0; n < 4; ++n) {
+        ini.SetSection(prefix + suffixes[n]);
+        ini.GetSectionEntries(keys[n], values[n]);
+    }
+    std::vector<std::string> rows;
+    for (std::size_t i = 0; i < keys[0].size(); ++i) {
+        std::wstring row = keys[0][i];
+        for (int n = 0; n < 4; ++n) {
+            EXPECT_EQ(keys[n].size(), keys[0].size());
+            if (i < keys[n].size()) {
+                EXPECT_EQ(keys[n][i], keys[0][i]);
+                row += L" " + values[n][i];
+            }
+        }
+        rows.push_back(Narrow(row));
+    }
+    return rows;
+}
+
+std::vector<std::string> RowsOf(const L& layers) {
+    std::vector<std::string> rows;
+    for (std::size_t i = 0; i < layers.GetCount(); ++i)
+        rows.push_back(Row(layers, i));
+    return rows;
+}
+
+TEST_F(ProjectLayersTest, SaveWritesTheWholeSetOfTheApplication) {
     struct SCase {
         const char* name;
         int application;
         int version;
         std::string before; // empty: no file
         void (*change)(L&);
-        std::string after; // empty: still no file
+        std::int32_t key; // a layer to check, 0 when nothing is saved
+        const char* row;  // that layer as the file then holds it
     };
-    const std::string other = "[ORTHO - Layers]\r\n039 = BEAMS\r\n";
+    const std::string other =
+        "[ORTHO - Layers]\r\n039 = BEAMS\r\n\r\n[PID - Layers]\r\n038 = X\r\n";
     const SCase cases[] = {
         {"BORDER1's colour with its palette index", 2, 2023, "",
          [](L& l) {
              const auto at = static_cast<std::size_t>(l.Find(16));
              l.SetColor(at, LayerColorOf({255, 0, 0}));
-             l.SetColor(at, LayerColorOf({0, 255, 255}));
+             l.SetColor(at, LayerColorOf({0, 0, 255}));
          },
-         "[PID - Colors]\r\n016 = 0,255,255,4\r\n"},
+         16, "016 BORDER1 0,0,255,5 CONTINUOUS -3"},
         {"all four values of one layer in an old standard", 1, 2015, "",
          [](L& l) {
              const auto at = static_cast<std::size_t>(l.Find(14));
@@ -197,27 +235,20 @@ TEST_F(ProjectLayersTest, SaveWritesOnlyTheChangedValues) {
              l.SetLinetype(at, L"DASHED");
              l.SetLineweight(at, 50);
          },
-         "[Electric - Colors]\r\n014 = 255,255,255,255\r\n\r\n"
-         "[Electric - Layers]\r\n014 = ATTRS\r\n\r\n"
-         "[Electric - LineWeights]\r\n014 = 50\r\n\r\n"
-         "[Electric - Linetypes]\r\n014 = DASHED\r\n"},
-        {"two layers, another application's section kept", 4, 2023, other,
-         [](L& l) {
-             l.SetLineweight(static_cast<std::size_t>(l.Find(49)), 0);
-             l.SetName(static_cast<std::size_t>(l.Find(1)), L"CLASS150");
-         },
-         "[ORTHO - Layers]\r\n001 = CLASS150\r\n039 = BEAMS\r\n\r\n"
-         "[ORTHO - LineWeights]\r\n049 = 0\r\n"},
-        {"unchanged: nothing written", 3, 2023, "", [](L&) {}, ""},
+         14, "014 ATTRS 255,255,255,255 DASHED 50"},
+        {"one change, another application's sections kept", 4, 2023, other,
+         [](L& l) { l.SetLineweight(static_cast<std::size_t>(l.Find(49)), 0); }, 49,
+         "049 800LB 255,255,255,7 CONTINUOUS 0"},
+        {"unchanged: nothing written", 3, 2023, "", [](L&) {}, 0, ""},
         {"the same values again are no change", 3, 2023, "",
          [](L& l) {
              l.SetName(0, L"150LB");
              l.SetLineweight(0, -3);
              l.SetColor(0, {{255, 255, 0}, 2});
          },
-         ""},
+         0, ""},
         {"a position outside the set is ignored", 3, 2023, "",
-         [](L& l) { l.SetName(l.GetCount(), L"X"); }, ""},
+         [](L& l) { l.SetName(l.GetCount(), L"X"); }, 0, ""},
     };
     for (const auto& c : cases) {
         SCOPED_TRACE(c.name);
@@ -226,17 +257,24 @@ TEST_F(ProjectLayersTest, SaveWritesOnlyTheChangedValues) {
             WriteBytes(File(), c.before);
         L layers = Loaded(c.application, c.version);
         c.change(layers);
-        EXPECT_EQ(layers.IsModified(), c.after != c.before);
+        EXPECT_EQ(layers.IsModified(), c.key != 0);
         EXPECT_TRUE(layers.Save());
         EXPECT_FALSE(layers.IsModified());
-        if (c.after.empty())
+        if (c.key == 0) {
             EXPECT_FALSE(fs::exists(File()));
-        else
-            EXPECT_EQ(ReadBytes(File()), c.after);
-        // What was saved reads back.
-        const L reread = Loaded(c.application, c.version);
-        for (std::size_t i = 0; i < layers.GetCount(); ++i)
-            EXPECT_EQ(Row(reread, i), Row(layers, i));
+            continue;
+        }
+        const std::vector<std::string> rows = RowsInFile(File(), layers.GetSectionPrefix());
+        EXPECT_EQ(rows, RowsOf(layers));
+        EXPECT_EQ(rows.size(), L(c.application).GetCount());
+        EXPECT_NE(std::find(rows.begin(), rows.end(), c.row), rows.end());
+        if (!c.before.empty()) {
+            const std::string bytes = ReadBytes(File());
+            EXPECT_NE(bytes.find("[ORTHO - Layers]\r\n001 = 150LB\r\n"), std::string::npos);
+            EXPECT_NE(bytes.find("039 = BEAMS\r\n"), std::string::npos);
+            EXPECT_NE(bytes.find("[PID - Layers]\r\n038 = X\r\n"), std::string::npos);
+        }
+        EXPECT_EQ(RowsOf(Loaded(c.application, c.version)), rows);
     }
 }
 
@@ -245,18 +283,28 @@ TEST_F(ProjectLayersTest, ASuccessfulSaveClearsTheChangesAndAFailedOneKeepsThem)
     const auto at = static_cast<std::size_t>(layers.Find(38));
     layers.SetName(at, L"LINES");
     ASSERT_TRUE(layers.Save());
-    // Another program changes the entry: the next save does not write it back.
-    WriteBytes(File(), "[PID - Layers]\r\n038 = THEIRS\r\n");
+    // Another program changes two entries: the next save keeps them, as it
+    // writes only its own changes over what the file holds now.
+    CVX2D_IniFile theirs;
+    ASSERT_EQ(theirs.OpenForUpdate(File().wstring()), CVX2D_IniFile::eOk);
+    theirs.SetSection(L"PID - Layers");
+    theirs.SetString(L"038", L"THEIRS");
+    theirs.SetSection(L"PID - Colors");
+    theirs.SetString(L"016", L"1,2,3,4");
+    ASSERT_EQ(theirs.Save(), CVX2D_IniFile::eOk);
+    theirs.Unlock();
     layers.SetLinetype(at, L"DOT");
     ASSERT_TRUE(layers.Save());
-    EXPECT_EQ(ReadBytes(File()),
-              "[PID - Layers]\r\n038 = THEIRS\r\n\r\n[PID - Linetypes]\r\n038 = DOT\r\n");
+    const L reread = Loaded(2, 2023);
+    EXPECT_EQ(RowOf(reread, 38), "038 THEIRS 0,255,255,4 DOT -3");
+    EXPECT_EQ(RowOf(reread, 16), "016 BORDER1 1,2,3,4 CONTINUOUS -3");
+    EXPECT_EQ(RowsInFile(File(), L"PID"), RowsOf(reread));
+    const std::string saved = ReadBytes(File());
 
     layers.SetName(at, L"\u20acURO");
     EXPECT_FALSE(layers.Save());
     EXPECT_TRUE(layers.IsModified());
-    EXPECT_EQ(ReadBytes(File()),
-              "[PID - Layers]\r\n038 = THEIRS\r\n\r\n[PID - Linetypes]\r\n038 = DOT\r\n");
+    EXPECT_EQ(ReadBytes(File()), saved);
 
     // Without a folder nothing is written and the change stays.
     std::vector<L> detached = {L(2), L(registry, 2, 2, 2023)};

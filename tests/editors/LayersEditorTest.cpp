@@ -3,16 +3,44 @@
 // and restore defaults of a settings section.
 #include "editors/LayersEditor.h"
 #include "contents/ProjectSettings.h"
+#include "datafile/IniFile.h"
 #include "editors/SettingsEditor.h"
 #include "store/GeneralSettings.h"
 #include "support/TestSupport.h"
 
+#include <cwchar>
 #include <gtest/gtest.h>
 #include <stdexcept>
 
 namespace fs = std::filesystem;
 using test::ReadBytes;
 using test::WriteBytes;
+
+namespace {
+
+// What "Layers.ini" holds for the application `prefix`: each given entry as
+// "SECTION|KEY|VALUE", and every layer of the set (`layers` of them) in each
+// of the four sections.
+void ExpectWholeSet(const fs::path& file, const std::wstring& prefix, std::size_t layers,
+                    const std::vector<std::wstring>& entries) {
+    CVX2D_IniFile ini;
+    ini.SetAutoSave(false);
+    ASSERT_EQ(ini.Open(file.wstring()), CVX2D_IniFile::eOk);
+    for (const wchar_t* suffix : {L" - Layers", L" - Colors", L" - Linetypes", L" - LineWeights"}) {
+        std::vector<std::wstring> keys, values;
+        ini.SetSection(prefix + suffix);
+        ini.GetSectionEntries(keys, values);
+        EXPECT_EQ(keys.size(), layers) << std::string(suffix, suffix + std::wcslen(suffix));
+    }
+    for (const std::wstring& entry : entries) {
+        const std::size_t bar = entry.find(L'|'), second = entry.find(L'|', bar + 1);
+        ini.SetSection(prefix + L" - " + entry.substr(0, bar));
+        EXPECT_EQ(ini.String(entry.substr(bar + 1, second - bar - 1)), entry.substr(second + 1))
+            << std::string(entry.begin(), entry.end());
+    }
+}
+
+} // namespace
 
 namespace {
 
@@ -73,7 +101,7 @@ TEST_F(LayersEditorTest, RowsShowTheStandardsLayersOverTheDefaults) {
     EXPECT_FALSE(editor.Open(9, 1));
 }
 
-TEST_F(LayersEditorTest, ApplyWritesOnlyTheChangedCells) {
+TEST_F(LayersEditorTest, ApplyWritesTheWholeSetWithTheChangedCells) {
     ASSERT_TRUE(editor.Open(1, 2));
     EXPECT_TRUE(editor.SetCellText(RowOf(16), ELayerColumn::Name, L" BORDER_A "));
     EXPECT_TRUE(editor.SetCellText(RowOf(20), ELayerColumn::Color, L"8"));
@@ -85,12 +113,10 @@ TEST_F(LayersEditorTest, ApplyWritesOnlyTheChangedCells) {
     ASSERT_TRUE(editor.ApplyEnabled());
     ASSERT_TRUE(editor.Apply());
     EXPECT_FALSE(editor.ApplyEnabled());
-    // The file's sections and keys in order, as the datafile engine writes them.
-    EXPECT_EQ(ReadBytes(Folder() / "Layers.ini"),
-              "[PID - Colors]\r\n020 = 128,128,128,8\r\n027 = 0,0,255,5\r\n\r\n"
-              "[PID - Layers]\r\n016 = BORDER_A\r\n\r\n"
-              "[PID - LineWeights]\r\n014 = 35\r\n\r\n"
-              "[PID - Linetypes]\r\n025 = DASHEDX2\r\n");
+    // The whole set, with the changed cells.
+    ExpectWholeSet(Folder() / "Layers.ini", L"PID", editor.Rows().size(),
+                   {L"Colors|020|128,128,128,8", L"Colors|027|0,0,255,5", L"Layers|016|BORDER_A",
+                    L"LineWeights|014|35", L"Linetypes|025|DASHEDX2", L"Layers|038|PROCESS"});
     // What was written reads back.
     ASSERT_TRUE(editor.Open(1, 2));
     EXPECT_EQ(Cells(20), L"Center|CENTER|Color 8|CENTER|Default");
@@ -151,10 +177,9 @@ TEST_F(LayersEditorTest, RestoreDefaultsShowsModifiedUntilApply) {
     EXPECT_EQ(Cells(13), L"10,000 lb|10000LB|White (7)|CONTINUOUS|Default");
     EXPECT_TRUE(editor.ApplyEnabled());
     ASSERT_TRUE(editor.Apply());
-    EXPECT_EQ(ReadBytes(Folder() / "Layers.ini"),
-              "[ORTHO - Colors]\r\n039 = 0,255,0,3\r\n\r\n"
-              "[ORTHO - Layers]\r\n021 = CONCRETE\r\n039 = STEEL\r\n\r\n"
-              "[ORTHO - LineWeights]\r\n013 = -3\r\n");
+    ExpectWholeSet(Folder() / "Layers.ini", L"ORTHO", editor.Rows().size(),
+                   {L"Colors|039|0,255,0,3", L"Layers|021|CONCRETE", L"Layers|039|STEEL",
+                    L"LineWeights|013|-3"});
 }
 
 TEST_F(LayersEditorTest, ClosingAModifiedPageAsksAndSavesOnlyOnYes) {
@@ -178,7 +203,8 @@ TEST_F(LayersEditorTest, ClosingAModifiedPageAsksAndSavesOnlyOnYes) {
         // No shows the file's values again.
         EXPECT_EQ(editor.Rows()[RowOf(1)].name, saved ? L"CLASS150" : L"150LB");
     }
-    EXPECT_EQ(ReadBytes(Folder() / "Layers.ini"), "[ISOMETRIC - Layers]\r\n001 = CLASS150\r\n");
+    ExpectWholeSet(Folder() / "Layers.ini", L"ISOMETRIC", editor.Rows().size(),
+                   {L"Layers|001|CLASS150", L"Layers|002|300LB"});
 }
 
 TEST_F(LayersEditorTest, RestoringASettingsSectionRewritesOnlyWhatDiffers) {

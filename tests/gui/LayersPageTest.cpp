@@ -59,9 +59,12 @@ private slots:
         QVERIFY(apply->isEnabled());
         apply->click();
         QVERIFY(!apply->isEnabled());
-        QCOMPARE(test::ReadBytes(File(L"Layers.ini")),
-                 std::string("[PID - Layers]\r\n038 = PROC\r\n\r\n[PID - LineWeights]\r\n038 = "
-                             "50\r\n"));
+        // The whole P&ID set is written, with the file's name and the new lineweight.
+        const std::string written = test::ReadBytes(File(L"Layers.ini"));
+        QVERIFY(written.find("[PID - Layers]\r\n014 = ATTRIB\r\n") != std::string::npos);
+        QVERIFY(written.find("038 = PROC\r\n") != std::string::npos);
+        QVERIFY(written.find("[PID - LineWeights]\r\n014 = -3\r\n") != std::string::npos);
+        QVERIFY(written.find("038 = 50\r\n") != std::string::npos);
 
         // The picker answers the swatch clicked.
         CColorIndexDialog picker(4, &view);
