@@ -3,9 +3,15 @@
 #include "cli/CliCore.h"
 #include "datafile/IniFile.h"
 
+#include "platform/Utf8.h"
+
+#include <filesystem>
 #include <fmt/xchar.h>
+#include <iostream>
 
 namespace cli {
+
+namespace fs = std::filesystem;
 
 namespace {
 
@@ -24,7 +30,13 @@ COutput Dump(const SArgs& a) {
 
 COutput Get(const SArgs& a) {
     CVX2D_IniFile ini;
-    OpenExisting(ini, W(a.file));
+    std::error_code ec;
+    if (!fs::exists(platform::ToPath(W(a.file)), ec) && !ec) {
+        // A missing datafile reads as empty, as it does for the program.
+        std::cerr << fmt::format("The datafile '{}' does not exist.\n", a.file);
+    } else {
+        OpenExisting(ini, W(a.file));
+    }
     ini.SetSection(W(a.section));
     COutput output({{"value"}});
     output.Add({ini.String(W(a.key), W(a.def))});
@@ -73,7 +85,7 @@ void AddDatafileCommands(CLI::App& app, SCliContext& context) {
     };
     verb("dump", "SECTION, KEY, VALUE of every entry in file order", {{"FILE", &args->file}})
         ->callback([ctx, args] { ctx->Print([args] { return Dump(*args); }); });
-    auto* get = verb("get", "The value of a key, or DEFAULT",
+    auto* get = verb("get", "The value of a key, or DEFAULT (also when FILE does not exist)",
                      {{"FILE", &args->file}, {"SECTION", &args->section}, {"KEY", &args->key}});
     get->add_option("DEFAULT", args->def);
     get->callback([ctx, args] { ctx->Print([args] { return Get(*args); }); });

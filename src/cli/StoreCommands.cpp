@@ -4,6 +4,7 @@
 #include "datafile/Names.h"
 #include "store/Templates.h"
 
+#include <algorithm>
 #include <fmt/xchar.h>
 #include <map>
 
@@ -47,24 +48,31 @@ COutput ClientCreate(const SCliOptions& options) {
     return output;
 }
 
+bool HasClient(const SCore& core, std::int32_t id) {
+    const std::vector<std::int32_t> ids = core.clients.GetClientIds();
+    return std::find(ids.begin(), ids.end(), id) != ids.end();
+}
+
 void ClientRename(const SCliOptions& options, const SArgs& a) {
     SCore core(options);
     const std::wstring name = W(a.name);
-    const std::wstring oldName = core.clients.GetClientName(a.id);
-    if (!core.clients.RenameClient(a.id, name)) {
+    const bool exists = HasClient(core, a.id);
+    const std::wstring oldName =
+        exists ? core.clients.GetClientName(a.id) : fmt::format(L"{}", a.id);
+    if (!exists || !core.clients.RenameClient(a.id, name)) {
         std::wstring text = fmt::format(L"Error renaming client from '{}' to '{}'.", oldName, name);
-        if (!IsValidName(name))
-            text += L"\n\nInvalid name";
+        if (!exists)
+            text += fmt::format(L"\n\nThere is no client {}.", a.id);
         throw CCliFailure(text);
     }
 }
 
 void ClientDelete(const SCliOptions& options, const SArgs& a) {
     SCore core(options);
-    const std::wstring name = core.clients.GetClientName(a.id);
-    if (name.empty() || !core.clients.DeleteClient(a.id))
-        throw CCliFailure(fmt::format(L"Error deleting client '{}'",
-                                      name.empty() ? fmt::format(L"{}", a.id) : name));
+    const bool exists = HasClient(core, a.id);
+    const std::wstring name = exists ? core.clients.GetClientName(a.id) : fmt::format(L"{}", a.id);
+    if (!exists || !core.clients.DeleteClient(a.id))
+        throw CCliFailure(fmt::format(L"Error deleting client '{}'", name));
 }
 
 COutput StandardList(const SCliOptions& options, const SArgs& a) {

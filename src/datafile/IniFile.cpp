@@ -367,6 +367,10 @@ void CVX2D_IniFile::GetString(const std::wstring& key, std::wstring& out,
     out = e ? e->value : def;
 }
 
+bool CVX2D_IniFile::HasKey(const std::wstring& key) const {
+    return Find(m_strSection, TrimKey(key)) != nullptr;
+}
+
 std::wstring CVX2D_IniFile::String(const std::wstring& key, const std::wstring& def) const {
     std::wstring out;
     GetString(key, out, def);

@@ -53,6 +53,8 @@ public:
 
     // Convenience forms of the getters above.
     std::wstring String(const std::wstring& key, const std::wstring& def = {}) const;
+    // Whether the current section holds the key (compared as GetString does).
+    bool HasKey(const std::wstring& key) const;
     std::int32_t Long(const std::wstring& key, std::int32_t def = 0) const;
 
     void SetString(const std::wstring& key, const std::wstring& value);

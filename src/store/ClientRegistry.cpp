@@ -33,12 +33,16 @@ bool CVX2D_ClientRegistry::CreateClient(std::int32_t& id, std::wstring& name) {
 }
 
 bool CVX2D_ClientRegistry::RenameClient(std::int32_t id, const std::wstring& name) {
-    if (Path().empty() || id == 0 || !IsValidName(name))
+    // Client names never become folder names: the name is stored as typed.
+    // A rename never creates a client (the next new client would take its id).
+    if (Path().empty() || id < 1)
         return false;
     CVX2D_IniFile ini;
     if (ini.OpenForUpdate(Path()) != CVX2D_IniFile::eOk)
         return false;
     ini.SetSection(kClientList);
+    if (!ini.HasKey(MakeClientKey(id)))
+        return false;
     ini.SetString(MakeClientKey(id), name);
     return ini.Save() == CVX2D_IniFile::eOk;
 }

@@ -21,7 +21,8 @@ public:
     explicit CVX2D_ClientRegistry(const CVX2D_Datafiles& datafiles) : m_datafiles(datafiles) {}
 
     bool CreateClient(std::int32_t& id, std::wstring& name);
-    // Refuses a name that cannot be a folder name or a datafile value.
+    // Stores the name as typed; false for a client that does not exist and
+    // for a name the datafile cannot hold (a line break, a character above 255).
     bool RenameClient(std::int32_t id, const std::wstring& name);
     bool DeleteClient(std::int32_t id);
 

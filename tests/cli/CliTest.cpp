@@ -42,6 +42,7 @@ TEST_F(CliTest, LifecyclePrintsTabSeparatedRecordsWithoutHeader) {
         {{"standard", "move", "3", "2"}, ""},
         {{"standard", "move", "1", "0"}, ""},
         {{"client", "list"}, "1\tClient 1\t\n2\tClient 2\t3\n"},
+        {{"client", "rename", "1", "Plant A: North/2"}, ""},
         {{"client", "rename", "1", "Plant A"}, ""},
         {{"standard", "rename", "1", "Tube"}, ""},
         {{"standard", "recover", "2"}, ""},
@@ -79,8 +80,10 @@ TEST_F(CliStandardTest, FailuresExitOneWithTheMessageAndChangeNothing) {
         {{"standard", "delete", "9"},
          "Error marking standard '9' as deleted.\n\nCan't find project\n"},
         {{"standard", "move", "1", "7"}, "Error moving project.\n\nThere is no client 7.\n"},
-        {{"client", "rename", "1", "x/y"},
-         "Error renaming client from 'Client 1' to 'x/y'.\n\nInvalid name\n"},
+        {{"client", "rename", "1", "\xE2\x82\xAC"},
+         "Error renaming client from 'Client 1' to '\xE2\x82\xAC'.\n"},
+        {{"client", "rename", "7", "Seven"},
+         "Error renaming client from '7' to 'Seven'.\n\nThere is no client 7.\n"},
         {{"client", "delete", "7"}, "Error deleting client '7'\n"},
     };
     const std::string projects = ReadBytes(Root() / "ProjectDatafile.ini");
@@ -201,10 +204,24 @@ TEST_F(CliTest, DatafileDumpAndGet) {
     }
     EXPECT_EQ(ReadBytes(file), kHandMade);
 
+    // A missing file reads as empty: the default, with a note on stderr.
     const std::string missing = (Root() / "missing.ini").string();
-    const SRun run = Run({"datafile", "get", missing, "a", "k"}, false);
+    const std::pair<std::vector<std::string>, std::string> absent[] = {
+        {{"datafile", "get", missing, "a", "k", "7"}, "7\n"},
+        {{"datafile", "get", missing, "a", "k"}, "\n"},
+    };
+    for (const auto& [args, out] : absent) {
+        const SRun run = Run(args, false);
+        EXPECT_EQ(run.code, 0);
+        EXPECT_EQ(run.out, out);
+        EXPECT_EQ(run.err, "The datafile '" + missing + "' does not exist.\n");
+    }
+    EXPECT_FALSE(fs::exists(missing));
+    // A file that is there but cannot be read is still an error.
+    const SRun run = Run({"datafile", "get", Root().string(), "a", "k", "7"}, false);
     EXPECT_EQ(run.code, 1);
-    EXPECT_EQ(run.err, "Error opening datafile '" + missing + "'.\n");
+    EXPECT_EQ(run.out, "");
+    EXPECT_EQ(run.err, "Error opening datafile '" + Root().string() + "'.\n");
 }
 
 TEST_F(CliTest, DatafileChangesRewriteTheFile) {

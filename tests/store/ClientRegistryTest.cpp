@@ -47,19 +47,39 @@ TEST_F(ClientRegistryTest, CreateHandsOutNumberedClientsAndNeverReusesIds) {
               "[ClientList]\r\nVX2D_CLIENT_2 = Client 2\r\n\r\n[General]\r\nLastClientId = 2\r\n");
 }
 
-TEST_F(ClientRegistryTest, RenameRefusesNamesThatCannotBeStored) {
-    SetFile(kTwoClients);
-    const std::wstring refused[] = {L"   ", L"a/b", L"\u20AC"};
-    for (const auto& name : refused)
-        EXPECT_FALSE(clients.RenameClient(1, name)) << name.size();
-    EXPECT_FALSE(clients.RenameClient(0, L"Nobody"));
-    EXPECT_EQ(File(), kTwoClients);
-
-    EXPECT_TRUE(clients.RenameClient(1, L"Acme & Sons"));
-    EXPECT_EQ(clients.GetClientName(1), L"Acme & Sons");
-    EXPECT_EQ(File(), "[ClientList]\r\nVX2D_CLIENT_1 = Acme & Sons\r\nVX2D_CLIENT_2 = Beta\r\n\r\n"
+TEST_F(ClientRegistryTest, RenameStoresTheNameAsTyped) {
+    // Client names never become folder names: any text the datafile can hold
+    // is stored as it is, blanks and all.
+    const std::pair<std::wstring, const char*> stored[] = {
+        {L"ACME: North", "ACME: North"}, {L"a/b\\c*?", "a/b\\c*?"},
+        {L"  Acme  ", "  Acme  "},       {L"x = y", "x = y"},
+        {L"Acme & Sons", "Acme & Sons"},
+    };
+    for (const auto& [name, bytes] : stored) {
+        SetFile(kTwoClients);
+        EXPECT_TRUE(clients.RenameClient(1, name)) << bytes;
+        EXPECT_EQ(clients.GetClientName(1), name);
+        EXPECT_EQ(File(),
+                  std::string("[ClientList]\r\nVX2D_CLIENT_1 = ") + bytes +
+                      "\r\nVX2D_CLIENT_2 = Beta\r\n\r\n"
                       "[General]\r\nLastClientId = 2\r\n\r\n[ProjectList - 1]\r\n3 = 3\r\n\r\n"
                       "[ProjectList - 2]\r\n7 = 7\r\n8 = 8\r\n");
+    }
+
+    // What a datafile cannot hold, and clients that do not exist, are refused
+    // and change nothing: a rename never creates a client.
+    SetFile(kTwoClients);
+    const std::pair<std::int32_t, std::wstring> refused[] = {
+        {1, L"\u20AC"}, {1, L"two\r\nlines"}, {0, L"Nobody"}, {3, L"Three"}, {-1, L"Minus"},
+    };
+    for (const auto& [id, name] : refused)
+        EXPECT_FALSE(clients.RenameClient(id, name)) << id;
+    EXPECT_EQ(File(), kTwoClients);
+    std::int32_t id = 0;
+    std::wstring name;
+    ASSERT_TRUE(clients.CreateClient(id, name));
+    EXPECT_EQ(id, 3);
+    EXPECT_EQ(clients.GetClientName(3), L"Client 3");
 }
 
 TEST_F(ClientRegistryTest, DeleteClientLeavesItsStandardsInTheStandardRegistry) {
