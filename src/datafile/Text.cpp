@@ -190,8 +190,13 @@ bool IsOneByteText(std::wstring_view text) {
 
 std::wstring WithTrailingSeparator(std::wstring_view folder) {
     std::wstring out(folder);
-    if (!out.empty() && out.back() != kPathSeparator && out.back() != L'/')
-        out += kPathSeparator;
+    if (out.empty() || out.back() == L'\\' || out.back() == L'/')
+        return out;
+    // A Windows path read on Linux (or the reverse) keeps its own kind; a
+    // path with both kinds or none takes the native one.
+    const bool backslash = out.find(L'\\') != std::wstring::npos;
+    const bool slash = out.find(L'/') != std::wstring::npos;
+    out += backslash == slash ? kPathSeparator : backslash ? L'\\' : L'/';
     return out;
 }
 

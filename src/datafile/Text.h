@@ -32,7 +32,9 @@ bool EqualsNoCase(std::wstring_view a, std::wstring_view b);
 // True when every character fits in one byte of a datafile (codes 0 to 255).
 bool IsOneByteText(std::wstring_view text);
 
-// A folder path with the native separator at its end; empty stays empty.
+// A folder path with a separator at its end: the only kind the path uses
+// ("C:\\E" stays a Windows path on Linux), or the native one when it uses
+// both or none. Empty stays empty.
 std::wstring WithTrailingSeparator(std::wstring_view folder);
 // The folder path without a trailing separator.
 std::wstring WithoutTrailingSeparator(std::wstring_view folder);

@@ -35,13 +35,16 @@ bool Exists(const std::wstring& path) {
     return fs::exists(platform::ToPath(WithoutTrailingSeparator(path)), ec);
 }
 
-// Renames like the platform's move: never onto something that exists.
+// Renames like the platform's move: never onto something else that exists.
+// On a case-insensitive file system (Windows, an SMB share) a new name that
+// differs only in letter case names the folder itself: that is a rename.
 bool MoveFolder(const std::wstring& from, const std::wstring& to) {
-    if (Exists(to))
-        return false;
+    const fs::path source = platform::ToPath(WithoutTrailingSeparator(from));
+    const fs::path target = platform::ToPath(WithoutTrailingSeparator(to));
     std::error_code ec;
-    fs::rename(platform::ToPath(WithoutTrailingSeparator(from)),
-               platform::ToPath(WithoutTrailingSeparator(to)), ec);
+    if (Exists(to) && !fs::equivalent(source, target, ec))
+        return false;
+    fs::rename(source, target, ec);
     return !ec;
 }
 

@@ -3,6 +3,7 @@
 #include "datafile/IniFile.h"
 #include "datafile/Names.h"
 #include "datafile/ProjectResult.h"
+#include "datafile/Text.h"
 
 #include <gtest/gtest.h>
 
@@ -109,3 +110,24 @@ TEST(IdsTest, RefusesNamesThatCannotBeFolderNames) {
 }
 
 } // namespace
+
+TEST(TextTest, AFolderEndsInTheSeparatorItAlreadyUses) {
+    // Drawings folders are often Windows paths, even in a datafiles folder
+    // read on Linux: the drafting applications must find them as typed.
+    const std::pair<std::wstring, std::wstring> cases[] = {
+        {L"", L""},
+        {L"C:\\E", L"C:\\E\\"},
+        {L"C:\\E\\", L"C:\\E\\"},
+        {L"\\\\server\\share\\dwg", L"\\\\server\\share\\dwg\\"},
+        {L"/srv/dwg", L"/srv/dwg/"},
+        {L"/srv/dwg/", L"/srv/dwg/"},
+        {L"C:/Plant/dwg", L"C:/Plant/dwg/"},
+        // Both kinds: the native one.
+        {L"C:\\Plant/dwg", std::wstring(L"C:\\Plant/dwg") + kPathSeparator},
+        {L"/mnt/x\\y", std::wstring(L"/mnt/x\\y") + kPathSeparator},
+        {L"Drawings", std::wstring(L"Drawings") + kPathSeparator},
+    };
+    for (const auto& [folder, expected] : cases)
+        EXPECT_EQ(WithTrailingSeparator(folder), expected)
+            << std::string(folder.begin(), folder.end());
+}

@@ -184,6 +184,15 @@ TEST_F(ProjectRegistryTest, RenameTrimsMovesTheFolderAndKeepsTheList) {
     EXPECT_EQ(Datafile(), renamed);
     EXPECT_TRUE(fs::exists(Projects() / "VX2D_PRJ_1 - New" / "General.ini"));
 
+    // Only the letter case changes: on a case-insensitive file system (Windows,
+    // an SMB share) the new folder name "exists" already, as the folder itself.
+    EXPECT_EQ(registry.RenameProject(id, L"NEW"), eProjectOk);
+    EXPECT_EQ(Listing(Projects()),
+              (std::set<std::string>{"VX2D_PRJ_1 - NEW", "VX2D_PRJ_1 - Taken"}));
+    EXPECT_TRUE(fs::exists(Projects() / "VX2D_PRJ_1 - NEW" / "General.ini"));
+    EXPECT_EQ(registry.RenameProject(id, L"New"), eProjectOk);
+    EXPECT_EQ(Datafile(), renamed);
+
     // A deleted standard is renamed where it stands.
     ASSERT_EQ(registry.DeleteProject(id), eProjectOk);
     EXPECT_EQ(registry.RenameProject(id, L"Old"), eProjectOk);
