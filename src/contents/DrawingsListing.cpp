@@ -7,6 +7,7 @@
 #include <filesystem>
 #include <fmt/chrono.h>
 #include <fmt/xchar.h>
+#include <stdexcept>
 
 namespace fs = std::filesystem;
 
@@ -21,14 +22,15 @@ std::wstring DrawingSizeText(std::uintmax_t bytes) {
 }
 
 std::wstring DrawingDateText(std::time_t time) {
+    std::tm local{};
     try {
-        const std::tm local = fmt::localtime(time);
-        const std::string text = fmt::format("{:%Y-%m-%d %H:%M:%S}", local);
-        return std::wstring(text.begin(), text.end());
+        local = fmt::localtime(time);
     } catch (const std::exception&) {
-        // A time outside what the platform can convert: no date rather than a wrong one.
-        return {};
+        throw std::invalid_argument(
+            fmt::format("The time {} cannot be converted to local time.", time));
     }
+    const std::string text = fmt::format("{:%Y-%m-%d %H:%M:%S}", local);
+    return std::wstring(text.begin(), text.end());
 }
 
 bool ListDrawings(const std::wstring& folder, bool backups, SDrawingList& list) {
@@ -54,8 +56,14 @@ bool ListDrawings(const std::wstring& folder, bool backups, SDrawingList& list) 
         if (!sizeError && !timeError) {
             size = DrawingSizeText(bytes);
             const auto system = std::chrono::file_clock::to_sys(written);
-            date = DrawingDateText(std::chrono::system_clock::to_time_t(
-                std::chrono::time_point_cast<std::chrono::system_clock::duration>(system)));
+            try {
+                date = DrawingDateText(std::chrono::system_clock::to_time_t(
+                    std::chrono::time_point_cast<std::chrono::system_clock::duration>(system)));
+            } catch (const std::invalid_argument&) {
+                throw std::invalid_argument(platform::ToUtf8(
+                    fmt::format(L"The modification time of '{}' cannot be converted to local time.",
+                                platform::FromPath(it->path()))));
+            }
         }
         list.names.push_back(name);
         list.sizes.push_back(size);

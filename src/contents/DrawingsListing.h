@@ -20,10 +20,12 @@ struct SDrawingList {
 // instead; the extension in any letter case) in the order the folder gives
 // them. Sub-folders are left out. A file whose status cannot be read keeps
 // empty size and date texts. False, with empty lists, when the folder cannot
-// be enumerated.
+// be enumerated. A modification time that has no local form throws
+// std::invalid_argument naming the file.
 bool ListDrawings(const std::wstring& folder, bool backups, SDrawingList& list);
 
 // "%ld KB" of the size divided by 1024, truncated: 1,023 bytes show "0 KB".
 std::wstring DrawingSizeText(std::uintmax_t bytes);
-// "%Y-%m-%d %H:%M:%S" in local time; empty when the time has no local form.
+// "%Y-%m-%d %H:%M:%S" in local time; std::invalid_argument when the time
+// has no local form.
 std::wstring DrawingDateText(std::time_t time);

@@ -13,6 +13,7 @@
 #include <filesystem>
 #include <fmt/xchar.h>
 #include <numeric>
+#include <stdexcept>
 
 namespace fs = std::filesystem;
 
@@ -184,8 +185,14 @@ bool CDrawingsManager::BackupsShown() const {
 
 void CDrawingsManager::Refresh() {
     m_list.Clear();
-    if (!m_strFolder.empty())
-        ListDrawings(m_strFolder, BackupsShown(), m_list);
+    if (!m_strFolder.empty()) {
+        try {
+            ListDrawings(m_strFolder, BackupsShown(), m_list);
+        } catch (const std::invalid_argument& error) {
+            m_list.Clear();
+            m_prompter.Show(platform::FromUtf8(error.what()), EPromptIcon::Exclamation);
+        }
+    }
     Sort();
 }
 

@@ -9,7 +9,9 @@
 #include <ctime>
 #include <filesystem>
 #include <gtest/gtest.h>
+#include <limits>
 #include <map>
+#include <stdexcept>
 
 namespace fs = std::filesystem;
 using test::WriteBytes;
@@ -87,6 +89,16 @@ TEST_F(DrawingsListingTest, UnreadableFolderAndUnreadableFilesGiveEmptyTexts) {
     EXPECT_EQ(AsMap(list)[L"Lost.dwg"], (std::pair<std::wstring, std::wstring>{}));
     EXPECT_EQ(list.Size(), 5u);
 #endif
+}
+
+TEST(DrawingDateTextTest, ATimeWithoutALocalFormIsAnInvalidArgument) {
+    SetTimeZone("CET-1");
+    EXPECT_EQ(DrawingDateText(kWritten), L"2023-04-05 14:03:09");
+    EXPECT_EQ(DrawingDateText(0), L"1970-01-01 01:00:00");
+    // Years beyond what the platform's calendar holds.
+    for (const std::time_t time :
+         {std::numeric_limits<std::time_t>::max(), std::numeric_limits<std::time_t>::min()})
+        EXPECT_THROW(DrawingDateText(time), std::invalid_argument) << time;
 }
 
 } // namespace
