@@ -105,10 +105,11 @@ bool CNavigatorController::Applies(int command) const {
     case eCmdOpenStandard:
     case eCmdPrintStandard:
     case eCmdDeleteStandard:
-    case eCmdExportStandard:
         return kind == eNavStandard;
     case eCmdCopyStandard:
     case eCmdRenameStandard:
+    // A deleted standard keeps its folder until it is purged.
+    case eCmdExportStandard:
         return IsStandardKind(kind);
     case eCmdRecoverStandard:
     case eCmdPurgeStandard:

@@ -1,13 +1,16 @@
 #include "app/StandardArchive.h"
 
 #include "datafile/Text.h"
+#include "platform/System.h"
 #include "platform/Utf8.h"
 
 #include <algorithm>
 #include <cstring>
+#include <cwchar>
 #include <filesystem>
 #include <fmt/xchar.h>
 #include <fstream>
+#include <map>
 #include <set>
 #include <zip.h>
 
@@ -64,6 +67,33 @@ zip_t* OpenArchive(const std::wstring& path, int flags, int& error) {
     return zip_open(platform::ToPath(path).string().c_str(), flags, &error);
 }
 
+// An archive with no entries: only the end record with the comment. The
+// library writes nothing at all for an archive without entries.
+bool WriteEmptyArchive(const std::wstring& archivePath, const char* comment) {
+    const std::size_t length = std::strlen(comment);
+    std::string bytes("PK\x05\x06", 4);
+    bytes.append(16, '\0'); // disks, entry counts, directory size and offset
+    bytes += static_cast<char>(length & 0xff);
+    bytes += static_cast<char>((length >> 8) & 0xff);
+    bytes += comment;
+    const fs::path target = platform::ToPath(archivePath);
+    fs::path temporary = target;
+    temporary += ".part";
+    std::FILE* file = platform::OpenFile(temporary, "wb");
+    if (!file)
+        return false;
+    const bool written = std::fwrite(bytes.data(), 1, bytes.size(), file) == bytes.size();
+    std::error_code ec;
+    if (!platform::FlushAndClose(file) || !written) {
+        fs::remove(temporary, ec);
+        return false;
+    }
+    fs::rename(temporary, target, ec);
+    if (ec)
+        fs::remove(temporary, ec);
+    return !ec;
+}
+
 const wchar_t* const kNotArchive = L"The file is not an archive, or the archive is damaged.";
 const wchar_t* const kDamaged = L"The archive is damaged.";
 
@@ -112,7 +142,28 @@ struct SPlanned {
     std::wstring name;
     fs::path relative; // within the standard's folder
     std::uint64_t size = 0;
+    bool flattened = false; // an old export's entry from a sub-folder
 };
+
+// An old export's entries lose their sub-folders, so two of them can land on
+// one file: an entry directly in the mapped folder wins over one from below
+// it ("Settings\CAD\Backup\General.ini" never replaces
+// "Settings\CAD\General.ini"); between two of a kind the later one wins, as
+// it would have overwritten the first.
+void KeepOneEntryPerFile(std::vector<SPlanned>& entries) {
+    std::map<fs::path, std::size_t> chosen;
+    for (std::size_t i = 0; i < entries.size(); ++i) {
+        const auto [it, inserted] = chosen.try_emplace(entries[i].relative, i);
+        if (!inserted && (!entries[i].flattened || entries[it->second].flattened))
+            it->second = i;
+    }
+    std::vector<SPlanned> kept;
+    for (std::size_t i = 0; i < entries.size(); ++i) {
+        if (chosen[entries[i].relative] == i)
+            kept.push_back(entries[i]);
+    }
+    entries = std::move(kept);
+}
 
 struct SPlan {
     std::vector<SPlanned> entries;
@@ -150,6 +201,7 @@ std::wstring PlanEntries(zip_t* archive, bool old, const SArchiveLimits& limits,
         }
 
         fs::path relative;
+        bool flattened = false;
         if (old) {
             const std::wstring lower = ToLower(Slashed(name));
             const auto* match =
@@ -160,6 +212,9 @@ std::wstring PlanEntries(zip_t* archive, bool old, const SArchiveLimits& limits,
             if (*match->second)
                 relative /= platform::ToPath(match->second);
             relative /= platform::ToPath(segments.back());
+            const auto depth = static_cast<std::size_t>(
+                std::count(match->first, match->first + std::wcslen(match->first), L'/'));
+            flattened = segments.size() > depth + 1;
         } else {
             for (const auto& segment : segments)
                 relative /= platform::ToPath(segment);
@@ -179,9 +234,12 @@ std::wstring PlanEntries(zip_t* archive, bool old, const SArchiveLimits& limits,
             return fmt::format(
                 L"'{}' in the archive would unpack to {}, more than {} times its packed size.",
                 name, SizeText(stat.size), limits.ratio);
-        plan.entries.push_back({index, name, relative, stat.size});
-        plan.bytes = Plus(plan.bytes, stat.size);
+        plan.entries.push_back({index, name, relative, stat.size, flattened});
     }
+    if (old)
+        KeepOneEntryPerFile(plan.entries);
+    for (const auto& entry : plan.entries)
+        plan.bytes = Plus(plan.bytes, entry.size);
     if (plan.entries.empty()) {
         std::wstring why = L"The archive holds no files that can be imported.";
         for (const auto& skipped : plan.skipped)
@@ -316,8 +374,14 @@ bool CStandardArchive::Export(const std::wstring& folder, const std::wstring& ar
     if (ec)
         return false;
     std::sort(files.begin(), files.end());
+    if (files.empty()) {
+        if (progress)
+            progress(0, 0, L"");
+        return WriteEmptyArchive(archivePath, kComment);
+    }
 
-    fs::remove(platform::ToPath(archivePath), ec);
+    // An existing archive of that name is replaced only when the new one is
+    // complete: the library writes beside it and renames on close.
     SZip zip;
     int error = 0;
     zip.archive = OpenArchive(archivePath, ZIP_CREATE | ZIP_TRUNCATE, error);

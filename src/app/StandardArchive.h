@@ -44,7 +44,9 @@ public:
 
     // Writes every file under `folder` (sub-folders by relative path with "/",
     // folders themselves not stored) at compression level 9, with the
-    // exported-standard comment. An existing archive is replaced.
+    // exported-standard comment; a folder without files gives an archive
+    // holding only the comment. An existing archive is replaced only by a
+    // complete new one: a failed or cancelled export leaves it as it was.
     static bool Export(const std::wstring& folder, const std::wstring& archive,
                        const CArchiveProgress& progress = {});
 

@@ -24,7 +24,10 @@ struct CFakeOwner : INavigatorOwner {
         return wizardId != 0;
     }
     void PrintStandard(std::int32_t) override {}
-    void ExportStandard(std::int32_t, const std::wstring&) override {}
+    void ExportStandard(std::int32_t id, const std::wstring& name) override {
+        exported.emplace_back(id, name);
+    }
+    std::vector<std::pair<std::int32_t, std::wstring>> exported;
     void ImportStandards(std::int32_t) override {}
 };
 
@@ -135,6 +138,18 @@ TEST_F(NavigatorTest, KindsDecideButtonsPopupsAndWhichCommandsAct) {
     nav.Execute(eCmdOpenStandard);
     EXPECT_TRUE(prompter.asked.empty());
     EXPECT_TRUE(owner.requests.empty());
+
+    // A deleted standard keeps its folder until it is purged: it can be
+    // exported (to keep a copy before purging), as on the command line.
+    const std::pair<std::vector<std::wstring>, bool> exportable[] = {
+        {{L"Zeta", L"pipe"}, true}, {{L"Zeta", L"Old"}, true}, {{L"Zeta"}, false}, {{}, false}};
+    for (const auto& [path, applies] : exportable) {
+        nav.Select(path.empty() ? 0 : Item(path));
+        EXPECT_EQ(nav.Applies(eCmdExportStandard), applies);
+        nav.Execute(eCmdExportStandard);
+    }
+    EXPECT_EQ(owner.exported,
+              (std::vector<std::pair<std::int32_t, std::wstring>>{{1, L"pipe"}, {5, L"Old"}}));
 }
 
 TEST_F(NavigatorTest, OpenAndCompareAreRequestsToTheOwner) {
@@ -169,10 +184,10 @@ TEST_F(NavigatorTest, RenameSaysWhatFailedAndKeepsTheOldLabel) {
     EXPECT_EQ(test::ReadBytes(fx.Dir().Path() / "ProjectDatafile.ini"), before);
     nav.Select(Item({L"Zeta"}));
     nav.Execute(eCmdRenameClient);
-    EXPECT_FALSE(nav.EndLabelEdit(L"x|y"));
+    EXPECT_FALSE(nav.EndLabelEdit(L"\u20acuro"));
     EXPECT_EQ(Texts(), (std::vector<std::wstring>{
                            L"Error renaming project from 'pipe' to 'a/b'.\n\nInvalid name",
-                           L"Error renaming client from 'Zeta' to 'x|y'."}));
+                           L"Error renaming client from 'Zeta' to '\u20acuro'."}));
     EXPECT_EQ(prompter.asked[0].icon, EPromptIcon::Stop);
 
     nav.Select(Item({L"Zeta", L"pipe"}));

@@ -165,6 +165,47 @@ TEST_F(StandardTransferTest, ExportThenImportGivesTheSameTree) {
     EXPECT_TRUE(prompter.asked.empty());
 }
 
+TEST_F(StandardTransferTest, AnEmptyStandardGivesAnArchiveWithOnlyTheComment) {
+    const std::int32_t id = Create(L"Bare");
+    for (const auto& entry : fs::directory_iterator(FolderOf(id)))
+        fs::remove_all(entry.path());
+    fs::create_directories(FolderOf(id) / "Empty");
+    const std::wstring archive = outside.File(L"Bare.xst");
+    WriteBytes(test::P(archive), "an older export");
+    ASSERT_TRUE(transfer.Export(id, archive, {}));
+
+    int error = 0;
+    zip_t* zip = zip_open(test::P(archive).c_str(), ZIP_RDONLY | ZIP_CHECKCONS, &error);
+    ASSERT_NE(zip, nullptr) << error;
+    int length = 0;
+    EXPECT_STREQ(zip_get_archive_comment(zip, &length, 0),
+                 "VANDIX 2D Exported Standard V2017.0 - VANDIX Software");
+    EXPECT_EQ(zip_get_num_entries(zip, 0), 0);
+    zip_close(zip);
+    EXPECT_EQ(fs::directory_iterator(outside.Path())->path().filename(), "Bare.xst")
+        << "nothing else is left beside it";
+
+    // There is nothing in it to make a standard of.
+    const std::vector<std::wstring> before = Standards();
+    const auto imported = transfer.Import({archive}, 0, false);
+    ASSERT_EQ(imported.size(), 1u);
+    EXPECT_EQ(imported[0].id, 0);
+    EXPECT_EQ(Standards(), before);
+    ASSERT_EQ(prompter.asked.size(), 1u);
+    EXPECT_EQ(prompter.asked[0].text,
+              ImportError("Bare.xst", L"The archive holds no files that can be imported."));
+}
+
+TEST_F(StandardTransferTest, AFailedExportLeavesTheOldArchive) {
+    const std::int32_t id = Create(L"Pipe");
+    const std::wstring archive = outside.File(L"Pipe.xst");
+    WriteBytes(test::P(archive), "an older export");
+    EXPECT_FALSE(transfer.Export(id, archive, [](std::size_t, std::size_t, const std::wstring&) {
+        return false; // cancelled
+    }));
+    EXPECT_EQ(ReadBytes(test::P(archive)), "an older export");
+}
+
 TEST_F(StandardTransferTest, HostileEntriesAreSkippedAndReported) {
     const fs::path archive = outside.Path() / "Evil.xst";
     MakeArchive(archive, {{"../escaped.txt", "x"},
@@ -230,6 +271,28 @@ TEST_F(StandardTransferTest, OldExportsGiveOnlyTheirSettingsFolders) {
                                                   {"Layers.ini", "cad"},
                                                   {"Lists/l.txt", "l"},
                                                   {"Ortho BOMS/o.bom", "o"}}));
+}
+
+TEST_F(StandardTransferTest, InAnOldExportAFileOfTheFolderItselfWinsOverOneFromASubFolder) {
+    const std::pair<SEntries, std::map<std::string, std::string>> cases[] = {
+        {{{"Settings\\CAD\\General.ini", "mine"}, {"Settings\\CAD\\Backup\\General.ini", "old"}},
+         {{"General.ini", "mine"}}},
+        {{{"Settings\\CAD\\Backup\\General.ini", "old"}, {"Settings\\CAD\\General.ini", "mine"}},
+         {{"General.ini", "mine"}}},
+        {{{"Settings/BOM/Iso/a/x.bom", "1"},
+          {"Settings/BOM/Iso/b/x.bom", "2"},
+          {"Settings/CAD/Old/Layers.ini", "only"}},
+         {{"Iso BOMS/x.bom", "2"}, {"Layers.ini", "only"}}},
+    };
+    for (const auto& [entries, files] : cases) {
+        SCOPED_TRACE(entries.front().first);
+        const fs::path archive = outside.Path() / "Job.xpj";
+        MakeArchive(archive, entries);
+        const auto imported = transfer.Import({platform::FromPath(archive)}, 0, true);
+        ASSERT_EQ(imported.size(), 1u);
+        EXPECT_EQ(Files(FolderOf(imported[0].id)), files);
+        EXPECT_TRUE(prompter.asked.empty()) << "nothing to report";
+    }
 }
 
 TEST_F(StandardTransferTest, AFileThatCannotBecomeAStandardIsReportedAndTheNextGoesOn) {
