@@ -20,12 +20,21 @@ CStartup::CStartup(IRegistry& registry, const CInstallation& installation,
       m_profile(registry) {}
 
 CStartup::EResult CStartup::Run(const std::vector<std::wstring>& args) {
+    const EResult result = Decide(args);
+    if (result == eRun)
+        Prepare();
+    return result;
+}
+
+CStartup::EResult CStartup::Decide(const std::vector<std::wstring>& args) {
     m_helpPath = m_environment.HelpFilePath(m_services.programPath);
     for (const auto& arg : args) {
-        if (ToLower(arg) == L"-install") {
-            Install();
-            return eInstalled;
-        }
+        if (ToLower(arg) == L"-install")
+            return Install() ? eInstalled : eInstallFailed;
+    }
+    if (m_projects.Datafiles().Root().empty()) {
+        m_prompter.Show(kNoDatafilesText, EPromptIcon::Stop, kCaption);
+        return eRefused;
     }
     if (!m_projects.Datafiles().Exists()) {
         m_prompter.Show(MissingDatafilesText(m_projects.Datafiles().Root()), EPromptIcon::Stop,
@@ -40,6 +49,10 @@ CStartup::EResult CStartup::Run(const std::vector<std::wstring>& args) {
         m_prompter.Ask(refusal);
         return eRefused;
     }
+    return eRun;
+}
+
+void CStartup::Prepare() {
     if (m_services.windowsComponents)
         m_oemLibrary = CWindowsComponents(m_environment, m_registry, m_prompter, m_services.windows)
                            .LoadOemDialogsLibrary();
@@ -49,13 +62,16 @@ CStartup::EResult CStartup::Run(const std::vector<std::wstring>& args) {
     CreateFirstRunStandards();
     m_projects.CheckProjectRegistry();
     CUpdateCheck(m_registry, m_installation, m_prompter, m_services.update).Run();
-    return eRun;
 }
 
 bool CStartup::Install() {
+    if (m_projects.Datafiles().Root().empty())
+        return false;
     // The one place that makes a datafiles folder.
     std::error_code ec;
     fs::create_directories(platform::ToPath(m_projects.Datafiles().Root()), ec);
+    if (!m_projects.Datafiles().Exists())
+        return false;
     SeedTemplateFolders(m_projects.Datafiles(), m_services.shippedTemplates);
     CreateFirstRunStandards();
     if (!m_installation.HasDatafilesOverride())

@@ -22,11 +22,15 @@ struct SRect {
 class CStartup {
 public:
     static constexpr const wchar_t* kCaption = L"2D Kryn 2023";
+    static constexpr const wchar_t* kNoDatafilesText =
+        L"No datafiles folder is known.\n\nStart the program with --datafiles DIR, or set "
+        L"\"DatafilesPath\" in the installation values.";
 
     enum EResult {
-        eInstalled, // "-install" did its work; the program ends
-        eRefused,   // the user may not run the program
-        eRun,       // go on and show the main window
+        eInstalled,     // "-install" did its work; the program ends
+        eInstallFailed, // "-install" found no datafiles folder it could make
+        eRefused,       // the program may not run: no datafiles folder, or not this user
+        eRun,           // go on and show the main window
     };
 
     struct SServices {
@@ -43,10 +47,19 @@ public:
     CStartup(IRegistry& registry, const CInstallation& installation,
              CVX2D_ProjectRegistry& projects, IPrompter& prompter, SServices services);
 
+    // Decide, then Prepare when the program is to run.
     EResult Run(const std::vector<std::wstring>& args);
+    // What this start is, before anything is shown or loaded: "-install"
+    // (done here, with no message), a missing datafiles folder or a refused
+    // user (one message box each), or a run.
+    EResult Decide(const std::vector<std::wstring>& args);
+    // The work before the main window: the OEM library, the templates and
+    // first-run standards, the registry repair and the update check.
+    void Prepare();
     // The "-install" work: the shipped templates into the datafiles folder,
     // the first-run standards, and the datafiles folder given for this run
-    // recorded as the installation's. False when that could not be recorded.
+    // recorded as the installation's. False when there is no datafiles
+    // folder to make or that could not be recorded.
     bool Install();
 
     bool IsUserAllowed(const std::wstring& userName) const;

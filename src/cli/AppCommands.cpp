@@ -32,10 +32,16 @@ void Install(const SCliOptions& options) {
     CStartup::SServices services;
     services.shippedTemplates = ShippedTemplates();
     CStartup startup(*core.registry, core.installation, core.projects, core.prompter, services);
-    if (!startup.Install())
+    if (core.datafiles.Root().empty())
+        throw CCliFailure(CStartup::kNoDatafilesText);
+    if (!startup.Install()) {
+        if (!core.datafiles.Exists())
+            throw CCliFailure(fmt::format(L"The datafiles folder '{}' could not be created.",
+                                          core.datafiles.Root()));
         throw CCliFailure(
             L"The standards were installed, but the datafiles folder could not be recorded in "
             L"the installation values.\n\nRun as a user who may write them.");
+    }
 }
 
 void Export(const SCliOptions& options, const SArgs& a) {

@@ -1,5 +1,6 @@
 #include "gui/DrawingsFormView.h"
 
+#include "gui/MainFrame.h"
 #include "gui/QtText.h"
 
 #include <QApplication>
@@ -119,6 +120,8 @@ CDrawingsFormView::CDrawingsFormView(CDeskCore& core, CMainFrame& frame, std::in
             Render();
         });
     backups->setCheckable(true);
+    add(QStringLiteral("help"), QStyle::SP_DialogHelpButton, tr("Help"),
+        [this] { m_frame.ShowHelp(CDrawingsManager::kHelpTopic); });
 
     auto* layout = new QVBoxLayout(this);
     layout->setContentsMargins(0, 0, 0, 0);

@@ -24,7 +24,7 @@ CMainFrame::CMainFrame(CDeskCore& core, IFileDialogs& dialogs, QWidget* parent)
     : QMainWindow(parent), m_core(core), m_dialogs(dialogs),
       m_navigator(core.projects, core.clients, core.profile, core.prompter, *this),
       m_transferPrompter(core.prompter),
-      m_transfer(core.projects, core.profile, m_transferPrompter) {
+      m_transfer(core.projects, core.profile, m_transferPrompter), m_opener(platform::ShellOpen) {
     setObjectName(QStringLiteral("mainFrame"));
     m_documents = new QMdiArea(this);
     m_documents->setObjectName(QStringLiteral("documents"));
@@ -225,7 +225,7 @@ bool CMainFrame::RunNewStandardWizard(std::int32_t clientId, std::int32_t& newId
 
 void CMainFrame::PrintStandard(std::int32_t standardId) {
     QApplication::setOverrideCursor(Qt::WaitCursor);
-    PrintStandardReport(m_core.projects, m_core.prompter, standardId, platform::ShellOpen);
+    PrintStandardReport(m_core.projects, m_core.prompter, standardId, m_opener);
     QApplication::restoreOverrideCursor();
 }
 
@@ -296,7 +296,7 @@ void CMainFrame::ShowHelp(const std::wstring& topic) {
         m_core.prompter.Show(error, EPromptIcon::Stop);
         return;
     }
-    platform::ShellOpen(page);
+    m_opener(page);
 }
 
 void CMainFrame::UpdateTitle() {

@@ -11,6 +11,7 @@
 #include <QAction>
 #include <QMainWindow>
 #include <QMdiArea>
+#include <functional>
 #include <map>
 
 class CNavigatorDlg;
@@ -42,6 +43,10 @@ public:
     void OpenComparison(std::int32_t standardId);
     // "Help..." of a view: opens its topic or says the help is missing.
     void ShowHelp(const std::wstring& topic);
+    // What opens help pages and reports (the desktop's default program unless
+    // replaced); true when it could.
+    using COpener = std::function<bool(const std::wstring&)>;
+    void SetOpener(COpener opener) { m_opener = std::move(opener); }
 
 protected:
     // Quitting closes every window first; one that stays open (a page kept
@@ -65,4 +70,5 @@ private:
     QMdiArea* m_documents = nullptr;
     std::map<int, QAction*> m_actions;
     QAction* m_showDeleted = nullptr;
+    COpener m_opener;
 };

@@ -51,12 +51,20 @@ int main(int argc, char** argv) {
 #endif
     CStartup startup(*core.registry, core.installation, core.projects, prompter, services);
 
-    if (core.installation.DatafilesPath().empty()) {
-        prompter.Show(
-            L"No datafiles folder is known.\n\nStart the program with --datafiles DIR, or set "
-            L"\"DatafilesPath\" in the installation values.",
-            EPromptIcon::Stop, L"Standards Desk");
+    // The decision comes first: "-install" ends without a window, and a
+    // refused start shows its one message box and nothing else.
+    switch (startup.Decide(words)) {
+    case CStartup::eInstalled:
+        return 0;
+    case CStartup::eInstallFailed:
+        std::fputs("standards-desk: no datafiles folder could be set up; give one with "
+                   "--datafiles DIR.\n",
+                   stderr);
         return 1;
+    case CStartup::eRefused:
+        return 1;
+    case CStartup::eRun:
+        break;
     }
 
     QPixmap picture(420, 200);
@@ -65,15 +73,7 @@ int main(int argc, char** argv) {
     splash.showMessage(QStringLiteral("Standards Desk\n\nStarting..."), Qt::AlignCenter, Qt::white);
     splash.show();
     QApplication::processEvents();
-
-    switch (startup.Run(words)) {
-    case CStartup::eInstalled:
-        return 0;
-    case CStartup::eRefused:
-        return 1;
-    default:
-        break;
-    }
+    startup.Prepare();
 
     CQtFileDialogs dialogs;
     CMainFrame frame(core, dialogs);

@@ -92,6 +92,40 @@ TEST_F(StartupTest, OnlyListedUsersAdministratorAndRootMayRun) {
     EXPECT_EQ(prompter.asked[0].icon, EPromptIcon::Stop);
 }
 
+TEST_F(StartupTest, TheDecisionComesBeforeAnythingIsLoadedOrShown) {
+    CStartup::SServices services;
+    services.userName = L"eve";
+    services.shippedTemplates = platform::FromPath(fs::path(SD_TEMPLATES_DIR));
+    WriteBytes(datafiles.Path() / "UserDatafile.ini", "[User List]\r\nUser1 = Bob\r\n");
+    CStartup refused(registry, installation, projects, prompter, services);
+    EXPECT_EQ(refused.Decide({L"standards-desk"}), CStartup::eRefused);
+    EXPECT_EQ(prompter.asked.size(), 1u) << "the refusal box and nothing else";
+    EXPECT_TRUE(Standards().empty());
+    EXPECT_FALSE(fs::exists(datafiles.Path() / "ProjectDatafile.ini"));
+
+    services.userName = L"bob";
+    CStartup allowed(registry, installation, projects, prompter, services);
+    EXPECT_EQ(allowed.Decide({L"standards-desk"}), CStartup::eRun);
+    EXPECT_TRUE(Standards().empty()) << "the first standards come with Prepare";
+    allowed.Prepare();
+    EXPECT_EQ(Standards().size(), 2u);
+    EXPECT_EQ(prompter.asked.size(), 1u);
+
+    // Without any datafiles folder: "-install" ends with no message box at
+    // all, a plain start with one that says what to do.
+    CIniRegistry emptyRegistry{config.File(L"machine2"), config.File(L"user2")};
+    CInstallation none{emptyRegistry, L""};
+    CVX2D_Datafiles noFolder{none.DatafilesPath()};
+    CVX2D_ProjectRegistry noProjects{noFolder, prompter};
+    CStartup startup(emptyRegistry, none, noProjects, prompter, services);
+    prompter.asked.clear();
+    EXPECT_EQ(startup.Decide({L"standards-desk", L"-install"}), CStartup::eInstallFailed);
+    EXPECT_TRUE(prompter.asked.empty());
+    EXPECT_EQ(startup.Decide({L"standards-desk"}), CStartup::eRefused);
+    ASSERT_EQ(prompter.asked.size(), 1u);
+    EXPECT_EQ(prompter.asked[0].text, CStartup::kNoDatafilesText);
+}
+
 TEST_F(StartupTest, FirstRunStandardsGetFoldersLocationsAndALine) {
     ASSERT_EQ(Start({}), CStartup::eRun);
     const std::string root = datafiles.Path().string() + "/";

@@ -2,6 +2,7 @@
 // drawings list, and the comparison grid, driven through their widgets.
 #include "GuiSupport.h"
 
+#include "app/Environment.h"
 #include "gui/CompareWindow.h"
 #include "gui/DrawingsFormView.h"
 #include "gui/MainFrame.h"
@@ -10,6 +11,7 @@
 #include "gui/QtText.h"
 #include "gui/SettingsFormView.h"
 #include "gui/StandardDocument.h"
+#include "platform/System.h"
 #include "store/GeneralSettings.h"
 
 #include <QComboBox>
@@ -157,6 +159,23 @@ private slots:
         QCOMPARE(test::ReadBytes(drawings / "Drawing1.dwg"), std::string("template"));
         QCOMPARE(view->List()->topLevelItemCount(), 3);
         QCOMPARE(view->List()->currentItem()->text(0), QStringLiteral("Drawing1"));
+
+        // Its help topic, from the installed help.
+        const std::wstring local = world->config.Text() + L"app/";
+        world->core.registry->SetString(ERegistryRoot::LocalMachine, CInstallation::kInstallKey,
+                                        L"LocalAppPath", local);
+        const std::wstring help = local + L"Help/" +
+                                  CEnvironment::HelpName(platform::ExecutablePath()) +
+                                  L"/Drawings_Dialog_Box.htm";
+        test::WriteBytes(test::P(help), "<html></html>");
+        std::vector<std::wstring> opened;
+        frame->SetOpener([&](const std::wstring& page) {
+            opened.push_back(page);
+            return true;
+        });
+        QVERIFY(view->Action(QStringLiteral("help")));
+        view->Action(QStringLiteral("help"))->trigger();
+        QCOMPARE(opened, std::vector<std::wstring>{help});
     }
 
     void everyPageOfAStandardHasItsEditor() {
