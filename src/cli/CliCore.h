@@ -80,6 +80,30 @@ namespace cli {
 
 std::wstring W(const std::string& text);
 
+// Answers questions as the command line does and keeps the last message, so
+// that a command that was refused can fail with the core's own words.
+class CRecordingPrompter : public IPrompter {
+public:
+    explicit CRecordingPrompter(IPrompter& inner) : m_inner(inner) {}
+    EPromptAnswer Ask(const SPrompt& prompt) override {
+        if (prompt.buttons == EPromptButtons::Ok) {
+            m_last = prompt.text;
+            return EPromptAnswer::Ok;
+        }
+        return m_inner.Ask(prompt);
+    }
+    bool Told() const { return !m_last.empty(); }
+    const std::wstring& Last() const { return m_last; }
+    // Fails with the last message, or with `fallback` when none was given.
+    [[noreturn]] void Fail(const std::wstring& fallback, int code = 1) const {
+        throw CCliFailure(m_last.empty() ? fallback : m_last, code);
+    }
+
+private:
+    IPrompter& m_inner;
+    std::wstring m_last;
+};
+
 // Throws the failure "what\n\n<the code's text>" unless the result is Ok.
 void Check(EProjectResult result, const std::wstring& what);
 

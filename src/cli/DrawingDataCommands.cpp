@@ -7,8 +7,11 @@
 #include "contents/ProjectBorders.h"
 #include "contents/ProjectLayers.h"
 #include "datafile/Text.h"
+#include "editors/BordersEditor.h"
+#include "editors/LayersEditor.h"
 #include "store/GeneralSettings.h"
 
+#include <algorithm>
 #include <fmt/xchar.h>
 
 namespace cli {
@@ -18,18 +21,6 @@ namespace {
 // ---------------------------------------------------------------- borders
 
 using B = CVX2D_ProjectBorders;
-
-struct SBorderField {
-    const char* name;
-    void (B::*set)(EDwg, const std::wstring&);
-};
-
-constexpr SBorderField kBorderFields[] = {
-    {"border", &B::SetBorderFile},
-    {"min", &B::SetLimitsMin},
-    {"max", &B::SetLimitsMax},
-    {"revision", &B::SetRevisionFile},
-};
 
 struct SBordersArgs {
     std::int32_t id = 0;
@@ -62,37 +53,42 @@ COutput BordersShow(const SCliOptions& options, const SBordersArgs& a) {
     return output;
 }
 
+// The value goes through the border page's editor, so that it is checked,
+// trimmed and normalised exactly as a typed cell is.
 void BordersSet(const SCliOptions& options, const SBordersArgs& a) {
     EDwg size = eDwgA;
     if (!DwgFromKey(W(a.size), size))
         throw CCliFailure(fmt::format(L"Unknown size '{}'. Sizes: {}", W(a.size), SizeNames()), 2);
-    const SBorderField* field = nullptr;
-    for (const auto& candidate : kBorderFields) {
-        if (a.field == candidate.name)
-            field = &candidate;
-    }
-    if (!field)
+    const std::pair<const char*, EBorderColumn> fields[] = {
+        {"border", EBorderColumn::Border},
+        {"min", EBorderColumn::LimitsMin},
+        {"max", EBorderColumn::LimitsMax},
+        {"revision", EBorderColumn::Revision},
+    };
+    const auto field = std::find_if(std::begin(fields), std::end(fields),
+                                    [&](const auto& f) { return a.field == f.first; });
+    if (field == std::end(fields))
         throw CCliFailure(W("Unknown field '" + a.field + "'. Fields: border, min, max, revision"),
                           2);
     const std::wstring value = W(a.value);
-    const bool limit = field->set == &B::SetLimitsMin || field->set == &B::SetLimitsMax;
-    if (limit && !B::IsLimitText(value))
-        throw CCliFailure(fmt::format(L"'{}' is not a drawing limit: give two numbers separated "
-                                      L"by a comma, x then y, such as 22.0,17.0.",
-                                      value),
-                          2);
-    if (TrimBlanks(value).empty())
-        throw CCliFailure(W("The " + a.field + " file name cannot be empty."), 2);
 
     SCore core(options);
     const std::wstring what =
         fmt::format(L"Error saving borders of standard '{}'.", core.NameOf(a.id));
     RequireStorable(value, what);
-    B borders(core.projects, a.id);
-    LoadBorders(core, borders, a.id, what);
-    (borders.*field->set)(size, value);
-    if (!borders.Save())
-        throw CCliFailure(what);
+    core.FolderOf(a.id, what);
+    CRecordingPrompter prompter(core.prompter);
+    CBordersEditor editor(core.projects, prompter);
+    if (!editor.Open(a.id))
+        prompter.Fail(what);
+    const auto row =
+        static_cast<std::size_t>(std::find_if(editor.Rows().begin(), editor.Rows().end(),
+                                              [&](const SBorderRow& r) { return r.size == size; }) -
+                                 editor.Rows().begin());
+    if (!editor.SetCellText(row, field->second, value))
+        prompter.Fail(what, 2);
+    if (editor.ApplyEnabled() && !editor.Apply())
+        prompter.Fail(what);
 }
 
 // ----------------------------------------------------------------- layers
@@ -144,9 +140,10 @@ bool ParseByte(std::wstring_view text, int& value) {
     return value <= 255;
 }
 
-// "R,G,B" takes the first palette position of that colour as its index; a
-// bare palette index takes that entry's colour and keeps the index chosen.
-SLayerColor ParseColorArgument(const std::wstring& text) {
+// The palette position a colour argument names: a bare position, or
+// "R,G,B" of a palette colour (its first position). Nothing else is a
+// colour the layers page can give.
+int ParseColorArgument(const std::wstring& text) {
     std::vector<int> parts;
     std::size_t start = 0;
     for (;;) {
@@ -154,7 +151,7 @@ SLayerColor ParseColorArgument(const std::wstring& text) {
         int value = 0;
         const std::wstring_view part = std::wstring_view(text).substr(
             start, comma == std::wstring::npos ? std::wstring::npos : comma - start);
-        if (!ParseByte(part, value))
+        if (!ParseByte(TrimBlanks(part), value))
             parts.clear();
         else
             parts.push_back(value);
@@ -162,57 +159,95 @@ SLayerColor ParseColorArgument(const std::wstring& text) {
             break;
         start = comma + 1;
     }
-    if (parts.size() == 1) {
-        const SAciRgb rgb = AciPalette()[static_cast<std::size_t>(parts[0])];
-        return {rgb, parts[0]};
+    if (parts.size() == 1 && parts[0] >= 1)
+        return parts[0];
+    if (parts.size() == 3) {
+        const SLayerColor color =
+            LayerColorOf({static_cast<std::uint8_t>(parts[0]), static_cast<std::uint8_t>(parts[1]),
+                          static_cast<std::uint8_t>(parts[2])});
+        if (color.index >= 1)
+            return color.index;
     }
-    if (parts.size() == 3)
-        return LayerColorOf({static_cast<std::uint8_t>(parts[0]),
-                             static_cast<std::uint8_t>(parts[1]),
-                             static_cast<std::uint8_t>(parts[2])});
-    throw CCliFailure(fmt::format(L"'{}' is not a colour: give R,G,B with each part 0-255, or "
-                                  L"a palette index 0-255.",
+    throw CCliFailure(fmt::format(L"'{}' is not a colour of the palette: give a palette index "
+                                  L"1-255, or R,G,B of a palette colour.",
                                   text),
                       2);
 }
 
+std::wstring LineweightNames() {
+    std::wstring names;
+    for (std::int32_t lineweight : StandardLineweights())
+        names += (names.empty() ? L"" : L", ") + fmt::format(L"{}", lineweight);
+    return names;
+}
+
+// The value goes through the layers page's editor, so that only what the
+// page offers is stored: its layer names, palette colours, linetypes and
+// lineweights.
 void LayersSet(const SCliOptions& options, const SLayersArgs& a) {
     const int application = ParseApplicationArgument(a.application);
     const std::int32_t key = ParseInt(W(a.key), L"KEY");
     const std::wstring value = W(a.value);
-    std::function<void(L&, std::size_t)> change;
-    if (a.field == "name" || a.field == "linetype") {
-        if (TrimBlanks(value).empty())
-            throw CCliFailure(W("The layer " + a.field + " cannot be empty."), 2);
-        change = [&a, value](L& layers, std::size_t at) {
-            if (a.field == "name")
-                layers.SetName(at, value);
-            else
-                layers.SetLinetype(at, value);
-        };
-    } else if (a.field == "color") {
-        const SLayerColor color = ParseColorArgument(value);
-        change = [color](L& layers, std::size_t at) { layers.SetColor(at, color); };
-    } else if (a.field == "lineweight") {
-        const std::int32_t lineweight = ParseInt(value, L"lineweight");
-        change = [lineweight](L& layers, std::size_t at) { layers.SetLineweight(at, lineweight); };
-    } else {
+    const std::pair<const char*, ELayerColumn> fields[] = {
+        {"name", ELayerColumn::Name},
+        {"color", ELayerColumn::Color},
+        {"linetype", ELayerColumn::Linetype},
+        {"lineweight", ELayerColumn::Lineweight},
+    };
+    const auto field = std::find_if(std::begin(fields), std::end(fields),
+                                    [&](const auto& f) { return a.field == f.first; });
+    if (field == std::end(fields))
         throw CCliFailure(
             W("Unknown field '" + a.field + "'. Fields: name, color, linetype, lineweight"), 2);
+    int colorIndex = 0;
+    std::wstring cell = value;
+    if (field->second == ELayerColumn::Color) {
+        colorIndex = ParseColorArgument(value);
+    } else if (field->second == ELayerColumn::Lineweight) {
+        // "layers show" gives hundredths of a millimetre, -3 for the default.
+        const std::wstring trimmed = TrimBlanks(value);
+        if (!trimmed.empty() && trimmed.find_first_not_of(L"-0123456789") == std::wstring::npos)
+            cell = LineweightText(ParseInt(trimmed, L"lineweight"));
     }
 
     SCore core(options);
     const std::wstring what = fmt::format(L"Error saving {} layers of standard '{}'.",
                                           ApplicationName(application), core.NameOf(a.id));
     RequireStorable(value, what);
-    L layers = LoadLayers(core, a.id, application, what);
-    const int at = layers.Find(key);
-    if (at < 0)
+    core.FolderOf(a.id, what);
+    CRecordingPrompter prompter(core.prompter);
+    CLayersEditor editor(core.projects, prompter);
+    if (!editor.Open(a.id, application))
+        prompter.Fail(what);
+    const auto& rows = editor.Rows();
+    const auto found = std::find_if(rows.begin(), rows.end(),
+                                    [&](const SLayerRow& row) { return row.key == key; });
+    if (found == rows.end())
         throw CCliFailure(fmt::format(L"{}\n\nThere is no {} layer with key {}.", what,
                                       ApplicationName(application), L::FormatKey(key)));
-    change(layers, static_cast<std::size_t>(at));
-    if (!layers.Save())
-        throw CCliFailure(what);
+    const auto row = static_cast<std::size_t>(found - rows.begin());
+    const bool stored = field->second == ELayerColumn::Color
+                            ? editor.SetColorIndex(row, colorIndex)
+                            : editor.SetCellText(row, field->second, cell);
+    if (!stored) {
+        if (prompter.Told())
+            prompter.Fail(what, 2);
+        if (field->second == ELayerColumn::Linetype)
+            throw CCliFailure(fmt::format(L"'{}' is not one of the linetypes the layers page "
+                                          L"offers, such as CONTINUOUS, DASHED or HIDDEN2.",
+                                          value),
+                              2);
+        if (field->second == ELayerColumn::Lineweight)
+            throw CCliFailure(fmt::format(L"'{}' is not a lineweight the layers page offers: "
+                                          L"give one of {} (hundredths of a millimetre, -3 "
+                                          L"for the default).",
+                                          value, LineweightNames()),
+                              2);
+        throw CCliFailure(
+            fmt::format(L"'{}' cannot be stored as the {} of a layer.", value, W(a.field)), 2);
+    }
+    if (editor.ApplyEnabled() && !editor.Apply())
+        prompter.Fail(what);
 }
 
 } // namespace

@@ -28,29 +28,6 @@ struct SArgs {
     bool dryRun = false;
 };
 
-// Answers questions as the command line does and keeps the last message, so
-// that a command that was refused can fail with the core's own words.
-class CRecordingPrompter : public IPrompter {
-public:
-    explicit CRecordingPrompter(IPrompter& inner) : m_inner(inner) {}
-    EPromptAnswer Ask(const SPrompt& prompt) override {
-        if (prompt.buttons == EPromptButtons::Ok) {
-            m_last = prompt.text;
-            return EPromptAnswer::Ok;
-        }
-        return m_inner.Ask(prompt);
-    }
-    bool Told() const { return !m_last.empty(); }
-    // Fails with the last message, or with `fallback` when none was given.
-    [[noreturn]] void Fail(const std::wstring& fallback) const {
-        throw CCliFailure(m_last.empty() ? fallback : m_last);
-    }
-
-private:
-    IPrompter& m_inner;
-    std::wstring m_last;
-};
-
 // The core objects of one drawings command, the manager opened on the
 // standard's drawings folder of the application.
 struct SDrawings {

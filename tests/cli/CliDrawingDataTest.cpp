@@ -60,7 +60,8 @@ TEST_F(CliDrawingDataTest, BordersShowEverySizeAndWriteWhatIsSet) {
     EXPECT_FALSE(fs::exists(Pipe() / "Borders.ini"));
 
     EXPECT_EQ(Ok({"borders", "set", "1", "A3", "revision", "Rev_X.dwg"}), "");
-    EXPECT_EQ(Ok({"borders", "set", "1", "c", "max", "30.0,20.0"}), "");
+    // Typed as on the border page, stored as the page stores it.
+    EXPECT_EQ(Ok({"borders", "set", "1", "c", "max", " 30.0 , 20.0 "}), "");
     EXPECT_EQ(Ok({"borders", "set", "1", "C", "min", "-1,2.5"}), "");
     EXPECT_EQ(Ok({"borders", "set", "1", "A0", "border", "Caf\xC3\xA9 A0.dwg"}), "");
     EXPECT_EQ(ReadBytes(Pipe() / "Borders.ini"),
@@ -76,8 +77,8 @@ TEST_F(CliDrawingDataTest, BordersShowEverySizeAndWriteWhatIsSet) {
 }
 
 TEST_F(CliDrawingDataTest, BordersRefuseBadInputAndChangeNothing) {
-    const std::string limit = "is not a drawing limit: give two numbers separated by a comma, x "
-                              "then y, such as 22.0,17.0.\n";
+    const std::string limit = "\n\nGive two numbers separated by a comma, x then y, such as ";
+    const std::string file = "\n\nGive the name of a drawing in the borders folder, such as ";
     ExpectFailures(
         {"borders", "set"},
         {
@@ -87,9 +88,19 @@ TEST_F(CliDrawingDataTest, BordersRefuseBadInputAndChangeNothing) {
             {{"1", "A", "width", "x.dwg"},
              2,
              "Unknown field 'width'. Fields: border, min, max, revision\n"},
-            {{"1", "A", "min", "1;2"}, 2, "'1;2' " + limit},
-            {{"1", "A", "max", "12"}, 2, "'12' " + limit},
-            {{"1", "A", "revision", " "}, 2, "The revision file name cannot be empty.\n"},
+            {{"1", "A", "min", "1;2"},
+             2,
+             "'1;2' is not a valid lower-left limit of size A." + limit + "0.0,0.0.\n"},
+            {{"1", "A", "max", "12"},
+             2,
+             "'12' is not a valid upper-right limit of size A." + limit + "8.5,11.0.\n"},
+            {{"1", "A", "revision", " "},
+             2,
+             "The revision drawing of size A cannot be empty." + file + "Rev_A.dwg.\n"},
+            {{"1", "B", "border", "sub/evil.dwg"},
+             2,
+             "'sub/evil.dwg' is not a valid file name for the border drawing of size B." + file +
+                 "Bord_B.dwg.\n"},
             {{"1", "A", "border", "\xE2\x82\xAC.dwg"},
              1,
              "Error saving borders of standard 'Pipe'.\n\n'\xE2\x82\xAC.dwg' holds a character "
@@ -119,37 +130,63 @@ TEST_F(CliDrawingDataTest, LayersShowTheSetOfEachApplication) {
         "name":"CONCRETE","color":"0,255,0,3","linetype":"CONTINUOUS","lineweight":-3})"));
 }
 
-TEST_F(CliDrawingDataTest, LayersWriteTheChangedKeyUnderTheVersionsPrefix) {
+TEST_F(CliDrawingDataTest, LayersWriteTheWholeSetUnderTheVersionsPrefix) {
     const fs::path pipe = Pipe() / "Layers.ini", old = Old() / "Layers.ini";
-    const std::vector<std::tuple<std::vector<std::string>, fs::path, std::string>> steps = {
-        {{"1", "PID", "16", "color", "255,0,0"}, pipe, "[PID - Colors]\r\n016 = 255,0,0,1\r\n"},
-        // A palette index keeps the index chosen: white as 255, not 7.
-        {{"1", "PID", "014", "color", "255"},
-         pipe,
-         "[PID - Colors]\r\n014 = 255,255,255,255\r\n016 = 255,0,0,1\r\n"},
-        {{"1", "PID", "14", "lineweight", "50"},
-         pipe,
-         "[PID - Colors]\r\n014 = 255,255,255,255\r\n016 = 255,0,0,1\r\n\r\n"
-         "[PID - LineWeights]\r\n014 = 50\r\n"},
-        {{"2", "P&ID", "38", "name", "PROC"}, old, "[Flow - Layers]\r\n038 = PROC\r\n"},
-        {{"2", "ISOMETRIC", "48", "linetype", "DASHED"},
-         old,
-         "[Flow - Layers]\r\n038 = PROC\r\n\r\n[Iso - Linetypes]\r\n048 = DASHED\r\n"},
-    };
-    for (const auto& [rest, file, bytes] : steps) {
+    // The command, the file it writes, a line the file then holds, and the
+    // layer as "layers show" gives it afterwards.
+    const std::vector<std::tuple<std::vector<std::string>, fs::path, std::string, std::string>>
+        steps = {
+            {{"1", "PID", "16", "color", "255,0,0"},
+             pipe,
+             "[PID - Colors]\r\n014 = 255,255,255,7\r\n015 = 255,255,0,2\r\n016 = 255,0,0,1\r\n",
+             "016\tBorder 1\tBORDER1\t255,0,0,1\tCONTINUOUS\t-3"},
+            // A palette index keeps the index chosen: white as 255, not 7.
+            {{"1", "PID", "014", "color", "255"},
+             pipe,
+             "014 = 255,255,255,255\r\n",
+             "014\tAttribute\tATTRIB\t255,255,255,255\tCONTINUOUS\t-3"},
+            {{"1", "PID", "14", "lineweight", "50"},
+             pipe,
+             "[PID - LineWeights]\r\n014 = 50\r\n015 = -3\r\n",
+             "014\tAttribute\tATTRIB\t255,255,255,255\tCONTINUOUS\t50"},
+            {{"1", "PID", "14", "lineweight", "0.35 mm"},
+             pipe,
+             "014 = 35\r\n",
+             "014\tAttribute\tATTRIB\t255,255,255,255\tCONTINUOUS\t35"},
+            {{"2", "P&ID", "38", "name", " PROC "},
+             old,
+             "[Flow - Layers]\r\n014 = ATTRIB\r\n",
+             "038\tProcess\tPROC\t0,255,255,4\tCONTINUOUS\t-3"},
+            {{"2", "ISOMETRIC", "48", "linetype", "dashed"},
+             old,
+             "[Iso - Linetypes]\r\n001 = CONTINUOUS\r\n",
+             "048\t9,000 lb\t9000LB\t0,0,255,5\tDASHED\t-3"},
+        };
+    for (const auto& [rest, file, line, shown] : steps) {
         std::vector<std::string> args = {"layers", "set"};
         args.insert(args.end(), rest.begin(), rest.end());
         SCOPED_TRACE(Joined(args));
         EXPECT_EQ(Ok(args), "");
-        EXPECT_EQ(ReadBytes(file), bytes);
+        EXPECT_NE(ReadBytes(file).find(line), std::string::npos) << ReadBytes(file);
+        const std::string key = shown.substr(0, 4);
+        std::string row;
+        for (const auto& candidate : Lines(Ok({"layers", "show", rest[0], rest[1]}))) {
+            if (candidate.starts_with(key))
+                row = candidate;
+        }
+        EXPECT_EQ(row, shown);
     }
-    EXPECT_EQ(Lines(Ok({"layers", "show", "1", "PID"}))[0],
-              "014\tAttribute\tATTRIB\t255,255,255,255\tCONTINUOUS\t50");
+    // "Flow" of the old standard holds the whole P&ID set.
+    EXPECT_NE(ReadBytes(old).find("046 = VALVES\r\n"), std::string::npos);
 }
 
-TEST_F(CliDrawingDataTest, LayersRefuseBadInputAndChangeNothing) {
-    const std::string colour =
-        "' is not a colour: give R,G,B with each part 0-255, or a palette index 0-255.\n";
+TEST_F(CliDrawingDataTest, LayersRefuseWhatThePageDoesNotOfferAndChangeNothing) {
+    const std::string colour = "' is not a colour of the palette: give a palette index 1-255, or "
+                               "R,G,B of a palette colour.\n";
+    const std::string lineweight =
+        "' is not a lineweight the layers page offers: give one of -3, 0, 5, 9, 13, 15, 18, 20, "
+        "25, 30, 35, 40, 50, 53, 60, 70, 80, 90, 100, 106, 120, 140, 158, 200, 211 (hundredths "
+        "of a millimetre, -3 for the default).\n";
     ExpectFailures(
         {"layers", "set"},
         {
@@ -165,13 +202,22 @@ TEST_F(CliDrawingDataTest, LayersRefuseBadInputAndChangeNothing) {
              1,
              "Error saving PID layers of standard '9'.\n\nCan't get project location folder\n"},
             {{"1", "PID", "16", "color", "256"}, 2, "'256" + colour},
+            {{"1", "PID", "16", "color", "0"}, 2, "'0" + colour},
             {{"1", "PID", "16", "color", "1,2"}, 2, "'1,2" + colour},
             {{"1", "PID", "16", "color", "0,-1,0"}, 2, "'0,-1,0" + colour},
-            {{"1", "PID", "16", "lineweight", "thin"},
+            {{"1", "PID", "16", "color", "10,20,30"}, 2, "'10,20,30" + colour},
+            {{"1", "PID", "16", "lineweight", "-7"}, 2, "'-7" + lineweight},
+            {{"1", "PID", "16", "lineweight", "17"}, 2, "'17" + lineweight},
+            {{"1", "PID", "16", "lineweight", "thin"}, 2, "'thin" + lineweight},
+            {{"1", "PID", "16", "linetype", "ZIGZAG"},
              2,
-             "'thin' is not a whole number for lineweight.\n"},
+             "'ZIGZAG' is not one of the linetypes the layers page offers, such as CONTINUOUS, "
+             "DASHED or HIDDEN2.\n"},
+            {{"1", "PID", "16", "name", "A<B"},
+             2,
+             "Invalid layer name 'A<B'.\n\nA layer name must not be empty or contain any of < > "
+             "/ \\ \" : ; ? * | , = `.\n"},
             {{"1", "PID", "x", "name", "X"}, 2, "'x' is not a whole number for KEY.\n"},
-            {{"1", "PID", "16", "linetype", " "}, 2, "The layer linetype cannot be empty.\n"},
             {{"1", "PID", "16", "colour", "1"},
              2,
              "Unknown field 'colour'. Fields: name, color, linetype, lineweight\n"},
