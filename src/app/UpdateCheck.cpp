@@ -139,16 +139,14 @@ CUpdateCheck::EOutcome CUpdateCheck::Run() {
     if (ToLower(m_installation.LocalAppPath()) != ToLower(m_installation.NetworkAppPath()))
         return eNotThisInstallation;
 
-    long long days = 7;
-    std::wstring daysText;
-    const bool haveDays =
-        m_registry.GetString(ERegistryRoot::CurrentUser, kSupportKey, kDays, daysText);
-    const long long stored = haveDays ? std::wcstoll(daysText.c_str(), nullptr, 10) : 0;
-    if (!haveDays || daysText.empty() || stored == 0xFFFFFFFFLL || stored == -1) {
-        m_registry.SetString(ERegistryRoot::CurrentUser, kSupportKey, kDays, L"7");
-    } else {
+    // A 32-bit number: a DWORD in the Windows registry.
+    std::uint32_t days = 7;
+    std::uint32_t stored = 0;
+    if (!m_registry.GetNumber(ERegistryRoot::CurrentUser, kSupportKey, kDays, stored) ||
+        stored == 0xFFFFFFFFu)
+        m_registry.SetNumber(ERegistryRoot::CurrentUser, kSupportKey, kDays, 7);
+    else
         days = stored;
-    }
     const std::time_t interval = static_cast<std::time_t>(days) * kDay;
     const std::time_t today = Today();
 

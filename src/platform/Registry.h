@@ -2,6 +2,7 @@
 // datafiles under the XDG configuration folders elsewhere.
 #pragma once
 
+#include <cstdint>
 #include <memory>
 #include <string>
 #include <vector>
@@ -18,6 +19,13 @@ public:
                            const std::wstring& value) = 0;
     virtual bool DeleteValue(ERegistryRoot root, const std::wstring& path,
                              const std::wstring& name) = 0;
+
+    // A 32-bit number (a DWORD on Windows; elsewhere, and for a number kept
+    // as text, its decimal digits). False when missing or not a number.
+    virtual bool GetNumber(ERegistryRoot root, const std::wstring& path, const std::wstring& name,
+                           std::uint32_t& value) const;
+    virtual bool SetNumber(ERegistryRoot root, const std::wstring& path, const std::wstring& name,
+                           std::uint32_t value);
 
     // The value, or the empty string.
     std::wstring Read(ERegistryRoot root, const std::wstring& path,

@@ -39,6 +39,39 @@ public:
         return true;
     }
 
+    // A DWORD as such; a number some tool wrote as text is read too.
+    bool GetNumber(ERegistryRoot root, const std::wstring& path, const std::wstring& name,
+                   std::uint32_t& value) const override {
+        value = 0;
+        HKEY key = nullptr;
+        if (::RegOpenKeyExW(RootKey(root), path.c_str(), 0, KEY_READ, &key) != ERROR_SUCCESS)
+            return false;
+        DWORD number = 0;
+        DWORD size = sizeof number;
+        DWORD type = 0;
+        const LONG rc = ::RegQueryValueExW(key, name.c_str(), nullptr, &type,
+                                           reinterpret_cast<BYTE*>(&number), &size);
+        ::RegCloseKey(key);
+        if (rc == ERROR_SUCCESS && type == REG_DWORD && size == sizeof number) {
+            value = number;
+            return true;
+        }
+        return IRegistry::GetNumber(root, path, name, value);
+    }
+
+    bool SetNumber(ERegistryRoot root, const std::wstring& path, const std::wstring& name,
+                   std::uint32_t value) override {
+        HKEY key = nullptr;
+        if (::RegCreateKeyExW(RootKey(root), path.c_str(), 0, nullptr, 0, KEY_WRITE, nullptr, &key,
+                              nullptr) != ERROR_SUCCESS)
+            return false;
+        const DWORD number = value;
+        const LONG rc = ::RegSetValueExW(key, name.c_str(), 0, REG_DWORD,
+                                         reinterpret_cast<const BYTE*>(&number), sizeof number);
+        ::RegCloseKey(key);
+        return rc == ERROR_SUCCESS;
+    }
+
     bool SetString(ERegistryRoot root, const std::wstring& path, const std::wstring& name,
                    const std::wstring& value) override {
         HKEY key = nullptr;

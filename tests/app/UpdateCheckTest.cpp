@@ -5,12 +5,44 @@
 #include "support/TestSupport.h"
 
 #include <gtest/gtest.h>
+#include <map>
 
 namespace fs = std::filesystem;
 
 namespace {
 
 const std::wstring kSupport = L"Software\\VANDIX\\2D Kryn\\2023\\Support";
+
+// The Windows registry's way with numbers: a DWORD is no string.
+class CDwordRegistry : public CIniRegistry {
+public:
+    using CIniRegistry::CIniRegistry;
+    bool GetString(ERegistryRoot root, const std::wstring& path, const std::wstring& name,
+                   std::wstring& value) const override {
+        if (dwords.count(name)) {
+            value.clear();
+            return false;
+        }
+        return CIniRegistry::GetString(root, path, name, value);
+    }
+    bool GetNumber(ERegistryRoot root, const std::wstring& path, const std::wstring& name,
+                   std::uint32_t& value) const override {
+        const auto it = dwords.find(name);
+        if (it == dwords.end())
+            return CIniRegistry::GetNumber(root, path, name, value);
+        value = it->second;
+        return true;
+    }
+    bool SetNumber(ERegistryRoot root, const std::wstring& path, const std::wstring& name,
+                   std::uint32_t value) override {
+        if (!windows)
+            return CIniRegistry::SetNumber(root, path, name, value);
+        dwords[name] = value;
+        return true;
+    }
+    bool windows = false; // numbers are written as DWORDs
+    std::map<std::wstring, std::uint32_t> dwords;
+};
 
 class UpdateCheckTest : public ::testing::Test {
 protected:
@@ -55,7 +87,7 @@ protected:
     }
 
     test::CTempDir config, suite;
-    CIniRegistry registry{config.File(L"machine"), config.File(L"user")};
+    CDwordRegistry registry{config.File(L"machine"), config.File(L"user")};
     CInstallation installation{registry};
     test::CScriptedPrompter prompter;
     std::optional<std::string> page = "<p>2D_2023_Kryn_Update 2026-02-01 10:00:00</p>";
@@ -86,6 +118,27 @@ TEST_F(UpdateCheckTest, RepairsWhatItCannotRead) {
     EXPECT_EQ(Support(L"CheckWebVersionDays"), L"7");
     EXPECT_EQ(Support(L"CheckWebVersionDate"), L"2026-03-17 00:00:00");
     EXPECT_TRUE(pagesRead.empty());
+}
+
+TEST_F(UpdateCheckTest, TheIntervalIsANumberAndNotText) {
+    // A DWORD of 3 is used as it is, and nothing replaces it with text.
+    registry.windows = true;
+    registry.dwords[L"CheckWebVersionDays"] = 3;
+    SetSupport(L"CheckWebVersionDate", L"soon");
+    EXPECT_EQ(Run(), CUpdateCheck::eDateRepaired);
+    EXPECT_EQ(Support(L"CheckWebVersionDate"), L"2026-03-13 00:00:00");
+    EXPECT_EQ(registry.dwords,
+              (std::map<std::wstring, std::uint32_t>{{L"CheckWebVersionDays", 3}}));
+    EXPECT_EQ(Support(L"CheckWebVersionDays"), L"");
+
+    // What is missing or unusable is written back as the number 7.
+    for (const std::uint32_t stored : {0xFFFFFFFFu, 7u}) {
+        registry.dwords = {{L"CheckWebVersionDays", stored}};
+        SetSupport(L"CheckWebVersionDate", L"soon");
+        EXPECT_EQ(Run(), CUpdateCheck::eDateRepaired);
+        EXPECT_EQ(registry.dwords[L"CheckWebVersionDays"], 7u);
+        EXPECT_EQ(Support(L"CheckWebVersionDate"), L"2026-03-17 00:00:00");
+    }
 }
 
 TEST_F(UpdateCheckTest, ADueCheckReadsThePageAndAsks) {
