@@ -17,11 +17,22 @@ QString CQtFileDialogs::QtFilter(const QString& filter) {
     return filters.join(QStringLiteral(";;"));
 }
 
+QString CQtFileDialogs::DefaultSuffix(const QString& filter) {
+    // The first pattern of the first pair: "Reports (*.html)|*.html|" gives "html".
+    const QStringList parts = filter.split(QLatin1Char('|'), Qt::SkipEmptyParts);
+    if (parts.size() < 2)
+        return {};
+    const QString pattern = parts[1].split(QLatin1Char(';')).front().trimmed();
+    return pattern.startsWith(QLatin1String("*.")) && pattern.indexOf(QLatin1Char('*'), 2) < 0
+               ? pattern.mid(2)
+               : QString();
+}
+
 QString CQtFileDialogs::SaveFile(QWidget* parent, const QString& title, const QString& filter,
                                  const QString& proposed) {
     QFileDialog dialog(parent, title, proposed, QtFilter(filter));
     dialog.setAcceptMode(QFileDialog::AcceptSave);
-    dialog.setDefaultSuffix(QStringLiteral("xst"));
+    dialog.setDefaultSuffix(DefaultSuffix(filter));
     dialog.selectFile(proposed);
     if (dialog.exec() != QDialog::Accepted || dialog.selectedFiles().isEmpty())
         return {};

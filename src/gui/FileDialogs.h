@@ -29,4 +29,7 @@ public:
 
     // "Name (*.a;*.b)|*.a;*.b|" filters as Qt writes them: "Name (*.a *.b)".
     static QString QtFilter(const QString& filter);
+    // The suffix a save dialog adds to a name typed without one: the filter's
+    // own type ("html" for reports, "xst" for archives); none for "*.*".
+    static QString DefaultSuffix(const QString& filter);
 };

@@ -178,6 +178,19 @@ private slots:
         QCOMPARE(opened, std::vector<std::wstring>{help});
     }
 
+    void everySaveDialogProposesItsOwnType() {
+        const std::pair<QString, QString> cases[] = {
+            {QStringLiteral("Comparison Reports (*.html)|*.html|"), QStringLiteral("html")},
+            {QStringLiteral("Exported Standards (*.xst)|*.xst|"), QStringLiteral("xst")},
+            {QStringLiteral("Exported Files (*.xst;*.xpj)|*.xst;*.xpj||"), QStringLiteral("xst")},
+            {QStringLiteral("All Files (*.*)|*.*|"), QString()},
+            {QStringLiteral("All Files (*)|*|"), QString()},
+            {QString(), QString()},
+        };
+        for (const auto& [filter, suffix] : cases)
+            QCOMPARE(CQtFileDialogs::DefaultSuffix(filter), suffix);
+    }
+
     void everyPageOfAStandardHasItsEditor() {
         CStandardDocument* document = Open(Create(L"Pipe"));
         for (QTreeWidgetItemIterator it(document->Pages()); *it; ++it) {
