@@ -155,8 +155,9 @@ void AddAppCommands(CLI::App& app, SCliContext& context) {
         ->callback([ctx] { ctx->Run([ctx] { Install(ctx->options); }); });
 
     auto* exportCommand = app.add_subcommand("export", "Write a standard to an .xst archive");
-    exportCommand->add_option("ID", args->id)->required();
-    exportCommand->add_option("FILE", args->file)->required();
+    exportCommand->add_option("ID", args->id, "The standard's id (see standard list)")->required();
+    exportCommand->add_option("FILE", args->file, "The archive to write, such as Pipe.xst")
+        ->required();
     exportCommand->callback(
         [ctx, args] { ctx->Run([ctx, args] { Export(ctx->options, *args); }); });
 
@@ -164,7 +165,10 @@ void AddAppCommands(CLI::App& app, SCliContext& context) {
         app.add_subcommand("import", "Make a new standard from each .xst or .xpj archive; "
                                      "prints ID, NAME of each; exits 1 when a file is not a "
                                      "readable archive or passes the import's limits");
-    importCommand->add_option("FILE", args->files)->required();
+    importCommand
+        ->add_option("FILE", args->files,
+                     "Archives to import: .xst, or .xpj of the 2015 generation")
+        ->required();
     importCommand->add_option("--client", args->clientId, "Client to put the new standards under");
     importCommand->add_flag("--old-format", args->oldFormat,
                             "The archives come from the 2015 generation");

@@ -86,4 +86,30 @@ int ParseApplicationArgument(const std::string& text) {
     return application;
 }
 
+void AddAllCommands(CLI::App& app, SCliContext& context) {
+    app.require_subcommand(1);
+    // Global options may also follow the verb: "standard list --json".
+    app.fallthrough();
+    app.add_option("--datafiles", context.options.datafiles,
+                   "Datafiles folder to use instead of the installed one");
+    app.add_flag("--json", context.options.json,
+                 "Print one JSON document instead of TAB-separated lines");
+
+    cli::AddDatafileCommands(app, context);
+    cli::AddClientCommands(app, context);
+    cli::AddStandardCommands(app, context);
+    cli::AddGeneralCommands(app, context);
+    cli::AddSettingsCommands(app, context);
+    cli::AddBordersCommands(app, context);
+    cli::AddLayersCommands(app, context);
+    cli::AddLinesCommands(app, context);
+    cli::AddSpecsCommands(app, context);
+    cli::AddDrawingsCommands(app, context);
+    cli::AddAppCommands(app, context);
+    cli::AddEditorCommands(app, context);
+    cli::AddCompareCommands(app, context);
+    cli::AddRestoreCommands(app, context);
+    cli::AddReportCommands(app, context);
+}
+
 } // namespace cli

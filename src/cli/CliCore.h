@@ -118,6 +118,9 @@ void SaveChanged(CVX2D_IniFile& ini);
 // A whole number typed for `what`; anything else is bad usage.
 int ParseInt(const std::wstring& text, const std::wstring& what);
 
+// The program's global options and every command group.
+void AddAllCommands(CLI::App& app, SCliContext& context);
+
 void AddDatafileCommands(CLI::App& app, SCliContext& context);
 void AddClientCommands(CLI::App& app, SCliContext& context);
 void AddStandardCommands(CLI::App& app, SCliContext& context);

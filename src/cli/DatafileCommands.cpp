@@ -69,6 +69,16 @@ void DeleteSection(const SArgs& a) {
     SaveChanged(ini);
 }
 
+std::string ArgumentHelp(const std::string& label) {
+    if (label == "FILE")
+        return "The datafile's path";
+    if (label == "SECTION")
+        return "The section's name, without brackets";
+    if (label == "KEY")
+        return "The key in that section";
+    return "The value to store";
+}
+
 } // namespace
 
 void AddDatafileCommands(CLI::App& app, SCliContext& context) {
@@ -80,14 +90,15 @@ void AddDatafileCommands(CLI::App& app, SCliContext& context) {
                     std::initializer_list<std::pair<const char*, std::string*>> positionals) {
         auto* command = group->add_subcommand(name, help);
         for (const auto& [label, target] : positionals)
-            command->add_option(label, *target)->required();
+            command->add_option(label, *target, ArgumentHelp(label))->required();
         return command;
     };
     verb("dump", "SECTION, KEY, VALUE of every entry in file order", {{"FILE", &args->file}})
         ->callback([ctx, args] { ctx->Print([args] { return Dump(*args); }); });
     auto* get = verb("get", "The value of a key, or DEFAULT (also when FILE does not exist)",
                      {{"FILE", &args->file}, {"SECTION", &args->section}, {"KEY", &args->key}});
-    get->add_option("DEFAULT", args->def);
+    get->add_option("DEFAULT", args->def,
+                    "What to print when the key is missing (empty when left out)");
     get->callback([ctx, args] { ctx->Print([args] { return Get(*args); }); });
     verb("set", "Set a key; the file is written only when the value changes",
          {{"FILE", &args->file},

@@ -224,7 +224,8 @@ void LayersSet(const SCliOptions& options, const SLayersArgs& a) {
                                     [&](const SLayerRow& row) { return row.key == key; });
     if (found == rows.end())
         throw CCliFailure(fmt::format(L"{}\n\nThere is no {} layer with key {}.", what,
-                                      ApplicationName(application), L::FormatKey(key)));
+                                      ApplicationName(application), L::FormatKey(key)),
+                          2);
     const auto row = static_cast<std::size_t>(found - rows.begin());
     const bool stored = field->second == ELayerColumn::Color
                             ? editor.SetColorIndex(row, colorIndex)
@@ -260,15 +261,18 @@ void AddBordersCommands(CLI::App& app, SCliContext& context) {
     group->require_subcommand(1);
     auto* show = group->add_subcommand(
         "show", "SIZE, BORDER, LIMITS_MIN, LIMITS_MAX, REVISION of sizes A, B, C, D, E, A0-A4");
-    show->add_option("ID", args->id)->required();
+    show->add_option("ID", args->id, "The standard's id (see standard list)")->required();
     show->callback(
         [ctx, args] { ctx->Print([ctx, args] { return BordersShow(ctx->options, *args); }); });
     auto* set = group->add_subcommand(
         "set", "Change one value of one size; FIELD: border, min, max (a limit \"x,y\"), revision");
-    set->add_option("ID", args->id)->required();
-    set->add_option("SIZE", args->size)->required();
-    set->add_option("FIELD", args->field)->required();
-    set->add_option("VALUE", args->value)->required();
+    set->add_option("ID", args->id, "The standard's id (see standard list)")->required();
+    set->add_option("SIZE", args->size, "A sheet size: A, B, C, D, E, A0, A1, A2, A3 or A4")
+        ->required();
+    set->add_option("FIELD", args->field, "border, min, max or revision")->required();
+    set->add_option("VALUE", args->value,
+                    "A drawing file name, or a limit \"x,y\" such as 22.0,17.0")
+        ->required();
     set->callback([ctx, args] { ctx->Run([ctx, args] { BordersSet(ctx->options, *args); }); });
 }
 
@@ -280,19 +284,22 @@ void AddLayersCommands(CLI::App& app, SCliContext& context) {
     group->require_subcommand(1);
     auto* show = group->add_subcommand(
         "show", "KEY, DESCRIPTION, NAME, R,G,B,INDEX, LINETYPE, LINEWEIGHT of every layer");
-    show->add_option("ID", args->id)->required();
+    show->add_option("ID", args->id, "The standard's id (see standard list)")->required();
     show->add_option("APP", args->application, "1-4 or ELECTRIC, PID, ISOMETRIC, ORTHO")
         ->required();
     show->callback(
         [ctx, args] { ctx->Print([ctx, args] { return LayersShow(ctx->options, *args); }); });
     auto* set = group->add_subcommand(
-        "set", "Change one value of one layer; FIELD: name, color (R,G,B or a palette index "
-               "0-255), linetype, lineweight");
-    set->add_option("ID", args->id)->required();
+        "set", "Change one value of one layer, as the layers page would: only its names, "
+               "palette colours, linetypes and lineweights are taken");
+    set->add_option("ID", args->id, "The standard's id (see standard list)")->required();
     set->add_option("APP", args->application, "1-4 or ELECTRIC, PID, ISOMETRIC, ORTHO")->required();
     set->add_option("KEY", args->key, "The layer's role number, such as 14 or 014")->required();
-    set->add_option("FIELD", args->field)->required();
-    set->add_option("VALUE", args->value)->required();
+    set->add_option("FIELD", args->field, "name, color, linetype or lineweight")->required();
+    set->add_option("VALUE", args->value,
+                    "A layer name; a palette index 1-255 or R,G,B of a palette colour; a linetype; "
+                    "a lineweight in hundredths of a millimetre (-3 the default)")
+        ->required();
     set->callback([ctx, args] { ctx->Run([ctx, args] { LayersSet(ctx->options, *args); }); });
 }
 

@@ -157,7 +157,8 @@ COutput Editor(const SCliOptions& options, const SArgs& a) {
     if (editor.Rows().empty())
         throw CCliFailure(fmt::format(L"{} settings have no section {} \"{}\".",
                                       ApplicationSettingsName(application), section,
-                                      Base::SectionName(section)));
+                                      Base::SectionName(section)),
+                          2);
     COutput output({{"row"}, {"label"}, {"cell"}, {"text"}, {"choices"}, {"readonly"}});
     for (std::size_t i = 0; i < editor.Rows().size(); ++i) {
         const SSettingsRow& row = editor.Rows()[i];
@@ -206,14 +207,16 @@ void AddEditorCommands(CLI::App& app, SCliContext& context) {
         ->callback([ctx, args] { ctx->Print([ctx, args] { return New(ctx->options, *args); }); });
 
     auto* rename = withApp("rename", "Rename a drawing (its extension is kept when NEW has none)");
-    rename->add_option("OLD", args->oldName)->required();
-    rename->add_option("NEW", args->newName)->required();
+    rename->add_option("OLD", args->oldName, "The drawing to rename (.dwg may be left out)")
+        ->required();
+    rename->add_option("NEW", args->newName, "Its new name")->required();
     rename->callback([ctx, args] { ctx->Run([ctx, args] { Rename(ctx->options, *args); }); });
 
     auto* open = withApp("open", "Open a drawing in the drafting program (or the desktop's "
                                  "program for it); prints ACTION (launcher or open), PROGRAM, "
                                  "PARAMETERS, FOLDER, FILE");
-    open->add_option("NAME", args->oldName)->required();
+    open->add_option("NAME", args->oldName, "The drawing to open (.dwg may be left out)")
+        ->required();
     open->add_flag("--dry-run", args->dryRun, "Only print what would be started");
     open->callback([ctx, args] { ctx->Print([ctx, args] { return Open(ctx->options, *args); }); });
 

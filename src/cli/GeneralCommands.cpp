@@ -116,12 +116,12 @@ void AddGeneralCommands(CLI::App& app, SCliContext& context) {
     auto* group = app.add_subcommand("general", "A standard's general settings");
     group->require_subcommand(1);
     auto* show = group->add_subcommand("show", "FIELD, VALUE of every general setting");
-    show->add_option("ID", args->id)->required();
+    show->add_option("ID", args->id, "The standard's id (see standard list)")->required();
     show->callback([ctx, args] { ctx->Print([ctx, args] { return Show(ctx->options, *args); }); });
     auto* set = group->add_subcommand("set", "Change one general setting; fields: " + FieldNames());
-    set->add_option("ID", args->id)->required();
-    set->add_option("FIELD", args->field)->required();
-    set->add_option("VALUE", args->value)->required();
+    set->add_option("ID", args->id, "The standard's id (see standard list)")->required();
+    set->add_option("FIELD", args->field, "A field as general show names it")->required();
+    set->add_option("VALUE", args->value, "The new value")->required();
     set->callback([ctx, args] { ctx->Run([ctx, args] { Set(ctx->options, *args); }); });
 }
 

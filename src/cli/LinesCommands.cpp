@@ -161,16 +161,17 @@ void AddLinesCommands(CLI::App& app, SCliContext& context) {
         ctx->Print([ctx, args] { return LinesCreate(ctx->options, *args); });
     });
     auto* del = withId("delete", "Mark a line as deleted");
-    del->add_option("LINE_ID", args->itemId)->required();
+    del->add_option("LINE_ID", args->itemId, "The line's id (see lines list)")->required();
     del->callback(
         lineAction(&CVX2D_ProjectLines::DeleteLine, L"Error deleting line {} of standard '{}'."));
     auto* recover = withId("recover", "Bring a deleted line back");
-    recover->add_option("LINE_ID", args->itemId)->required();
+    recover->add_option("LINE_ID", args->itemId, "The line's id (see lines list --deleted)")
+        ->required();
     recover->callback(lineAction(&CVX2D_ProjectLines::RecoverLine,
                                  L"Error recovering line {} of standard '{}'."));
     auto* rename = withId("rename", "Rename a live line");
-    rename->add_option("LINE_ID", args->itemId)->required();
-    rename->add_option("NAME", args->name)->required();
+    rename->add_option("LINE_ID", args->itemId, "The line's id (see lines list)")->required();
+    rename->add_option("NAME", args->name, "Its new name")->required();
     rename->callback([ctx, args] { ctx->Run([ctx, args] { LinesRename(ctx->options, *args); }); });
     withId("repair", "Raise the shared line counter past the standard's lines")
         ->callback([ctx, args] {
@@ -206,12 +207,12 @@ void AddSpecsCommands(CLI::App& app, SCliContext& context) {
         [ctx, args] { ctx->Print([ctx, args] { return SpecsList(ctx->options, *args); }); });
     auto* check = group->add_subcommand("check", "Check a spec of the register for a standard");
     check->add_option("ID", args->id, "The standard")->required();
-    check->add_option("SPEC_ID", args->itemId)->required();
+    check->add_option("SPEC_ID", args->itemId, "The spec's id (see specs list)")->required();
     check->callback(
         specAction(&CVX2D_ProjectSpecs::CheckSpec, L"Error checking spec {} for standard '{}'."));
     auto* uncheck = group->add_subcommand("uncheck", "Uncheck a spec for a standard");
     uncheck->add_option("ID", args->id, "The standard")->required();
-    uncheck->add_option("SPEC_ID", args->itemId)->required();
+    uncheck->add_option("SPEC_ID", args->itemId, "The spec's id (see specs list)")->required();
     uncheck->callback(specAction(&CVX2D_ProjectSpecs::UncheckSpec,
                                  L"Error unchecking spec {} for standard '{}'."));
     group

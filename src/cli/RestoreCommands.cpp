@@ -70,7 +70,8 @@ void RestoreSettings(SCore& core, std::int32_t id, int application, int section)
     settings->Load(general);
     if (!RestoreSettingsDefaults(*settings, section, general))
         throw CCliFailure(fmt::format(L"{} settings have no section {} \"{}\".", name, section,
-                                      Base::SectionName(section)));
+                                      Base::SectionName(section)),
+                          2);
     if (settings->IsModified() && !settings->Save())
         throw CCliFailure(what);
 }

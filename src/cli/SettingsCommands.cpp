@@ -51,7 +51,8 @@ COutput Records(const Base& settings, int section) {
             names += fmt::format(L"\n  {} {}", candidate.m_nId, Base::SectionName(candidate.m_nId));
         throw CCliFailure(fmt::format(L"{} settings have no section {} \"{}\". Sections:{}",
                                       ApplicationSettingsName(settings.GetApplication()), section,
-                                      Base::SectionName(section), names));
+                                      Base::SectionName(section), names),
+                          2);
     }
     COutput output(
         {{"section_id"}, {"variable_id"}, {"label"}, {"key"}, {"kind"}, {"value"}, {"clean"}});
@@ -127,15 +128,17 @@ void Set(const SCliOptions& options, const SArgs& a) {
     if (variableId == Base::kTitleId)
         throw CCliFailure(fmt::format(L"Variable {} is a sub-heading of a section, not a setting: "
                                       L"it cannot be changed.",
-                                      variableId));
+                                      variableId),
+                          2);
     Base::CVariable* variable = settings->FindVariable(variableId);
     if (!variable)
-        throw CCliFailure(fmt::format(L"{} settings have no variable {}.", name, variableId));
+        throw CCliFailure(fmt::format(L"{} settings have no variable {}.", name, variableId), 2);
     if (variable->m_nKind == Base::eChoice) {
         if (!StoreChoice(*variable, value))
             throw CCliFailure(fmt::format(L"'{}' is not a choice of variable {} \"{}\". Choices:{}",
                                           value, variableId, SettingsVariableLabel(variableId),
-                                          ChoicesText(*variable)));
+                                          ChoicesText(*variable)),
+                              2);
     } else {
         // A toggle's cell offers "On" and "Off" only; anything else typed
         // here would silently mean Off.

@@ -189,12 +189,12 @@ void AddClientCommands(CLI::App& app, SCliContext& context) {
     group->add_subcommand("create", "Create a client named \"Client n\"; prints ID, NAME")
         ->callback([ctx] { ctx->Print([ctx] { return ClientCreate(ctx->options); }); });
     auto* rename = group->add_subcommand("rename", "Rename a client");
-    rename->add_option("ID", args->id)->required();
-    rename->add_option("NAME", args->name)->required();
+    rename->add_option("ID", args->id, "The client's id (see client list)")->required();
+    rename->add_option("NAME", args->name, "The new name, stored as typed")->required();
     rename->callback([ctx, args] { ctx->Run([ctx, args] { ClientRename(ctx->options, *args); }); });
     auto* del =
         group->add_subcommand("delete", "Delete a client; its standards stay, with no client");
-    del->add_option("ID", args->id)->required();
+    del->add_option("ID", args->id, "The client's id (see client list)")->required();
     del->callback([ctx, args] { ctx->Run([ctx, args] { ClientDelete(ctx->options, *args); }); });
 }
 
@@ -206,7 +206,7 @@ void AddStandardCommands(CLI::App& app, SCliContext& context) {
     group->require_subcommand(1);
     auto withId = [&](const char* name, const char* help) {
         auto* command = group->add_subcommand(name, help);
-        command->add_option("ID", args->id)->required();
+        command->add_option("ID", args->id, "The standard's id (see standard list)")->required();
         return command;
     };
     auto idAction = [ctx, args](EProjectResult (CVX2D_ProjectRegistry::*operation)(std::int32_t),
@@ -230,7 +230,8 @@ void AddStandardCommands(CLI::App& app, SCliContext& context) {
 
     auto* create =
         group->add_subcommand("create", "Create a standard from a template; prints ID, NAME");
-    create->add_option("NAME", args->name)->required();
+    create->add_option("NAME", args->name, "The new standard's name (it names its folder)")
+        ->required();
     create->add_option("--units", args->units, "metric (default) or imperial")
         ->check(CLI::IsMember({"metric", "imperial"}));
     create->add_option("--client", args->clientId, "Client to add the standard to");
@@ -242,7 +243,7 @@ void AddStandardCommands(CLI::App& app, SCliContext& context) {
         ctx->Print([ctx, args] { return StandardCopy(ctx->options, *args); });
     });
     auto* rename = withId("rename", "Rename a standard and its folder");
-    rename->add_option("NAME", args->name)->required();
+    rename->add_option("NAME", args->name, "The new name (it names the folder)")->required();
     rename->callback(
         [ctx, args] { ctx->Run([ctx, args] { StandardRename(ctx->options, *args); }); });
     withId("delete", "Mark a standard as deleted (its folder stays)")
@@ -260,7 +261,8 @@ void AddStandardCommands(CLI::App& app, SCliContext& context) {
         ctx->Run([ctx, args] { StandardPurge(ctx->options, *args); });
     });
     auto* move = withId("move", "Move a standard to a client (0: no client)");
-    move->add_option("CLIENT_ID", args->clientId)->required();
+    move->add_option("CLIENT_ID", args->clientId, "The client to move it to; 0 for none")
+        ->required();
     move->callback([ctx, args] { ctx->Run([ctx, args] { StandardMove(ctx->options, *args); }); });
     withId("folder", "The standard's folder")->callback([ctx, args] {
         ctx->Print([ctx, args] { return StandardFolder(ctx->options, *args); });

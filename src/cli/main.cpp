@@ -13,30 +13,8 @@ int main(int argc, char** argv) {
     CLI::App app{"Standards Desk command line: clients, standards and datafiles of a shared "
                  "datafiles folder.",
                  "standards-desk-cli"};
-    app.require_subcommand(1);
-    // Global options may also follow the verb: "standard list --json".
-    app.fallthrough();
     SCliContext context;
-    app.add_option("--datafiles", context.options.datafiles,
-                   "Datafiles folder to use instead of the installed one");
-    app.add_flag("--json", context.options.json,
-                 "Print one JSON document instead of TAB-separated lines");
-
-    cli::AddDatafileCommands(app, context);
-    cli::AddClientCommands(app, context);
-    cli::AddStandardCommands(app, context);
-    cli::AddGeneralCommands(app, context);
-    cli::AddSettingsCommands(app, context);
-    cli::AddBordersCommands(app, context);
-    cli::AddLayersCommands(app, context);
-    cli::AddLinesCommands(app, context);
-    cli::AddSpecsCommands(app, context);
-    cli::AddDrawingsCommands(app, context);
-    cli::AddAppCommands(app, context);
-    cli::AddEditorCommands(app, context);
-    cli::AddCompareCommands(app, context);
-    cli::AddRestoreCommands(app, context);
-    cli::AddReportCommands(app, context);
+    cli::AddAllCommands(app, context);
 
     try {
         app.parse(argc, argv);

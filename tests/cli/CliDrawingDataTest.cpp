@@ -191,7 +191,7 @@ TEST_F(CliDrawingDataTest, LayersRefuseWhatThePageDoesNotOfferAndChangeNothing) 
         {"layers", "set"},
         {
             {{"1", "PID", "18", "color", "1"},
-             1,
+             2,
              "Error saving PID layers of standard 'Pipe'.\n\nThere is no PID layer with key "
              "018.\n"},
             {{"1", "PID", "16", "name", "\xE2\x82\xAC"},

@@ -49,7 +49,7 @@ TEST_F(CliEditorTest, SettingsEditorPrintsTheRowsOfASection) {
         "0\tDimension Style Name\ttext\tSTANDARD\t\t0\n1\tLines and Arrows\theading\t\t\t1\n");
 
     const std::pair<std::vector<std::string>, std::pair<int, std::string>> refusals[] = {
-        {{"1", "ELECTRIC", "8"}, {1, "ELECTRIC settings have no section 8 \"System Toggles\".\n"}},
+        {{"1", "ELECTRIC", "8"}, {2, "ELECTRIC settings have no section 8 \"System Toggles\".\n"}},
         {{"1", "ELECTRIC", "12"},
          {2, "Unknown section '12': give a section id 0-8 or its name.\n"}},
     };

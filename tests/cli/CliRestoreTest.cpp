@@ -46,7 +46,7 @@ TEST_F(CliRestoreTest, RefusalsSayWhy) {
         int code;
         std::string err;
     } cases[] = {
-        {{"1", "ELECTRIC", "8"}, 1, "ELECTRIC settings have no section 8 \"System Toggles\".\n"},
+        {{"1", "ELECTRIC", "8"}, 2, "ELECTRIC settings have no section 8 \"System Toggles\".\n"},
         {{"1", "ORTHO", "12"}, 2, "Unknown section '12': give a section id or name:\n  0 Bill of"},
         {{"9", "ORTHO"}, 1, "Error restoring the default ORTHO settings of standard '9'.\n\n"},
         {{"9", "PID", "5"}, 1, "Error restoring the default PID layers of standard '9'.\n\n"},

@@ -108,16 +108,16 @@ TEST_F(CliSettingsTest, RefusalsLeaveTheFileAsItWas) {
                                 "Choices:\n  8 Exploded\n  15 Non-Associative\n  1 Associative\n";
     const std::tuple<std::vector<std::string>, int, std::string> cases[] = {
         {{"set", "1", "ELECTRIC", "165", "Heading"},
-         1,
+         2,
          "Variable 165 is a sub-heading of a section, not a setting: it cannot be changed.\n"},
-        {{"set", "1", "ELECTRIC", "155", "On"}, 1, "ELECTRIC settings have no variable 155.\n"},
-        {{"set", "1", "ELECTRIC", "25", "Dashed"}, 1, "'Dashed'" + choices},
-        {{"set", "1", "ELECTRIC", "25", "7"}, 1, "'7'" + choices},
+        {{"set", "1", "ELECTRIC", "155", "On"}, 2, "ELECTRIC settings have no variable 155.\n"},
+        {{"set", "1", "ELECTRIC", "25", "Dashed"}, 2, "'Dashed'" + choices},
+        {{"set", "1", "ELECTRIC", "25", "7"}, 2, "'7'" + choices},
         {{"set", "9", "ELECTRIC", "145", "1"},
          1,
          "Error reading ELECTRIC settings of standard '9'.\n\nCan't get project location folder\n"},
         {{"show", "1", "ELECTRIC", "--section", "0"},
-         1,
+         2,
          "ELECTRIC settings have no section 0 \"Bill of Material\". Sections:\n"
          "  4 General Drawing Parameters\n  6 Scale Factors\n  7 Scaling Variables\n"
          "  1 Civil/Structural Parameters\n  3 Dimensioning Variables\n"},
