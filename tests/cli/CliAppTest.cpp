@@ -47,6 +47,14 @@ TEST_F(CliTest, ExportAndImportCarryAStandardAcross) {
               "There is no file '" + (Root() / "none.xst").string() + "' to import.\n");
     EXPECT_FALSE(fs::exists(Projects() / "VX2D_PRJ_4 - Pipe Copy"));
 
+    // A deleted standard keeps its folder until it is purged: it exports as
+    // the navigator exports it.
+    Ok({"standard", "delete", "1"});
+    const std::string deleted = (Root() / "Deleted.xst").string();
+    EXPECT_EQ(Ok({"export", "1", deleted}), "");
+    EXPECT_EQ(Ok({"import", deleted}), "4\tDeleted\n");
+    EXPECT_EQ(ReadBytes(Projects() / "VX2D_PRJ_4 - Deleted" / "Sub" / "file.txt"), "content");
+
     const auto unknown = Run({"export", "9", archive});
     EXPECT_EQ(unknown.code, 1);
     EXPECT_EQ(unknown.err, "Error exporting standard '9' to '" + archive +
