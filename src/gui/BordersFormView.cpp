@@ -23,9 +23,9 @@ constexpr EBorderColumn kColumns[] = {EBorderColumn::Border, EBorderColumn::Limi
 
 } // namespace
 
-CBordersFormView::CBordersFormView(CDeskCore& core, CMainFrame& frame, std::int32_t standardId,
+CBordersFormView::CBordersFormView(CDeskCore& core, IPageHost& host, std::int32_t standardId,
                                    QWidget* parent)
-    : CPageView(core, frame, parent), m_editor(core.projects, core.prompter),
+    : CPageView(core, host, parent), m_editor(core.projects, core.prompter),
       m_grid(new QTableWidget(this)), m_folder(new QLabel(this)) {
     setObjectName(QStringLiteral("bordersFormView"));
     m_grid->setObjectName(QStringLiteral("bordersGrid"));

@@ -1,7 +1,6 @@
 #include "gui/CompareWindow.h"
 
 #include "editors/CompareReport.h"
-#include "gui/MainFrame.h"
 #include "gui/QtText.h"
 
 #include <QApplication>
@@ -84,9 +83,9 @@ void CCompareProjectsFormView::resizeEvent(QResizeEvent* event) {
     m_lower->setGeometry(3, (h - 9) / 2 + 6, w - 6, (h - 9) / 2);
 }
 
-CCompareSettingsFormView::CCompareSettingsFormView(CDeskCore& core, CMainFrame& frame,
+CCompareSettingsFormView::CCompareSettingsFormView(CDeskCore& core, IPageHost& host,
                                                    QWidget* parent)
-    : QWidget(parent), m_core(core), m_frame(frame), m_comparison(core.projects),
+    : QWidget(parent), m_core(core), m_host(host), m_comparison(core.projects),
       m_grid(new QTableWidget(this)), m_help(new QPushButton(tr("Help..."), this)),
       m_report(new QPushButton(tr("Save Report..."), this)) {
     setObjectName(QStringLiteral("compareSettings"));
@@ -106,7 +105,7 @@ CCompareSettingsFormView::CCompareSettingsFormView(CDeskCore& core, CMainFrame& 
     buttons->addWidget(m_help);
     layout->addLayout(buttons);
     connect(m_help, &QPushButton::clicked, this,
-            [this] { m_frame.ShowHelp(L"::/Compare_Standards.htm"); });
+            [this] { m_host.ShowHelp(L"::/Compare_Standards.htm"); });
     connect(m_report, &QPushButton::clicked, this, &CCompareSettingsFormView::SaveReport);
     Rebuild();
 }
@@ -166,7 +165,7 @@ void CCompareSettingsFormView::SaveReport() {
     const SComparison& result = m_comparison.Result();
     const QString proposed =
         QStringLiteral("%1 - %2.html").arg(Q(result.header1), Q(result.header2));
-    const QString file = m_frame.FileDialogs().SaveFile(
+    const QString file = m_host.FileDialogs().SaveFile(
         this, tr("Save Comparison As"), QStringLiteral("Comparison Reports (*.html)|*.html|"),
         proposed);
     if (file.isEmpty())
@@ -175,10 +174,10 @@ void CCompareSettingsFormView::SaveReport() {
         m_core.prompter.Show(L"Error saving the comparison report:\n" + W(file), EPromptIcon::Stop);
 }
 
-CCompareWindow::CCompareWindow(CDeskCore& core, CMainFrame& frame, std::int32_t standardId,
+CCompareWindow::CCompareWindow(CDeskCore& core, IPageHost& host, std::int32_t standardId,
                                QWidget* parent)
     : QSplitter(parent), m_selector(new CCompareProjectsFormView(core, this)),
-      m_result(new CCompareSettingsFormView(core, frame, this)) {
+      m_result(new CCompareSettingsFormView(core, host, this)) {
     setObjectName(QStringLiteral("compareWindow"));
     setWindowTitle(tr("Compare Standards"));
     setStretchFactor(1, 1);

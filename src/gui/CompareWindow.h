@@ -4,13 +4,12 @@
 
 #include "editors/StandardComparison.h"
 #include "gui/DeskCore.h"
+#include "gui/PageHost.h"
 
 #include <QPushButton>
 #include <QSplitter>
 #include <QTableWidget>
 #include <QTreeWidget>
-
-class CMainFrame;
 
 class CCompareProjectsFormView : public QWidget {
     Q_OBJECT
@@ -38,7 +37,7 @@ private:
 class CCompareSettingsFormView : public QWidget {
     Q_OBJECT
 public:
-    CCompareSettingsFormView(CDeskCore& core, CMainFrame& frame, QWidget* parent = nullptr);
+    CCompareSettingsFormView(CDeskCore& core, IPageHost& host, QWidget* parent = nullptr);
     CVX2D_StandardComparison& Comparison() { return m_comparison; }
     QTableWidget* Grid() const { return m_grid; }
     void Rebuild();
@@ -50,7 +49,7 @@ protected:
 private:
     void SaveReport();
     CDeskCore& m_core;
-    CMainFrame& m_frame;
+    IPageHost& m_host;
     CVX2D_StandardComparison m_comparison;
     QTableWidget* m_grid;
     QPushButton* m_help;
@@ -60,7 +59,7 @@ private:
 class CCompareWindow : public QSplitter {
     Q_OBJECT
 public:
-    CCompareWindow(CDeskCore& core, CMainFrame& frame, std::int32_t standardId,
+    CCompareWindow(CDeskCore& core, IPageHost& host, std::int32_t standardId,
                    QWidget* parent = nullptr);
     CCompareProjectsFormView* Selector() const { return m_selector; }
     CCompareSettingsFormView* Result() const { return m_result; }

@@ -1,6 +1,5 @@
 #include "gui/DrawingsFormView.h"
 
-#include "gui/MainFrame.h"
 #include "gui/QtText.h"
 
 #include <QApplication>
@@ -80,9 +79,9 @@ QStringList CDrawingsListCtrl::SelectedNames() const {
     return names;
 }
 
-CDrawingsFormView::CDrawingsFormView(CDeskCore& core, CMainFrame& frame, std::int32_t standardId,
+CDrawingsFormView::CDrawingsFormView(CDeskCore& core, IPageHost& host, std::int32_t standardId,
                                      int application, QWidget* parent)
-    : CPageView(core, frame, parent),
+    : CPageView(core, host, parent),
       m_manager(core.projects, core.installation, core.profile, core.prompter),
       m_list(new CDrawingsListCtrl(this)) {
     setObjectName(QStringLiteral("drawingsFormView"));
@@ -121,7 +120,7 @@ CDrawingsFormView::CDrawingsFormView(CDeskCore& core, CMainFrame& frame, std::in
         });
     backups->setCheckable(true);
     add(QStringLiteral("help"), QStyle::SP_DialogHelpButton, tr("Help"),
-        [this] { m_frame.ShowHelp(CDrawingsManager::kHelpTopic); });
+        [this] { m_host.ShowHelp(CDrawingsManager::kHelpTopic); });
 
     auto* layout = new QVBoxLayout(this);
     layout->setContentsMargins(0, 0, 0, 0);

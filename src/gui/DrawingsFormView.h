@@ -19,7 +19,7 @@ public:
 class CDrawingsFormView : public CPageView {
     Q_OBJECT
 public:
-    CDrawingsFormView(CDeskCore& core, CMainFrame& frame, std::int32_t standardId, int application,
+    CDrawingsFormView(CDeskCore& core, IPageHost& host, std::int32_t standardId, int application,
                       QWidget* parent = nullptr);
 
     CDrawingsManager& Manager() { return m_manager; }

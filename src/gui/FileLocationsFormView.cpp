@@ -1,15 +1,14 @@
 #include "gui/FileLocationsFormView.h"
 
-#include "gui/MainFrame.h"
 #include "gui/QtText.h"
 
 #include <QGridLayout>
 #include <QPushButton>
 #include <QVBoxLayout>
 
-CFileLocationsFormView::CFileLocationsFormView(CDeskCore& core, CMainFrame& frame,
+CFileLocationsFormView::CFileLocationsFormView(CDeskCore& core, IPageHost& host,
                                                std::int32_t standardId, QWidget* parent)
-    : CPageView(core, frame, parent), m_editor(core.projects, core.prompter) {
+    : CPageView(core, host, parent), m_editor(core.projects, core.prompter) {
     setObjectName(QStringLiteral("fileLocationsFormView"));
     SetEditor(m_editor);
     m_editor.Open(standardId);
@@ -61,7 +60,7 @@ void CFileLocationsFormView::Commit(int row, const QString& text) {
 
 void CFileLocationsFormView::Browse(int row) {
     const SLocationRow& location = m_editor.Rows()[static_cast<std::size_t>(row)];
-    const QString folder = m_frame.FileDialogs().Folder(
+    const QString folder = m_host.FileDialogs().Folder(
         this, tr("Choose the %1").arg(Q(location.label)), Q(location.folder));
     if (!folder.isEmpty())
         Commit(row, folder);

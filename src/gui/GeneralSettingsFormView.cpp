@@ -28,9 +28,9 @@ QString FieldName(EGeneralField field) {
 
 } // namespace
 
-CGeneralSettingsFormView::CGeneralSettingsFormView(CDeskCore& core, CMainFrame& frame,
+CGeneralSettingsFormView::CGeneralSettingsFormView(CDeskCore& core, IPageHost& host,
                                                    std::int32_t standardId, QWidget* parent)
-    : CPageView(core, frame, parent), m_editor(core.projects, core.prompter) {
+    : CPageView(core, host, parent), m_editor(core.projects, core.prompter) {
     setObjectName(QStringLiteral("generalSettingsFormView"));
     SetEditor(m_editor);
     m_editor.Open(standardId);

@@ -10,7 +10,7 @@
 class CGeneralSettingsFormView : public CPageView {
     Q_OBJECT
 public:
-    CGeneralSettingsFormView(CDeskCore& core, CMainFrame& frame, std::int32_t standardId,
+    CGeneralSettingsFormView(CDeskCore& core, IPageHost& host, std::int32_t standardId,
                              QWidget* parent = nullptr);
 
     CGeneralSettingsEditor& Editor() { return m_editor; }

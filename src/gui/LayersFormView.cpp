@@ -142,11 +142,10 @@ int CColorIndexDialog::Pick(QWidget* parent, int index) {
 
 // ------------------------------------------------------------- layers page
 
-CLayersFormView::CLayersFormView(CDeskCore& core, CMainFrame& frame, std::int32_t standardId,
+CLayersFormView::CLayersFormView(CDeskCore& core, IPageHost& host, std::int32_t standardId,
                                  int application, QWidget* parent)
-    : CPageView(core, frame, parent), m_editor(core.projects, core.prompter),
-      m_header(MakeHeader()), m_grid(new QTableWidget(this)),
-      m_restore(new QPushButton(tr("Restore Defaults"), this)) {
+    : CPageView(core, host, parent), m_editor(core.projects, core.prompter), m_header(MakeHeader()),
+      m_grid(new QTableWidget(this)), m_restore(new QPushButton(tr("Restore Defaults"), this)) {
     setObjectName(QStringLiteral("layersFormView"));
     m_grid->setObjectName(QStringLiteral("layersGrid"));
     m_restore->setObjectName(QStringLiteral("restoreDefaultsButton"));

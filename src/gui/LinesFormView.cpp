@@ -14,11 +14,11 @@ constexpr int kStateColumn = 2;
 
 } // namespace
 
-CLinesFormView::CLinesFormView(CDeskCore& core, CMainFrame& frame, std::int32_t standardId,
+CLinesFormView::CLinesFormView(CDeskCore& core, IPageHost& host, std::int32_t standardId,
                                QWidget* parent)
-    : CPageView(core, frame, parent), m_editor(core.projects, core.prompter),
-      m_header(MakeHeader()), m_grid(new QTableWidget(this)),
-      m_new(new QPushButton(tr("New Line"), this)), m_delete(new QPushButton(tr("Delete"), this)),
+    : CPageView(core, host, parent), m_editor(core.projects, core.prompter), m_header(MakeHeader()),
+      m_grid(new QTableWidget(this)), m_new(new QPushButton(tr("New Line"), this)),
+      m_delete(new QPushButton(tr("Delete"), this)),
       m_recover(new QPushButton(tr("Recover"), this)),
       m_rename(new QPushButton(tr("Rename"), this)) {
     setObjectName(QStringLiteral("linesFormView"));

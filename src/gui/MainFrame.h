@@ -6,6 +6,7 @@
 #include "app/StandardTransfer.h"
 #include "gui/DeskCore.h"
 #include "gui/FileDialogs.h"
+#include "gui/PageHost.h"
 #include "gui/ProgressPrompter.h"
 
 #include <QAction>
@@ -16,7 +17,7 @@
 
 class CNavigatorDlg;
 
-class CMainFrame : public QMainWindow, public INavigatorOwner {
+class CMainFrame : public QMainWindow, public INavigatorOwner, public IPageHost {
     Q_OBJECT
 public:
     CMainFrame(CDeskCore& core, IFileDialogs& dialogs, QWidget* parent = nullptr);
@@ -24,7 +25,7 @@ public:
     CNavigatorController& Navigator() { return m_navigator; }
     CNavigatorDlg* NavigatorPanel() const { return m_panel; }
     QMdiArea* Documents() const { return m_documents; }
-    IFileDialogs& FileDialogs() { return m_dialogs; }
+    IFileDialogs& FileDialogs() override { return m_dialogs; }
     // The action of a navigator command id (menus, toolbar, pop-ups share them).
     QAction* Action(int command) const;
     // Runs a navigator command and shows its outcome.
@@ -42,7 +43,7 @@ public:
     void OpenStandard(std::int32_t standardId);
     void OpenComparison(std::int32_t standardId);
     // "Help..." of a view: opens its topic or says the help is missing.
-    void ShowHelp(const std::wstring& topic);
+    void ShowHelp(const std::wstring& topic) override;
     // What opens help pages and reports (the desktop's default program unless
     // replaced); true when it could.
     using COpener = std::function<bool(const std::wstring&)>;

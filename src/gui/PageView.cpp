@@ -1,10 +1,9 @@
 #include "gui/PageView.h"
 
 #include "datafile/DatafileProblem.h"
-#include "gui/MainFrame.h"
 
-CPageView::CPageView(CDeskCore& core, CMainFrame& frame, QWidget* parent)
-    : QWidget(parent), m_core(core), m_frame(frame) {}
+CPageView::CPageView(CDeskCore& core, IPageHost& host, QWidget* parent)
+    : QWidget(parent), m_core(core), m_host(host) {}
 
 bool CPageView::CanClose() {
     if (!m_editor)
@@ -45,7 +44,7 @@ QHBoxLayout* CPageView::MakeButtons(const QList<QWidget*>& left, const QList<QWi
     }
     auto* help = new QPushButton(tr("Help..."), this);
     help->setObjectName(QStringLiteral("helpButton"));
-    connect(help, &QPushButton::clicked, this, [this] { m_frame.ShowHelp(HelpTopic()); });
+    connect(help, &QPushButton::clicked, this, [this] { m_host.ShowHelp(HelpTopic()); });
     buttons->addWidget(help);
     return buttons;
 }

@@ -6,6 +6,7 @@
 
 #include "editors/PageEditor.h"
 #include "gui/DeskCore.h"
+#include "gui/PageHost.h"
 
 #include <QHBoxLayout>
 #include <QLabel>
@@ -13,12 +14,10 @@
 #include <QPushButton>
 #include <QWidget>
 
-class CMainFrame;
-
 class CPageView : public QWidget {
     Q_OBJECT
 public:
-    CPageView(CDeskCore& core, CMainFrame& frame, QWidget* parent = nullptr);
+    CPageView(CDeskCore& core, IPageHost& host, QWidget* parent = nullptr);
 
     // The window is closing: a modified page asks whether to save (Yes saves,
     // No discards). False keeps the window open, with the changes.
@@ -47,7 +46,7 @@ protected:
     void UpdateApply();
 
     CDeskCore& m_core;
-    CMainFrame& m_frame;
+    IPageHost& m_host;
 
 private:
     CPageEditor* m_editor = nullptr;

@@ -1,6 +1,5 @@
 #include "gui/SettingsFormView.h"
 
-#include "gui/MainFrame.h"
 #include "gui/QtText.h"
 
 #include <QComboBox>
@@ -46,10 +45,10 @@ void CSettingsGridCtrl::resizeEvent(QResizeEvent* event) {
     FitColumns();
 }
 
-CSettingsFormView::CSettingsFormView(CDeskCore& core, CMainFrame& frame, std::int32_t standardId,
+CSettingsFormView::CSettingsFormView(CDeskCore& core, IPageHost& host, std::int32_t standardId,
                                      int application, int section, QWidget* parent)
-    : CPageView(core, frame, parent), m_editor(core.projects, core.prompter),
-      m_header(MakeHeader()), m_grid(new CSettingsGridCtrl(this)),
+    : CPageView(core, host, parent), m_editor(core.projects, core.prompter), m_header(MakeHeader()),
+      m_grid(new CSettingsGridCtrl(this)),
       m_restore(new QPushButton(tr("Restore Defaults"), this)) {
     setObjectName(QStringLiteral("settingsFormView"));
     m_restore->setObjectName(QStringLiteral("restoreDefaultsButton"));
@@ -157,7 +156,7 @@ void CSettingsFormView::PickFont(int row) {
 
 void CSettingsFormView::PickFolder(int row) {
     const QString old = Q(m_editor.Rows()[static_cast<std::size_t>(row)].text);
-    const QString folder = m_frame.FileDialogs().Folder(this, tr("Choose a folder"), old);
+    const QString folder = m_host.FileDialogs().Folder(this, tr("Choose a folder"), old);
     if (!folder.isEmpty())
         SetCellText(row, folder);
 }

@@ -21,7 +21,7 @@ protected:
 class CSettingsFormView : public CPageView {
     Q_OBJECT
 public:
-    CSettingsFormView(CDeskCore& core, CMainFrame& frame, std::int32_t standardId, int application,
+    CSettingsFormView(CDeskCore& core, IPageHost& host, std::int32_t standardId, int application,
                       int section, QWidget* parent = nullptr);
 
     CSettingsEditor& Editor() { return m_editor; }

@@ -13,10 +13,9 @@ constexpr int kScopeColumn = 2;
 
 } // namespace
 
-CSpecsFormView::CSpecsFormView(CDeskCore& core, CMainFrame& frame, std::int32_t standardId,
+CSpecsFormView::CSpecsFormView(CDeskCore& core, IPageHost& host, std::int32_t standardId,
                                QWidget* parent)
-    : CPageView(core, frame, parent), m_editor(core.projects, core.prompter),
-      m_header(MakeHeader()),
+    : CPageView(core, host, parent), m_editor(core.projects, core.prompter), m_header(MakeHeader()),
       m_empty(new QLabel(tr("The register holds no spec that this standard may use: common "
                             "specs, specs of its client and its own."),
                          this)),

@@ -7,7 +7,6 @@
 #include "gui/GeneralSettingsFormView.h"
 #include "gui/LayersFormView.h"
 #include "gui/LinesFormView.h"
-#include "gui/MainFrame.h"
 #include "gui/QtText.h"
 #include "gui/SettingsFormView.h"
 #include "gui/SpecsFormView.h"
@@ -27,9 +26,9 @@ QIcon PageIcon(int icon) {
 }
 
 // A heading of the page tree: says where its pages are.
-CPageView* Placeholder(CDeskCore& core, CMainFrame& frame, const QString& title,
-                       const QString& what, QWidget* parent) {
-    auto* page = new CPageView(core, frame, parent);
+CPageView* Placeholder(CDeskCore& core, IPageHost& host, const QString& title, const QString& what,
+                       QWidget* parent) {
+    auto* page = new CPageView(core, host, parent);
     page->setObjectName(QStringLiteral("placeholderPage"));
     auto* label =
         new QLabel(QStringLiteral("<h3>%1</h3><p>%2</p>").arg(title.toHtmlEscaped(), what), page);
@@ -83,14 +82,14 @@ QTreeWidgetItem* CSettingsTreeCtrl::FindPage(const QString& title,
     return nullptr;
 }
 
-CStandardDocument::CStandardDocument(CDeskCore& core, CMainFrame& frame, std::int32_t standardId,
+CStandardDocument::CStandardDocument(CDeskCore& core, IPageHost& host, std::int32_t standardId,
                                      QWidget* parent)
-    : QSplitter(parent), m_core(core), m_frame(frame), m_standardId(standardId),
+    : QSplitter(parent), m_core(core), m_host(host), m_standardId(standardId),
       m_tree(new CSettingsTreeCtrl(this)), m_view(new QStackedWidget(this)) {
     setObjectName(QStringLiteral("standardDocument"));
     setWindowTitle(Q(core.projects.GetProjectName(standardId, true, true)));
     m_tree->Fill(SettingsPageTree(false));
-    m_view->addWidget(Placeholder(core, frame, windowTitle(),
+    m_view->addWidget(Placeholder(core, host, windowTitle(),
                                   tr("Choose a page of this standard on the left."), m_view));
     setStretchFactor(1, 1);
     setSizes({260, 740});
@@ -102,24 +101,24 @@ CPageView* CStandardDocument::MakePage(const SSettingsPage& page) {
     const QString title = Q(page.title);
     switch (page.kind) {
     case ESettingsPage::Section:
-        return new CSettingsFormView(m_core, m_frame, m_standardId, page.application, page.section,
+        return new CSettingsFormView(m_core, m_host, m_standardId, page.application, page.section,
                                      m_view);
     case ESettingsPage::DrawingFolder:
-        return new CDrawingsFormView(m_core, m_frame, m_standardId, page.application, m_view);
+        return new CDrawingsFormView(m_core, m_host, m_standardId, page.application, m_view);
     case ESettingsPage::General:
-        return new CGeneralSettingsFormView(m_core, m_frame, m_standardId, m_view);
+        return new CGeneralSettingsFormView(m_core, m_host, m_standardId, m_view);
     case ESettingsPage::FileLocations:
-        return new CFileLocationsFormView(m_core, m_frame, m_standardId, m_view);
+        return new CFileLocationsFormView(m_core, m_host, m_standardId, m_view);
     case ESettingsPage::Borders:
-        return new CBordersFormView(m_core, m_frame, m_standardId, m_view);
+        return new CBordersFormView(m_core, m_host, m_standardId, m_view);
     case ESettingsPage::Lines:
-        return new CLinesFormView(m_core, m_frame, m_standardId, m_view);
+        return new CLinesFormView(m_core, m_host, m_standardId, m_view);
     case ESettingsPage::Specs:
-        return new CSpecsFormView(m_core, m_frame, m_standardId, m_view);
+        return new CSpecsFormView(m_core, m_host, m_standardId, m_view);
     case ESettingsPage::Layers:
-        return new CLayersFormView(m_core, m_frame, m_standardId, page.application, m_view);
+        return new CLayersFormView(m_core, m_host, m_standardId, page.application, m_view);
     default:
-        return Placeholder(m_core, m_frame, title, tr("Choose one of the pages below this one."),
+        return Placeholder(m_core, m_host, title, tr("Choose one of the pages below this one."),
                            m_view);
     }
 }

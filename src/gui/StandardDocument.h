@@ -4,14 +4,13 @@
 
 #include "editors/SettingsEditor.h"
 #include "gui/DeskCore.h"
+#include "gui/PageHost.h"
 #include "gui/PageView.h"
 
 #include <QSplitter>
 #include <QStackedWidget>
 #include <QTreeWidget>
 #include <map>
-
-class CMainFrame;
 
 class CSettingsTreeCtrl : public QTreeWidget {
     Q_OBJECT
@@ -30,7 +29,7 @@ private:
 class CStandardDocument : public QSplitter {
     Q_OBJECT
 public:
-    CStandardDocument(CDeskCore& core, CMainFrame& frame, std::int32_t standardId,
+    CStandardDocument(CDeskCore& core, IPageHost& host, std::int32_t standardId,
                       QWidget* parent = nullptr);
     std::int32_t StandardId() const { return m_standardId; }
     CSettingsTreeCtrl* Pages() const { return m_tree; }
@@ -47,7 +46,7 @@ private:
     CPageView* MakePage(const SSettingsPage& page);
 
     CDeskCore& m_core;
-    CMainFrame& m_frame;
+    IPageHost& m_host;
     std::int32_t m_standardId;
     CSettingsTreeCtrl* m_tree;
     QStackedWidget* m_view;
