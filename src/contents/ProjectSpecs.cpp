@@ -151,13 +151,14 @@ ESpecResult CVX2D_ProjectSpecs::CheckSpec(std::int32_t projectId, std::int32_t s
     std::wstring path;
     if (const ESpecResult resolved = ResolveSpecFile(projectId, path); resolved != eSpecOk)
         return resolved;
-    CVX2D_IniFile ini;
-    ini.SetAutoSave(false);
-    if (ini.OpenForUpdate(path) != CVX2D_IniFile::eOk)
-        return eSpecCantOpenDatafile;
-    ini.SetSection(kSpecList);
-    ini.SetString(MakeSpecKey(specId), found->name);
-    return ini.Save() == CVX2D_IniFile::eOk ? eSpecOk : eSpecCantOpenDatafile;
+    return UpdateDatafile(path,
+                          [&](CVX2D_IniFile& ini) {
+                              ini.SetSection(kSpecList);
+                              ini.SetString(MakeSpecKey(specId), found->name);
+                              return true;
+                          })
+               ? eSpecOk
+               : eSpecCantOpenDatafile;
 }
 
 ESpecResult CVX2D_ProjectSpecs::UncheckSpec(std::int32_t projectId, std::int32_t specId) const {
@@ -168,15 +169,18 @@ ESpecResult CVX2D_ProjectSpecs::UncheckSpec(std::int32_t projectId, std::int32_t
     std::wstring path;
     if (const ESpecResult resolved = ResolveSpecFile(projectId, path); resolved != eSpecOk)
         return resolved;
-    CVX2D_IniFile ini;
-    ini.SetAutoSave(false);
-    if (ini.OpenForUpdate(path) != CVX2D_IniFile::eOk)
-        return eSpecCantOpenDatafile;
-    if (GetCheckedSpecName(ini, specId).empty())
+    bool checked = true;
+    const bool saved = UpdateDatafile(path, [&](CVX2D_IniFile& ini) {
+        checked = !GetCheckedSpecName(ini, specId).empty();
+        if (!checked)
+            return false;
+        ini.SetSection(kSpecList);
+        ini.DeleteKey(MakeSpecKey(specId));
+        return true;
+    });
+    if (!checked)
         return eSpecCantFind;
-    ini.SetSection(kSpecList);
-    ini.DeleteKey(MakeSpecKey(specId));
-    return ini.Save() == CVX2D_IniFile::eOk ? eSpecOk : eSpecCantOpenDatafile;
+    return saved ? eSpecOk : eSpecCantOpenDatafile;
 }
 
 ESpecResult CVX2D_ProjectSpecs::GetCheckedSpecs(std::int32_t projectId,

@@ -496,3 +496,13 @@ std::wstring CVX2D_IniFile::FindKeyByValue(const std::wstring& value) const {
     const auto it = m_valueIndex.find({m_strSection, value});
     return it == m_valueIndex.end() ? std::wstring() : m_arrEntries[it->second].key;
 }
+
+bool UpdateDatafile(const std::wstring& path, const std::function<bool(CVX2D_IniFile&)>& change) {
+    if (path.empty())
+        return false;
+    CVX2D_IniFile ini;
+    ini.SetAutoSave(false);
+    if (ini.OpenForUpdate(path) != CVX2D_IniFile::eOk || !change(ini))
+        return false;
+    return ini.Save() == CVX2D_IniFile::eOk;
+}

@@ -6,6 +6,7 @@
 #include "datafile/Guid.h"
 
 #include <cstdint>
+#include <functional>
 #include <string>
 #include <unordered_map>
 #include <vector>
@@ -115,3 +116,8 @@ private:
 
     CVX2D_FileLock m_lock;
 };
+
+// One read-modify-write of a shared datafile under its lock: opens `path` for
+// update, lets `change` edit the document, and saves it when `change` returns
+// true (false leaves the file untouched). True only when the change was saved.
+bool UpdateDatafile(const std::wstring& path, const std::function<bool(CVX2D_IniFile&)>& change);

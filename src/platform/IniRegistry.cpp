@@ -63,22 +63,20 @@ bool CIniRegistry::SetString(ERegistryRoot root, const std::wstring& path, const
     const std::wstring file = FileOf(root);
     std::error_code ec;
     fs::create_directories(platform::ToPath(file).parent_path(), ec);
-    CVX2D_IniFile ini;
-    if (ini.OpenForUpdate(file) != CVX2D_IniFile::eOk)
-        return false;
-    ini.SetSection(SectionOf(root, path));
-    ini.SetString(name, value);
-    return ini.Save(false) == CVX2D_IniFile::eOk;
+    return UpdateDatafile(file, [&](CVX2D_IniFile& ini) {
+        ini.SetSection(SectionOf(root, path));
+        ini.SetString(name, value);
+        return true;
+    });
 }
 
 bool CIniRegistry::DeleteValue(ERegistryRoot root, const std::wstring& path,
                                const std::wstring& name) {
-    CVX2D_IniFile ini;
-    if (ini.OpenForUpdate(FileOf(root)) != CVX2D_IniFile::eOk)
-        return false;
-    ini.SetSection(SectionOf(root, path));
-    ini.DeleteKey(name);
-    return ini.Save(false) == CVX2D_IniFile::eOk;
+    return UpdateDatafile(FileOf(root), [&](CVX2D_IniFile& ini) {
+        ini.SetSection(SectionOf(root, path));
+        ini.DeleteKey(name);
+        return true;
+    });
 }
 
 #ifndef _WIN32

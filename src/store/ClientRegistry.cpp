@@ -2,7 +2,6 @@
 
 #include "datafile/Ids.h"
 #include "datafile/IniFile.h"
-#include "datafile/Names.h"
 #include "datafile/Text.h"
 
 #include <fmt/xchar.h>
@@ -20,43 +19,34 @@ std::wstring IdText(std::int32_t id) {
 } // namespace
 
 bool CVX2D_ClientRegistry::CreateClient(std::int32_t& id, std::wstring& name) {
-    if (Path().empty())
-        return false;
-    CVX2D_IniFile ini;
-    if (ini.OpenForUpdate(Path()) != CVX2D_IniFile::eOk)
-        return false;
-    id = AllocateId(ini, L"LastClientId");
-    name = MakeDefaultClientName(id);
-    ini.SetSection(kClientList);
-    ini.SetString(MakeClientKey(id), name);
-    return ini.Save() == CVX2D_IniFile::eOk;
+    return UpdateDatafile(Path(), [&](CVX2D_IniFile& ini) {
+        id = AllocateId(ini, L"LastClientId");
+        name = MakeDefaultClientName(id);
+        ini.SetSection(kClientList);
+        ini.SetString(MakeClientKey(id), name);
+        return true;
+    });
 }
 
 bool CVX2D_ClientRegistry::RenameClient(std::int32_t id, const std::wstring& name) {
     // Client names never become folder names: the name is stored as typed.
     // A rename never creates a client (the next new client would take its id).
-    if (Path().empty() || id < 1)
-        return false;
-    CVX2D_IniFile ini;
-    if (ini.OpenForUpdate(Path()) != CVX2D_IniFile::eOk)
-        return false;
-    ini.SetSection(kClientList);
-    if (!ini.HasKey(MakeClientKey(id)))
-        return false;
-    ini.SetString(MakeClientKey(id), name);
-    return ini.Save() == CVX2D_IniFile::eOk;
+    return id >= 1 && UpdateDatafile(Path(), [&](CVX2D_IniFile& ini) {
+               ini.SetSection(kClientList);
+               if (!ini.HasKey(MakeClientKey(id)))
+                   return false;
+               ini.SetString(MakeClientKey(id), name);
+               return true;
+           });
 }
 
 bool CVX2D_ClientRegistry::DeleteClient(std::int32_t id) {
-    if (Path().empty() || id < 1)
-        return false;
-    CVX2D_IniFile ini;
-    if (ini.OpenForUpdate(Path()) != CVX2D_IniFile::eOk)
-        return false;
-    ini.SetSection(kClientList);
-    ini.DeleteKey(MakeClientKey(id));
-    ini.DeleteSection(MakeClientProjectListSection(id));
-    return ini.Save() == CVX2D_IniFile::eOk;
+    return id >= 1 && UpdateDatafile(Path(), [&](CVX2D_IniFile& ini) {
+               ini.SetSection(kClientList);
+               ini.DeleteKey(MakeClientKey(id));
+               ini.DeleteSection(MakeClientProjectListSection(id));
+               return true;
+           });
 }
 
 std::wstring CVX2D_ClientRegistry::GetClientName(std::int32_t id) const {
@@ -124,19 +114,18 @@ bool CVX2D_ClientRegistry::MoveProjectToClient(std::int32_t projectId, std::int3
         return false;
     if (fromClient == toClient)
         return true;
-    CVX2D_IniFile ini;
-    if (ini.OpenForUpdate(Path()) != CVX2D_IniFile::eOk)
-        return false;
-    const std::wstring key = IdText(projectId);
-    if (fromClient != 0) {
-        ini.SetSection(MakeClientProjectListSection(fromClient));
-        ini.DeleteKey(key);
-    }
-    if (toClient != 0) {
-        ini.SetSection(MakeClientProjectListSection(toClient));
-        ini.SetString(key, key);
-    }
-    return ini.Save() == CVX2D_IniFile::eOk;
+    return UpdateDatafile(Path(), [&](CVX2D_IniFile& ini) {
+        const std::wstring key = IdText(projectId);
+        if (fromClient != 0) {
+            ini.SetSection(MakeClientProjectListSection(fromClient));
+            ini.DeleteKey(key);
+        }
+        if (toClient != 0) {
+            ini.SetSection(MakeClientProjectListSection(toClient));
+            ini.SetString(key, key);
+        }
+        return true;
+    });
 }
 
 bool CVX2D_ClientRegistry::FindClientOfProject(std::int32_t projectId, std::int32_t& clientId,

@@ -401,39 +401,35 @@ EProjectResult CVX2D_ProjectRegistry::RenameProject(std::int32_t id, const std::
 }
 
 EProjectResult CVX2D_ProjectRegistry::DeleteProject(std::int32_t id) {
-    if (id < 1)
-        return eProjectInvalidId;
-    CVX2D_IniFile ini;
-    if (m_datafiles.ProjectDatafile().empty() ||
-        ini.OpenForUpdate(m_datafiles.ProjectDatafile()) != CVX2D_IniFile::eOk)
-        return eProjectCantOpenDatafile;
-    const std::wstring name = LookupName(ini, id, true, true);
-    if (name.empty())
-        return eProjectCantFind;
-    const std::wstring key = MakeProjectKey(id);
-    ini.SetSection(kProjectList);
-    ini.DeleteKey(key);
-    ini.SetSection(kDeletedProjects);
-    ini.SetString(key, name);
-    return ini.Save() == CVX2D_IniFile::eOk ? eProjectOk : eProjectCantOpenDatafile;
+    return MoveBetweenLists(id, kProjectList, kDeletedProjects);
 }
 
 EProjectResult CVX2D_ProjectRegistry::RecoverProject(std::int32_t id) {
+    return MoveBetweenLists(id, kDeletedProjects, kProjectList);
+}
+
+// Deleting and recovering move the standard's entry, with the name it has in
+// either list, from one list to the other.
+EProjectResult CVX2D_ProjectRegistry::MoveBetweenLists(std::int32_t id, const std::wstring& from,
+                                                       const std::wstring& to) {
     if (id < 1)
         return eProjectInvalidId;
-    CVX2D_IniFile ini;
-    if (m_datafiles.ProjectDatafile().empty() ||
-        ini.OpenForUpdate(m_datafiles.ProjectDatafile()) != CVX2D_IniFile::eOk)
-        return eProjectCantOpenDatafile;
-    const std::wstring name = LookupName(ini, id, true, true);
-    if (name.empty())
+    bool found = true;
+    const bool saved = UpdateDatafile(m_datafiles.ProjectDatafile(), [&](CVX2D_IniFile& ini) {
+        const std::wstring name = LookupName(ini, id, true, true);
+        found = !name.empty();
+        if (!found)
+            return false;
+        const std::wstring key = MakeProjectKey(id);
+        ini.SetSection(from);
+        ini.DeleteKey(key);
+        ini.SetSection(to);
+        ini.SetString(key, name);
+        return true;
+    });
+    if (!found)
         return eProjectCantFind;
-    const std::wstring key = MakeProjectKey(id);
-    ini.SetSection(kDeletedProjects);
-    ini.DeleteKey(key);
-    ini.SetSection(kProjectList);
-    ini.SetString(key, name);
-    return ini.Save() == CVX2D_IniFile::eOk ? eProjectOk : eProjectCantOpenDatafile;
+    return saved ? eProjectOk : eProjectCantOpenDatafile;
 }
 
 EProjectResult CVX2D_ProjectRegistry::PurgeProject(std::int32_t id) {
