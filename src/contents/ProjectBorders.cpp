@@ -120,25 +120,12 @@ bool CVX2D_ProjectBorders::Load(const std::wstring& path) {
 }
 
 std::wstring CVX2D_ProjectBorders::GetFilePath() const {
-    std::wstring folder;
-    if (!m_pRegistry || m_pRegistry->GetProjectFolder(m_nProjectId, folder) != eProjectOk ||
-        folder.empty())
-        return {};
-    return WithTrailingSeparator(folder) + L"Borders.ini";
+    return m_pRegistry ? m_pRegistry->StandardFile(m_nProjectId, L"Borders.ini") : std::wstring();
 }
 
 bool CVX2D_ProjectBorders::Save() {
     if (!m_bModified)
         return true;
-    const std::wstring path = GetFilePath();
-    if (path.empty())
-        return false;
-    // Under the file's lock: another workstation's change to other sizes
-    // survives, since only this record's changed entries are written.
-    CVX2D_IniFile ini;
-    ini.SetAutoSave(false);
-    if (ini.OpenForUpdate(path) != CVX2D_IniFile::eOk)
-        return false;
     struct SMap {
         const std::wstring& section;
         const CValues& values;
@@ -150,16 +137,21 @@ bool CVX2D_ProjectBorders::Save() {
         {kLimitsMax, m_mapLimitsMax, m_mapLimitsMaxChanged},
         {kRevision, m_mapRevisionFiles, m_mapRevisionFilesChanged},
     };
-    for (int index = 0; index < kDwgCount; ++index) {
-        const EDwg size = Size(index);
-        for (const SMap& map : maps) {
-            if (!Changed(map.changes, size))
-                continue;
-            ini.SetSection(map.section);
-            ini.SetString(kDefaults[index].key, Get(map.values, size));
+    // Under the file's lock: another workstation's change to other sizes
+    // survives, since only this record's changed entries are written.
+    const bool saved = UpdateDatafile(GetFilePath(), [&](CVX2D_IniFile& ini) {
+        for (int index = 0; index < kDwgCount; ++index) {
+            const EDwg size = Size(index);
+            for (const SMap& map : maps) {
+                if (!Changed(map.changes, size))
+                    continue;
+                ini.SetSection(map.section);
+                ini.SetString(kDefaults[index].key, Get(map.values, size));
+            }
         }
-    }
-    if (ini.Save() != CVX2D_IniFile::eOk)
+        return true;
+    });
+    if (!saved)
         return false;
     for (CChanges* changes : {&m_mapBorderFilesChanged, &m_mapLimitsMinChanged,
                               &m_mapLimitsMaxChanged, &m_mapRevisionFilesChanged}) {

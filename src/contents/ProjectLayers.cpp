@@ -257,51 +257,43 @@ bool CVX2D_ProjectLayers::Load(CVX2D_IniFile& ini) {
 }
 
 std::wstring CVX2D_ProjectLayers::GetFilePath() const {
-    std::wstring folder;
-    if (!m_pRegistry || m_pRegistry->GetProjectFolder(m_nProjectId, folder) != eProjectOk ||
-        folder.empty())
-        return {};
-    return WithTrailingSeparator(folder) + L"Layers.ini";
+    return m_pRegistry ? m_pRegistry->StandardFile(m_nProjectId, L"Layers.ini") : std::wstring();
 }
 
 bool CVX2D_ProjectLayers::Save() {
     if (!m_bModified)
         return true;
-    const std::wstring path = GetFilePath();
-    if (path.empty())
-        return false;
     // Under the file's lock the whole set is written, as the drafting
     // applications expect every layer in the file. A value this editor did not
     // change is taken from the file as it is now, so that another
     // workstation's edit of it since loading survives.
-    CVX2D_IniFile ini;
-    ini.SetAutoSave(false);
-    if (ini.OpenForUpdate(path) != CVX2D_IniFile::eOk)
-        return false;
-    for (std::size_t i = 0; i < GetCount(); ++i) {
-        const SChanged& changed = m_arrChanged[i];
-        const std::wstring key = FormatKey(m_arrKeys[i]);
-        ini.SetSection(Section(kLayersSuffix));
-        if (!changed.name)
-            ini.GetString(key, m_arrNames[i], m_arrNames[i]);
-        ini.SetString(key, m_arrNames[i]);
-        ini.SetSection(Section(kColorsSuffix));
-        if (!changed.color) {
-            SLayerColor color;
-            if (ParseColor(ini.String(key), color))
-                m_arrColors[i] = color;
+    const bool saved = UpdateDatafile(GetFilePath(), [this](CVX2D_IniFile& ini) {
+        for (std::size_t i = 0; i < GetCount(); ++i) {
+            const SChanged& changed = m_arrChanged[i];
+            const std::wstring key = FormatKey(m_arrKeys[i]);
+            ini.SetSection(Section(kLayersSuffix));
+            if (!changed.name)
+                ini.GetString(key, m_arrNames[i], m_arrNames[i]);
+            ini.SetString(key, m_arrNames[i]);
+            ini.SetSection(Section(kColorsSuffix));
+            if (!changed.color) {
+                SLayerColor color;
+                if (ParseColor(ini.String(key), color))
+                    m_arrColors[i] = color;
+            }
+            ini.SetString(key, FormatColor(m_arrColors[i]));
+            ini.SetSection(Section(kLinetypesSuffix));
+            if (!changed.linetype)
+                ini.GetString(key, m_arrLinetypes[i], m_arrLinetypes[i]);
+            ini.SetString(key, m_arrLinetypes[i]);
+            ini.SetSection(Section(kLineweightsSuffix));
+            if (!changed.lineweight)
+                ini.GetLong(key, m_arrLineweights[i], m_arrLineweights[i]);
+            ini.SetLong(key, m_arrLineweights[i]);
         }
-        ini.SetString(key, FormatColor(m_arrColors[i]));
-        ini.SetSection(Section(kLinetypesSuffix));
-        if (!changed.linetype)
-            ini.GetString(key, m_arrLinetypes[i], m_arrLinetypes[i]);
-        ini.SetString(key, m_arrLinetypes[i]);
-        ini.SetSection(Section(kLineweightsSuffix));
-        if (!changed.lineweight)
-            ini.GetLong(key, m_arrLineweights[i], m_arrLineweights[i]);
-        ini.SetLong(key, m_arrLineweights[i]);
-    }
-    if (ini.Save() != CVX2D_IniFile::eOk)
+        return true;
+    });
+    if (!saved)
         return false;
     m_arrChanged.assign(GetCount(), SChanged{});
     m_bModified = false;

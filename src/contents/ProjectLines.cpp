@@ -73,10 +73,7 @@ std::int32_t CVX2D_ProjectLines::ParseLineId(const std::wstring& key) {
 }
 
 std::wstring CVX2D_ProjectLines::GetLineFilePath(std::int32_t projectId) const {
-    std::wstring folder;
-    if (m_registry.GetProjectFolder(projectId, folder) != eProjectOk || folder.empty())
-        return {};
-    return WithTrailingSeparator(folder) + L"Lines.ini";
+    return m_registry.StandardFile(projectId, L"Lines.ini");
 }
 
 ELineResult CVX2D_ProjectLines::ResolveLineFile(std::int32_t projectId, std::wstring& path) const {
@@ -199,7 +196,8 @@ ELineResult CVX2D_ProjectLines::OpenForUpdate(std::int32_t projectId, CVX2D_IniF
     return lines.OpenForUpdate(path) == CVX2D_IniFile::eOk ? eLineOk : eLineCantOpenDatafile;
 }
 
-ELineResult CVX2D_ProjectLines::DeleteLine(std::int32_t projectId, std::int32_t lineId) const {
+ELineResult CVX2D_ProjectLines::UpdateLine(std::int32_t projectId, std::int32_t lineId,
+                                           const CLineChange& change) const {
     if (projectId < 1)
         return eLineInvalidProjectId;
     if (lineId < 1)
@@ -207,62 +205,57 @@ ELineResult CVX2D_ProjectLines::DeleteLine(std::int32_t projectId, std::int32_t 
     CVX2D_IniFile lines;
     if (const ELineResult opened = OpenForUpdate(projectId, lines); opened != eLineOk)
         return opened;
-    const std::wstring key = MakeLineKey(lineId);
-    lines.SetSection(kLineList);
-    const std::wstring name = lines.String(key);
-    if (name.empty())
-        return eLineCantFind;
-    lines.DeleteKey(key);
-    lines.SetSection(kDeletedLines);
-    lines.SetString(key, name);
+    if (const ELineResult changed = change(lines, MakeLineKey(lineId)); changed != eLineOk)
+        return changed;
     return lines.Save() == CVX2D_IniFile::eOk ? eLineOk : eLineCantOpenDatafile;
 }
 
+ELineResult CVX2D_ProjectLines::DeleteLine(std::int32_t projectId, std::int32_t lineId) const {
+    return UpdateLine(projectId, lineId, [](CVX2D_IniFile& lines, const std::wstring& key) {
+        lines.SetSection(kLineList);
+        const std::wstring name = lines.String(key);
+        if (name.empty())
+            return eLineCantFind;
+        lines.DeleteKey(key);
+        lines.SetSection(kDeletedLines);
+        lines.SetString(key, name);
+        return eLineOk;
+    });
+}
+
 ELineResult CVX2D_ProjectLines::RecoverLine(std::int32_t projectId, std::int32_t lineId) const {
-    if (projectId < 1)
-        return eLineInvalidProjectId;
-    if (lineId < 1)
-        return eLineInvalidId;
-    CVX2D_IniFile lines;
-    if (const ELineResult opened = OpenForUpdate(projectId, lines); opened != eLineOk)
-        return opened;
-    const std::wstring key = MakeLineKey(lineId);
-    lines.SetSection(kDeletedLines);
-    const std::wstring name = lines.String(key);
-    if (name.empty())
-        return eLineCantFind;
-    // Live names stay unique, and a live line of the same id is never overwritten.
-    lines.SetSection(kLineList);
-    if (!lines.String(key).empty() || NameTaken(lines, kLineList, name))
-        return eLineAlreadyExists;
-    lines.SetString(key, name);
-    lines.SetSection(kDeletedLines);
-    lines.DeleteKey(key);
-    return lines.Save() == CVX2D_IniFile::eOk ? eLineOk : eLineCantOpenDatafile;
+    return UpdateLine(projectId, lineId, [](CVX2D_IniFile& lines, const std::wstring& key) {
+        lines.SetSection(kDeletedLines);
+        const std::wstring name = lines.String(key);
+        if (name.empty())
+            return eLineCantFind;
+        // Live names stay unique, and a live line of the same id is never overwritten.
+        lines.SetSection(kLineList);
+        if (!lines.String(key).empty() || NameTaken(lines, kLineList, name))
+            return eLineAlreadyExists;
+        lines.SetString(key, name);
+        lines.SetSection(kDeletedLines);
+        lines.DeleteKey(key);
+        return eLineOk;
+    });
 }
 
 ELineResult CVX2D_ProjectLines::RenameLine(std::int32_t projectId, std::int32_t lineId,
                                            const std::wstring& rawName) const {
-    if (projectId < 1)
-        return eLineInvalidProjectId;
-    if (lineId < 1)
-        return eLineInvalidId;
-    if (!IsValidName(rawName))
+    if (projectId >= 1 && lineId >= 1 && !IsValidName(rawName))
         return eLineInvalidName;
     const std::wstring name = TrimBlanks(rawName);
-    CVX2D_IniFile lines;
-    if (const ELineResult opened = OpenForUpdate(projectId, lines); opened != eLineOk)
-        return opened;
-    const std::wstring key = MakeLineKey(lineId);
-    lines.SetSection(kLineList);
-    if (lines.String(key).empty()) {
-        lines.SetSection(kDeletedLines);
-        return lines.String(key).empty() ? eLineCantFind : eLineIsDeleted;
-    }
-    if (NameTaken(lines, kLineList, name, key))
-        return eLineAlreadyExists;
-    lines.SetString(key, name);
-    return lines.Save() == CVX2D_IniFile::eOk ? eLineOk : eLineCantOpenDatafile;
+    return UpdateLine(projectId, lineId, [&name](CVX2D_IniFile& lines, const std::wstring& key) {
+        lines.SetSection(kLineList);
+        if (lines.String(key).empty()) {
+            lines.SetSection(kDeletedLines);
+            return lines.String(key).empty() ? eLineCantFind : eLineIsDeleted;
+        }
+        if (NameTaken(lines, kLineList, name, key))
+            return eLineAlreadyExists;
+        lines.SetString(key, name);
+        return eLineOk;
+    });
 }
 
 ELineResult CVX2D_ProjectLines::RepairLastLineId(std::int32_t projectId) const {

@@ -5,6 +5,7 @@
 #pragma once
 
 #include <cstdint>
+#include <functional>
 #include <string>
 #include <vector>
 
@@ -77,6 +78,12 @@ private:
     ELineResult ResolveLineFile(std::int32_t projectId, std::wstring& path) const;
     // The standard's "Lines.ini" opened under its lock for a change.
     ELineResult OpenForUpdate(std::int32_t projectId, CVX2D_IniFile& lines) const;
+    // One change of a line in the standard's "Lines.ini" under its lock: the
+    // change gets the file and the line's key and returns eLineOk to have the
+    // file saved, any other code to leave it as it was.
+    using CLineChange = std::function<ELineResult(CVX2D_IniFile&, const std::wstring&)>;
+    ELineResult UpdateLine(std::int32_t projectId, std::int32_t lineId,
+                           const CLineChange& change) const;
     ELineResult Create(std::int32_t projectId, const std::wstring* wantedName, std::int32_t& lineId,
                        std::wstring& name) const;
 

@@ -79,10 +79,7 @@ std::wstring CVX2D_ProjectSpecs::GetSpecRegisterPath() const {
 }
 
 std::wstring CVX2D_ProjectSpecs::GetSpecFilePath(std::int32_t projectId) const {
-    std::wstring folder;
-    if (m_registry.GetProjectFolder(projectId, folder) != eProjectOk || folder.empty())
-        return {};
-    return WithTrailingSeparator(folder) + L"Specs.ini";
+    return m_registry.StandardFile(projectId, L"Specs.ini");
 }
 
 bool CVX2D_ProjectSpecs::OpenRegister(CVX2D_IniFile& ini) const {

@@ -206,6 +206,13 @@ EProjectResult CVX2D_ProjectRegistry::GetProjectFolder(std::int32_t id,
     return FindFolder(id, LookupName(ini, id, true, true), folder);
 }
 
+std::wstring CVX2D_ProjectRegistry::StandardFile(std::int32_t id, const std::wstring& name) const {
+    std::wstring folder;
+    if (GetProjectFolder(id, folder) != eProjectOk || folder.empty())
+        return {};
+    return WithTrailingSeparator(folder) + name;
+}
+
 EProjectResult CVX2D_ProjectRegistry::ListProjects(bool active, bool deleted,
                                                    std::vector<SProjectInfo>& projects) const {
     projects.clear();

@@ -44,6 +44,9 @@ public:
     // The standard's folder (ending in a separator). Moves a folder of the
     // old form, or one renamed outside the program, to "VX2D_PRJ_n - Name".
     EProjectResult GetProjectFolder(std::int32_t id, std::wstring& folder) const;
+    // A file in the standard's folder ("Layers.ini"); empty when the standard
+    // has no folder.
+    std::wstring StandardFile(std::int32_t id, const std::wstring& name) const;
     std::vector<std::int32_t> GetProjectIds(bool active, bool deleted) const;
     // Ids, names and states from one read of the datafile, active first.
     EProjectResult ListProjects(bool active, bool deleted,
