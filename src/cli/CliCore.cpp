@@ -1,6 +1,7 @@
 #include "cli/CliCore.h"
 
 #include "contents/Application.h"
+#include "contents/ProjectSettingsBase.h"
 #include "datafile/IniFile.h"
 #include "datafile/Text.h"
 #include "platform/Utf8.h"
@@ -84,6 +85,21 @@ int ParseApplicationArgument(const std::string& text) {
                             "': give 1-4 or ELECTRIC, PID (P&ID), ISOMETRIC, ORTHO."),
                           2);
     return application;
+}
+
+int ParseSettingsSection(const std::string& text) {
+    using Base = CVX2D_ProjectSettingsBase;
+    if (text.empty())
+        return -1;
+    const std::wstring typed = TrimBlanks(W(text));
+    std::wstring names;
+    for (int id = Base::eBillOfMaterial; id <= Base::eSystemToggles; ++id) {
+        if (typed == fmt::format(L"{}", id) || EqualsNoCase(typed, Base::SectionName(id)))
+            return id;
+        names += fmt::format(L"\n  {} {}", id, Base::SectionName(id));
+    }
+    throw CCliFailure(
+        fmt::format(L"Unknown section '{}': give a section id or name:{}", typed, names), 2);
 }
 
 void AddAllCommands(CLI::App& app, SCliContext& context) {

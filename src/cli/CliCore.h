@@ -140,6 +140,10 @@ void AddCompareCommands(CLI::App& app, SCliContext& context);
 void AddRestoreCommands(CLI::App& app, SCliContext& context);
 void AddReportCommands(CLI::App& app, SCliContext& context);
 
+// A settings section given as 0-8 or by its name in any letter case ("Layers"
+// is 5); -1 when none was given. Anything else is bad usage.
+int ParseSettingsSection(const std::string& text);
+
 // An application given as 1-4 or by name (ELECTRIC, PID or P&ID, ISOMETRIC,
 // ORTHO); anything else is bad usage.
 int ParseApplicationArgument(const std::string& text);

@@ -133,20 +133,9 @@ COutput Open(const SCliOptions& options, const SArgs& a) {
     return output;
 }
 
-// A section given as 0-8 or by its name in any letter case.
-int ParseEditorSection(const std::string& text) {
-    const std::wstring typed = TrimBlanks(W(text));
-    for (int id = Base::eBillOfMaterial; id <= Base::eSystemToggles; ++id) {
-        if (typed == fmt::format(L"{}", id) || EqualsNoCase(typed, Base::SectionName(id)))
-            return id;
-    }
-    throw CCliFailure(
-        fmt::format(L"Unknown section '{}': give a section id 0-8 or its name.", typed), 2);
-}
-
 COutput Editor(const SCliOptions& options, const SArgs& a) {
     const int application = ParseApplicationArgument(a.application);
-    const int section = ParseEditorSection(a.section);
+    const int section = ParseSettingsSection(a.section);
     SCore core(options);
     const std::wstring what = fmt::format(L"Error reading {} settings of standard '{}'.",
                                           ApplicationSettingsName(application), core.NameOf(a.id));

@@ -24,22 +24,6 @@ struct SArgs {
     std::string section;
 };
 
-// A section given as 0-8 or by its name in any letter case; -1 when none
-// was given. "Layers" (5) stands for the application's layers.
-int ParseRestoreSection(const std::string& text) {
-    if (text.empty())
-        return -1;
-    const std::wstring typed = TrimBlanks(W(text));
-    std::wstring names;
-    for (int id = Base::eBillOfMaterial; id <= Base::eSystemToggles; ++id) {
-        if (typed == fmt::format(L"{}", id) || EqualsNoCase(typed, Base::SectionName(id)))
-            return id;
-        names += fmt::format(L"\n  {} {}", id, Base::SectionName(id));
-    }
-    throw CCliFailure(
-        fmt::format(L"Unknown section '{}': give a section id or name:{}", typed, names), 2);
-}
-
 CVX2D_GeneralSettings LoadGeneral(SCore& core, std::int32_t id, const std::wstring& what) {
     core.FolderOf(id, what);
     CVX2D_GeneralSettings general;
@@ -78,7 +62,7 @@ void RestoreSettings(SCore& core, std::int32_t id, int application, int section)
 
 void Restore(const SCliOptions& options, const SArgs& a) {
     const int application = ParseApplicationArgument(a.application);
-    const int section = ParseRestoreSection(a.section);
+    const int section = ParseSettingsSection(a.section);
     SCore core(options);
     if (section == Base::eLayers)
         RestoreLayers(core, a.id, application);

@@ -25,23 +25,6 @@ struct SArgs {
     std::string units = "metric";
 };
 
-// A section given as 0-8 or by its name in any letter case; -1 when none
-// was given. Anything else is bad usage.
-int ParseSection(const std::string& text) {
-    if (text.empty())
-        return -1;
-    const std::wstring typed = TrimBlanks(W(text));
-    for (int id = Base::eBillOfMaterial; id <= Base::eSystemToggles; ++id) {
-        if (typed == fmt::format(L"{}", id) || EqualsNoCase(typed, Base::SectionName(id)))
-            return id;
-    }
-    std::wstring names;
-    for (int id = Base::eBillOfMaterial; id <= Base::eSystemToggles; ++id)
-        names += fmt::format(L"\n  {} {}", id, Base::SectionName(id));
-    throw CCliFailure(
-        fmt::format(L"Unknown section '{}': give a section id or name:{}", typed, names), 2);
-}
-
 // Every variable of the settings (of one section when `section` is not -1)
 // in catalogue order.
 COutput Records(const Base& settings, int section) {
@@ -85,7 +68,7 @@ std::unique_ptr<Base> LoadSettings(SCore& core, std::int32_t id, int application
 
 COutput Show(const SCliOptions& options, const SArgs& a) {
     const int application = ParseApplicationArgument(a.application);
-    const int section = ParseSection(a.section);
+    const int section = ParseSettingsSection(a.section);
     SCore core(options);
     return Records(*LoadSettings(core, a.id, application), section);
 }
@@ -155,7 +138,7 @@ void Set(const SCliOptions& options, const SArgs& a) {
 
 COutput Catalogue(const SArgs& a) {
     const int application = ParseApplicationArgument(a.application);
-    const int section = ParseSection(a.section);
+    const int section = ParseSettingsSection(a.section);
     auto settings = NewProjectSettings(application);
     settings->BuildCatalogue(a.units == "imperial" ? 1 : 0);
     return Records(*settings, section);

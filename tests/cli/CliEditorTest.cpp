@@ -51,7 +51,10 @@ TEST_F(CliEditorTest, SettingsEditorPrintsTheRowsOfASection) {
     const std::pair<std::vector<std::string>, std::pair<int, std::string>> refusals[] = {
         {{"1", "ELECTRIC", "8"}, {2, "ELECTRIC settings have no section 8 \"System Toggles\".\n"}},
         {{"1", "ELECTRIC", "12"},
-         {2, "Unknown section '12': give a section id 0-8 or its name.\n"}},
+         {2, "Unknown section '12': give a section id or name:\n  0 Bill of Material\n  1 "
+             "Civil/Structural Parameters\n  2 Component Sizing\n  3 Dimensioning Variables\n  "
+             "4 General Drawing Parameters\n  5 Layers\n  6 Scale Factors\n  7 Scaling "
+             "Variables\n  8 System Toggles\n"}},
     };
     for (const auto& [args, expected] : refusals) {
         std::vector<std::string> command = {"settings", "editor"};
