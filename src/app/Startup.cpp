@@ -33,7 +33,7 @@ CStartup::EResult CStartup::Decide(const std::vector<std::wstring>& args) {
             return Install() ? eInstalled : eInstallFailed;
     }
     if (m_projects.Datafiles().Root().empty()) {
-        m_prompter.Show(kNoDatafilesText, EPromptIcon::Stop, kCaption);
+        m_prompter.Show(NoDatafilesText(), EPromptIcon::Stop, kCaption);
         return eRefused;
     }
     if (!m_projects.Datafiles().Exists()) {

@@ -22,9 +22,6 @@ struct SRect {
 class CStartup {
 public:
     static constexpr const wchar_t* kCaption = L"2D Kryn 2023";
-    static constexpr const wchar_t* kNoDatafilesText =
-        L"No datafiles folder is known.\n\nStart the program with --datafiles DIR, or set "
-        L"\"DatafilesPath\" in the installation values.";
 
     enum EResult {
         eInstalled,     // "-install" did its work; the program ends

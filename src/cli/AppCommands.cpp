@@ -33,7 +33,7 @@ void Install(const SCliOptions& options) {
     services.shippedTemplates = ShippedTemplates();
     CStartup startup(*core.registry, core.installation, core.projects, core.prompter, services);
     if (core.datafiles.Root().empty())
-        throw CCliFailure(CStartup::kNoDatafilesText);
+        throw CCliFailure(NoDatafilesText());
     if (!startup.Install()) {
         if (!core.datafiles.Exists())
             throw CCliFailure(fmt::format(L"The datafiles folder '{}' could not be created.",
@@ -46,8 +46,7 @@ void Install(const SCliOptions& options) {
 
 void Export(const SCliOptions& options, const SArgs& a) {
     SCore core(options);
-    CProfile profile(*core.registry);
-    CStandardTransfer transfer(core.projects, profile, core.prompter);
+    CStandardTransfer transfer(core.projects, core.profile, core.prompter);
     const std::wstring what =
         fmt::format(L"Error exporting standard '{}' to '{}'.", core.NameOf(a.id), W(a.file));
     core.FolderOf(a.id, what);
@@ -57,8 +56,7 @@ void Export(const SCliOptions& options, const SArgs& a) {
 
 COutput Import(const SCliOptions& options, const SArgs& a) {
     SCore core(options);
-    CProfile profile(*core.registry);
-    CStandardTransfer transfer(core.projects, profile, core.prompter);
+    CStandardTransfer transfer(core.projects, core.profile, core.prompter);
     std::vector<std::wstring> files;
     for (const auto& file : a.files) {
         std::error_code ec;
@@ -135,9 +133,8 @@ void AddItems(COutput& output, const std::vector<CNavItem>& items, int depth) {
 
 COutput NavigatorTree(const SCliOptions& options) {
     SCore core(options);
-    CProfile profile(*core.registry);
     CNoWindows owner;
-    CNavigatorController navigator(core.projects, core.clients, profile, core.prompter, owner);
+    CNavigatorController navigator(core.projects, core.clients, core.profile, core.prompter, owner);
     navigator.Rebuild();
     COutput output({{"text"}, {"image"}, {"id"}});
     AddItems(output, navigator.Tree().Roots(), 0);

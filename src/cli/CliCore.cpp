@@ -12,19 +12,12 @@ CCliFailure::CCliFailure(std::wstring text, int exitCode)
     : std::runtime_error(platform::ToUtf8(text)), message(std::move(text)), code(exitCode) {}
 
 SCore::SCore(const SCliOptions& options, bool mayBeMissing)
-    : registry(MakeSystemRegistry()), installation(*registry, cli::W(options.datafiles)),
-      datafiles(installation.DatafilesPath()), prompter(options.yes), projects(datafiles, prompter),
-      clients(datafiles) {
+    : SCliPrompterHolder(options.yes),
+      CStandardsCore(MakeSystemRegistry(), cli::W(options.datafiles), cliPrompter) {
     if (!datafiles.IsKnown())
-        throw CCliFailure(L"No datafiles folder is known.\n\nGive one with --datafiles DIR or set "
-                          L"\"DatafilesPath\" in the installation values.");
+        throw CCliFailure(NoDatafilesText());
     if (!mayBeMissing && !datafiles.Exists())
         throw CCliFailure(MissingDatafilesText(datafiles.Root()));
-}
-
-std::wstring SCore::NameOf(std::int32_t id) const {
-    const std::wstring name = projects.GetProjectName(id, true, true);
-    return name.empty() ? fmt::format(L"{}", id) : name;
 }
 
 std::wstring SCore::FolderOf(std::int32_t id, const std::wstring& what) const {

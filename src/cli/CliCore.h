@@ -3,6 +3,7 @@
 // message, and the registration of each command group.
 #pragma once
 
+#include "app/StandardsCore.h"
 #include "cli/CliPrompter.h"
 #include "cli/Output.h"
 #include "datafile/ProjectResult.h"
@@ -58,20 +59,20 @@ struct SCliContext {
     }
 };
 
-// Everything a command needs to reach the datafiles folder.
-struct SCore {
+// The command line's answers to the core's questions, made before the core
+// that asks them.
+struct SCliPrompterHolder {
+    explicit SCliPrompterHolder(bool yes) : cliPrompter(yes) {}
+    CCliPrompter cliPrompter;
+};
+
+// Everything a command needs to reach the datafiles folder: the core both
+// programs build, answering through the command line.
+struct SCore : private SCliPrompterHolder, public CStandardsCore {
     // Fails when the datafiles folder is unknown or, unless `mayBeMissing`
     // (the installation, which makes it), not there.
     explicit SCore(const SCliOptions& options, bool mayBeMissing = false);
-    std::unique_ptr<IRegistry> registry;
-    CInstallation installation;
-    CVX2D_Datafiles datafiles;
-    CCliPrompter prompter;
-    CVX2D_ProjectRegistry projects;
-    CVX2D_ClientRegistry clients;
 
-    // The standard's name for messages, or its id when it has none.
-    std::wstring NameOf(std::int32_t id) const;
     // The standard's folder; fails with `what` and the registry's text.
     std::wstring FolderOf(std::int32_t id, const std::wstring& what) const;
 };

@@ -33,8 +33,8 @@ struct SArgs {
 struct SDrawings {
     SDrawings(const SCliOptions& options, const SArgs& a)
         : application(ParseApplicationArgument(a.application)), core(options),
-          prompter(core.prompter), profile(*core.registry),
-          manager(core.projects, core.installation, profile, prompter) {
+          prompter(core.prompter),
+          manager(core.projects, core.installation, core.profile, prompter) {
         const std::wstring what = fmt::format(L"Error opening the {} drawings of standard '{}'.",
                                               ApplicationName(application), core.NameOf(a.id));
         core.FolderOf(a.id, what);
@@ -48,7 +48,6 @@ struct SDrawings {
     int application;
     SCore core;
     CRecordingPrompter prompter;
-    CProfile profile;
     CDrawingsManager manager;
 };
 

@@ -23,7 +23,7 @@ constexpr EBorderColumn kColumns[] = {EBorderColumn::Border, EBorderColumn::Limi
 
 } // namespace
 
-CBordersFormView::CBordersFormView(CDeskCore& core, IPageHost& host, std::int32_t standardId,
+CBordersFormView::CBordersFormView(CStandardsCore& core, IPageHost& host, std::int32_t standardId,
                                    QWidget* parent)
     : CPageView(core, host, parent), m_editor(core.projects, core.prompter),
       m_grid(new QTableWidget(this)), m_folder(new QLabel(this)) {

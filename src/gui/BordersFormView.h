@@ -13,7 +13,7 @@
 class CBordersFormView : public CPageView {
     Q_OBJECT
 public:
-    CBordersFormView(CDeskCore& core, IPageHost& host, std::int32_t standardId,
+    CBordersFormView(CStandardsCore& core, IPageHost& host, std::int32_t standardId,
                      QWidget* parent = nullptr);
 
     CBordersEditor& Editor() { return m_editor; }

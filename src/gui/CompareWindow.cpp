@@ -21,7 +21,7 @@ QColor ColourOf(const SCompareColour& colour) {
 
 } // namespace
 
-CCompareProjectsFormView::CCompareProjectsFormView(CDeskCore& core, QWidget* parent)
+CCompareProjectsFormView::CCompareProjectsFormView(CStandardsCore& core, QWidget* parent)
     : QWidget(parent), m_core(core), m_upper(new QTreeWidget(this)),
       m_lower(new QTreeWidget(this)) {
     setObjectName(QStringLiteral("compareProjects"));
@@ -83,7 +83,7 @@ void CCompareProjectsFormView::resizeEvent(QResizeEvent* event) {
     m_lower->setGeometry(3, (h - 9) / 2 + 6, w - 6, (h - 9) / 2);
 }
 
-CCompareSettingsFormView::CCompareSettingsFormView(CDeskCore& core, IPageHost& host,
+CCompareSettingsFormView::CCompareSettingsFormView(CStandardsCore& core, IPageHost& host,
                                                    QWidget* parent)
     : QWidget(parent), m_core(core), m_host(host), m_comparison(core.projects),
       m_grid(new QTableWidget(this)), m_help(new QPushButton(tr("Help..."), this)),
@@ -174,7 +174,7 @@ void CCompareSettingsFormView::SaveReport() {
         m_core.prompter.Show(L"Error saving the comparison report:\n" + W(file), EPromptIcon::Stop);
 }
 
-CCompareWindow::CCompareWindow(CDeskCore& core, IPageHost& host, std::int32_t standardId,
+CCompareWindow::CCompareWindow(CStandardsCore& core, IPageHost& host, std::int32_t standardId,
                                QWidget* parent)
     : QSplitter(parent), m_selector(new CCompareProjectsFormView(core, this)),
       m_result(new CCompareSettingsFormView(core, host, this)) {

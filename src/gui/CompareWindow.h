@@ -2,8 +2,8 @@
 // client/standard trees, and the result pane with the three-column grid.
 #pragma once
 
+#include "app/StandardsCore.h"
 #include "editors/StandardComparison.h"
-#include "gui/DeskCore.h"
 #include "gui/PageHost.h"
 
 #include <QPushButton>
@@ -14,7 +14,7 @@
 class CCompareProjectsFormView : public QWidget {
     Q_OBJECT
 public:
-    CCompareProjectsFormView(CDeskCore& core, QWidget* parent = nullptr);
+    CCompareProjectsFormView(CStandardsCore& core, QWidget* parent = nullptr);
     QTreeWidget* Upper() const { return m_upper; }
     QTreeWidget* Lower() const { return m_lower; }
     // Selects a standard in a tree (false when it is not there).
@@ -29,7 +29,7 @@ protected:
 
 private:
     void Fill(QTreeWidget* tree);
-    CDeskCore& m_core;
+    CStandardsCore& m_core;
     QTreeWidget* m_upper;
     QTreeWidget* m_lower;
 };
@@ -37,7 +37,7 @@ private:
 class CCompareSettingsFormView : public QWidget {
     Q_OBJECT
 public:
-    CCompareSettingsFormView(CDeskCore& core, IPageHost& host, QWidget* parent = nullptr);
+    CCompareSettingsFormView(CStandardsCore& core, IPageHost& host, QWidget* parent = nullptr);
     CVX2D_StandardComparison& Comparison() { return m_comparison; }
     QTableWidget* Grid() const { return m_grid; }
     void Rebuild();
@@ -48,7 +48,7 @@ protected:
 
 private:
     void SaveReport();
-    CDeskCore& m_core;
+    CStandardsCore& m_core;
     IPageHost& m_host;
     CVX2D_StandardComparison m_comparison;
     QTableWidget* m_grid;
@@ -59,7 +59,7 @@ private:
 class CCompareWindow : public QSplitter {
     Q_OBJECT
 public:
-    CCompareWindow(CDeskCore& core, IPageHost& host, std::int32_t standardId,
+    CCompareWindow(CStandardsCore& core, IPageHost& host, std::int32_t standardId,
                    QWidget* parent = nullptr);
     CCompareProjectsFormView* Selector() const { return m_selector; }
     CCompareSettingsFormView* Result() const { return m_result; }

@@ -79,7 +79,7 @@ QStringList CDrawingsListCtrl::SelectedNames() const {
     return names;
 }
 
-CDrawingsFormView::CDrawingsFormView(CDeskCore& core, IPageHost& host, std::int32_t standardId,
+CDrawingsFormView::CDrawingsFormView(CStandardsCore& core, IPageHost& host, std::int32_t standardId,
                                      int application, QWidget* parent)
     : CPageView(core, host, parent),
       m_manager(core.projects, core.installation, core.profile, core.prompter),

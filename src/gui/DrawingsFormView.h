@@ -19,8 +19,8 @@ public:
 class CDrawingsFormView : public CPageView {
     Q_OBJECT
 public:
-    CDrawingsFormView(CDeskCore& core, IPageHost& host, std::int32_t standardId, int application,
-                      QWidget* parent = nullptr);
+    CDrawingsFormView(CStandardsCore& core, IPageHost& host, std::int32_t standardId,
+                      int application, QWidget* parent = nullptr);
 
     CDrawingsManager& Manager() { return m_manager; }
     CDrawingsListCtrl* List() const { return m_list; }

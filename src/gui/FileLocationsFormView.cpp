@@ -6,7 +6,7 @@
 #include <QPushButton>
 #include <QVBoxLayout>
 
-CFileLocationsFormView::CFileLocationsFormView(CDeskCore& core, IPageHost& host,
+CFileLocationsFormView::CFileLocationsFormView(CStandardsCore& core, IPageHost& host,
                                                std::int32_t standardId, QWidget* parent)
     : CPageView(core, host, parent), m_editor(core.projects, core.prompter) {
     setObjectName(QStringLiteral("fileLocationsFormView"));

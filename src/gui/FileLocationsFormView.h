@@ -11,7 +11,7 @@
 class CFileLocationsFormView : public CPageView {
     Q_OBJECT
 public:
-    CFileLocationsFormView(CDeskCore& core, IPageHost& host, std::int32_t standardId,
+    CFileLocationsFormView(CStandardsCore& core, IPageHost& host, std::int32_t standardId,
                            QWidget* parent = nullptr);
 
     CFileLocationsEditor& Editor() { return m_editor; }

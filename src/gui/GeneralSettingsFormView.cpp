@@ -28,7 +28,7 @@ QString FieldName(EGeneralField field) {
 
 } // namespace
 
-CGeneralSettingsFormView::CGeneralSettingsFormView(CDeskCore& core, IPageHost& host,
+CGeneralSettingsFormView::CGeneralSettingsFormView(CStandardsCore& core, IPageHost& host,
                                                    std::int32_t standardId, QWidget* parent)
     : CPageView(core, host, parent), m_editor(core.projects, core.prompter) {
     setObjectName(QStringLiteral("generalSettingsFormView"));

@@ -10,7 +10,7 @@
 class CGeneralSettingsFormView : public CPageView {
     Q_OBJECT
 public:
-    CGeneralSettingsFormView(CDeskCore& core, IPageHost& host, std::int32_t standardId,
+    CGeneralSettingsFormView(CStandardsCore& core, IPageHost& host, std::int32_t standardId,
                              QWidget* parent = nullptr);
 
     CGeneralSettingsEditor& Editor() { return m_editor; }

@@ -142,7 +142,7 @@ int CColorIndexDialog::Pick(QWidget* parent, int index) {
 
 // ------------------------------------------------------------- layers page
 
-CLayersFormView::CLayersFormView(CDeskCore& core, IPageHost& host, std::int32_t standardId,
+CLayersFormView::CLayersFormView(CStandardsCore& core, IPageHost& host, std::int32_t standardId,
                                  int application, QWidget* parent)
     : CPageView(core, host, parent), m_editor(core.projects, core.prompter), m_header(MakeHeader()),
       m_grid(new QTableWidget(this)), m_restore(new QPushButton(tr("Restore Defaults"), this)) {

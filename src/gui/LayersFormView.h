@@ -34,7 +34,7 @@ private:
 class CLayersFormView : public CPageView {
     Q_OBJECT
 public:
-    CLayersFormView(CDeskCore& core, IPageHost& host, std::int32_t standardId, int application,
+    CLayersFormView(CStandardsCore& core, IPageHost& host, std::int32_t standardId, int application,
                     QWidget* parent = nullptr);
 
     CLayersEditor& Editor() { return m_editor; }

@@ -14,7 +14,7 @@ constexpr int kStateColumn = 2;
 
 } // namespace
 
-CLinesFormView::CLinesFormView(CDeskCore& core, IPageHost& host, std::int32_t standardId,
+CLinesFormView::CLinesFormView(CStandardsCore& core, IPageHost& host, std::int32_t standardId,
                                QWidget* parent)
     : CPageView(core, host, parent), m_editor(core.projects, core.prompter), m_header(MakeHeader()),
       m_grid(new QTableWidget(this)), m_new(new QPushButton(tr("New Line"), this)),

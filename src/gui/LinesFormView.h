@@ -11,7 +11,7 @@
 class CLinesFormView : public CPageView {
     Q_OBJECT
 public:
-    CLinesFormView(CDeskCore& core, IPageHost& host, std::int32_t standardId,
+    CLinesFormView(CStandardsCore& core, IPageHost& host, std::int32_t standardId,
                    QWidget* parent = nullptr);
 
     CLinesEditor& Editor() { return m_editor; }

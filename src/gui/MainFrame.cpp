@@ -20,7 +20,7 @@
 #include <QToolBar>
 #include <fmt/xchar.h>
 
-CMainFrame::CMainFrame(CDeskCore& core, IFileDialogs& dialogs, QWidget* parent)
+CMainFrame::CMainFrame(CStandardsCore& core, IFileDialogs& dialogs, QWidget* parent)
     : QMainWindow(parent), m_core(core), m_dialogs(dialogs),
       m_navigator(core.projects, core.clients, core.profile, core.prompter, *this),
       m_transferPrompter(core.prompter),

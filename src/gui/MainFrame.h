@@ -4,7 +4,7 @@
 
 #include "app/NavigatorController.h"
 #include "app/StandardTransfer.h"
-#include "gui/DeskCore.h"
+#include "app/StandardsCore.h"
 #include "gui/FileDialogs.h"
 #include "gui/PageHost.h"
 #include "gui/ProgressPrompter.h"
@@ -20,7 +20,7 @@ class CNavigatorDlg;
 class CMainFrame : public QMainWindow, public INavigatorOwner, public IPageHost {
     Q_OBJECT
 public:
-    CMainFrame(CDeskCore& core, IFileDialogs& dialogs, QWidget* parent = nullptr);
+    CMainFrame(CStandardsCore& core, IFileDialogs& dialogs, QWidget* parent = nullptr);
 
     CNavigatorController& Navigator() { return m_navigator; }
     CNavigatorDlg* NavigatorPanel() const { return m_panel; }
@@ -61,7 +61,7 @@ private:
     void UpdateTitle();
     QAction* AddCommand(int command, const QString& text, const QKeySequence& shortcut = {});
 
-    CDeskCore& m_core;
+    CStandardsCore& m_core;
     IFileDialogs& m_dialogs;
     CNavigatorController m_navigator;
     // Export and import ask and tell through it, over their progress.

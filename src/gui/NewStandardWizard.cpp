@@ -13,7 +13,7 @@ namespace {
 enum { kNamePage, kUnitsPage, kFoldersPage };
 }
 
-CNewStandardWizardDlg::CNewStandardWizardDlg(CDeskCore& core, IFileDialogs& dialogs,
+CNewStandardWizardDlg::CNewStandardWizardDlg(CStandardsCore& core, IFileDialogs& dialogs,
                                              std::int32_t clientId, QWidget* parent)
     : QWizard(parent), m_core(core), m_dialogs(dialogs),
       m_wizard(core.projects, core.clients, core.profile), m_proposal(m_wizard.Proposal(clientId)) {

@@ -3,7 +3,7 @@
 #pragma once
 
 #include "app/NewStandardWizard.h"
-#include "gui/DeskCore.h"
+#include "app/StandardsCore.h"
 #include "gui/FileDialogs.h"
 
 #include <QCheckBox>
@@ -15,7 +15,7 @@
 class CNewStandardWizardDlg : public QWizard {
     Q_OBJECT
 public:
-    CNewStandardWizardDlg(CDeskCore& core, IFileDialogs& dialogs, std::int32_t clientId,
+    CNewStandardWizardDlg(CStandardsCore& core, IFileDialogs& dialogs, std::int32_t clientId,
                           QWidget* parent = nullptr);
 
     std::int32_t CreatedId() const { return m_id; }
@@ -32,7 +32,7 @@ private:
     QWizardPage* FoldersPage();
     QLineEdit* FolderRow(class QFormLayout* form, const QString& label, const QString& name);
 
-    CDeskCore& m_core;
+    CStandardsCore& m_core;
     IFileDialogs& m_dialogs;
     CNewStandardWizard m_wizard;
     CNewStandardWizard::SChoice m_proposal;

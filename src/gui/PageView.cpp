@@ -2,7 +2,7 @@
 
 #include "datafile/DatafileProblem.h"
 
-CPageView::CPageView(CDeskCore& core, IPageHost& host, QWidget* parent)
+CPageView::CPageView(CStandardsCore& core, IPageHost& host, QWidget* parent)
     : QWidget(parent), m_core(core), m_host(host) {}
 
 bool CPageView::CanClose() {

@@ -4,8 +4,8 @@
 // closes.
 #pragma once
 
+#include "app/StandardsCore.h"
 #include "editors/PageEditor.h"
-#include "gui/DeskCore.h"
 #include "gui/PageHost.h"
 
 #include <QHBoxLayout>
@@ -17,7 +17,7 @@
 class CPageView : public QWidget {
     Q_OBJECT
 public:
-    CPageView(CDeskCore& core, IPageHost& host, QWidget* parent = nullptr);
+    CPageView(CStandardsCore& core, IPageHost& host, QWidget* parent = nullptr);
 
     // The window is closing: a modified page asks whether to save (Yes saves,
     // No discards). False keeps the window open, with the changes.
@@ -45,7 +45,7 @@ protected:
     void Edited();
     void UpdateApply();
 
-    CDeskCore& m_core;
+    CStandardsCore& m_core;
     IPageHost& m_host;
 
 private:

@@ -45,7 +45,7 @@ void CSettingsGridCtrl::resizeEvent(QResizeEvent* event) {
     FitColumns();
 }
 
-CSettingsFormView::CSettingsFormView(CDeskCore& core, IPageHost& host, std::int32_t standardId,
+CSettingsFormView::CSettingsFormView(CStandardsCore& core, IPageHost& host, std::int32_t standardId,
                                      int application, int section, QWidget* parent)
     : CPageView(core, host, parent), m_editor(core.projects, core.prompter), m_header(MakeHeader()),
       m_grid(new CSettingsGridCtrl(this)),

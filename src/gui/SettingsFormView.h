@@ -21,8 +21,8 @@ protected:
 class CSettingsFormView : public CPageView {
     Q_OBJECT
 public:
-    CSettingsFormView(CDeskCore& core, IPageHost& host, std::int32_t standardId, int application,
-                      int section, QWidget* parent = nullptr);
+    CSettingsFormView(CStandardsCore& core, IPageHost& host, std::int32_t standardId,
+                      int application, int section, QWidget* parent = nullptr);
 
     CSettingsEditor& Editor() { return m_editor; }
     CSettingsGridCtrl* Grid() const { return m_grid; }

@@ -13,7 +13,7 @@ constexpr int kScopeColumn = 2;
 
 } // namespace
 
-CSpecsFormView::CSpecsFormView(CDeskCore& core, IPageHost& host, std::int32_t standardId,
+CSpecsFormView::CSpecsFormView(CStandardsCore& core, IPageHost& host, std::int32_t standardId,
                                QWidget* parent)
     : CPageView(core, host, parent), m_editor(core.projects, core.prompter), m_header(MakeHeader()),
       m_empty(new QLabel(tr("The register holds no spec that this standard may use: common "

@@ -10,7 +10,7 @@
 class CSpecsFormView : public CPageView {
     Q_OBJECT
 public:
-    CSpecsFormView(CDeskCore& core, IPageHost& host, std::int32_t standardId,
+    CSpecsFormView(CStandardsCore& core, IPageHost& host, std::int32_t standardId,
                    QWidget* parent = nullptr);
 
     CSpecsEditor& Editor() { return m_editor; }

@@ -26,8 +26,8 @@ QIcon PageIcon(int icon) {
 }
 
 // A heading of the page tree: says where its pages are.
-CPageView* Placeholder(CDeskCore& core, IPageHost& host, const QString& title, const QString& what,
-                       QWidget* parent) {
+CPageView* Placeholder(CStandardsCore& core, IPageHost& host, const QString& title,
+                       const QString& what, QWidget* parent) {
     auto* page = new CPageView(core, host, parent);
     page->setObjectName(QStringLiteral("placeholderPage"));
     auto* label =
@@ -82,7 +82,7 @@ QTreeWidgetItem* CSettingsTreeCtrl::FindPage(const QString& title,
     return nullptr;
 }
 
-CStandardDocument::CStandardDocument(CDeskCore& core, IPageHost& host, std::int32_t standardId,
+CStandardDocument::CStandardDocument(CStandardsCore& core, IPageHost& host, std::int32_t standardId,
                                      QWidget* parent)
     : QSplitter(parent), m_core(core), m_host(host), m_standardId(standardId),
       m_tree(new CSettingsTreeCtrl(this)), m_view(new QStackedWidget(this)) {

@@ -2,8 +2,8 @@
 // page on the right.
 #pragma once
 
+#include "app/StandardsCore.h"
 #include "editors/SettingsEditor.h"
-#include "gui/DeskCore.h"
 #include "gui/PageHost.h"
 #include "gui/PageView.h"
 
@@ -29,7 +29,7 @@ private:
 class CStandardDocument : public QSplitter {
     Q_OBJECT
 public:
-    CStandardDocument(CDeskCore& core, IPageHost& host, std::int32_t standardId,
+    CStandardDocument(CStandardsCore& core, IPageHost& host, std::int32_t standardId,
                       QWidget* parent = nullptr);
     std::int32_t StandardId() const { return m_standardId; }
     CSettingsTreeCtrl* Pages() const { return m_tree; }
@@ -45,7 +45,7 @@ protected:
 private:
     CPageView* MakePage(const SSettingsPage& page);
 
-    CDeskCore& m_core;
+    CStandardsCore& m_core;
     IPageHost& m_host;
     std::int32_t m_standardId;
     CSettingsTreeCtrl* m_tree;

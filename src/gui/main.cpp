@@ -41,7 +41,7 @@ int main(int argc, char** argv) {
     }
 
     CQtPrompter prompter;
-    CDeskCore core(MakeSystemRegistry(), W(datafiles), prompter);
+    CStandardsCore core(MakeSystemRegistry(), W(datafiles), prompter);
     CStartup::SServices services;
     services.userName = platform::UserName();
     services.programPath = platform::ExecutablePath();

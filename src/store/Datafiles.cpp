@@ -29,6 +29,11 @@ bool CVX2D_Datafiles::Exists() const {
            std::filesystem::is_directory(platform::ToPath(WithoutTrailingSeparator(m_root)), ec);
 }
 
+std::wstring NoDatafilesText() {
+    return L"No datafiles folder is known.\n\nGive one with --datafiles DIR or set "
+           L"\"DatafilesPath\" in the installation values.";
+}
+
 std::wstring MissingDatafilesText(const std::wstring& folder) {
     return L"The datafiles folder '" + folder +
            L"' does not exist or cannot be reached.\n\nConnect the share that holds it, or give "

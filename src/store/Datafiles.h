@@ -30,6 +30,9 @@ private:
     std::wstring m_root;
 };
 
+// What to say when no datafiles folder is known at all.
+std::wstring NoDatafilesText();
+
 // The message for a datafiles folder that is not there: only the
 // installation creates one, so that a share that is briefly away never gets
 // a second, empty tree.

@@ -123,7 +123,7 @@ TEST_F(StartupTest, TheDecisionComesBeforeAnythingIsLoadedOrShown) {
     EXPECT_TRUE(prompter.asked.empty());
     EXPECT_EQ(startup.Decide({L"standards-desk"}), CStartup::eRefused);
     ASSERT_EQ(prompter.asked.size(), 1u);
-    EXPECT_EQ(prompter.asked[0].text, CStartup::kNoDatafilesText);
+    EXPECT_EQ(prompter.asked[0].text, NoDatafilesText());
 }
 
 TEST_F(StartupTest, FirstRunStandardsGetFoldersLocationsAndALine) {

@@ -2,7 +2,7 @@
 // scripted answers to every question and file dialog.
 #pragma once
 
-#include "gui/DeskCore.h"
+#include "app/StandardsCore.h"
 #include "gui/FileDialogs.h"
 #include "gui/MainFrame.h"
 #include "gui/NavigatorDlg.h"
@@ -102,8 +102,9 @@ struct SGuiWorld {
     test::CTempDir config;
     CGuiPrompter prompter;
     CScriptedFileDialogs dialogs;
-    CDeskCore core{std::make_unique<CIniRegistry>(config.File(L"machine"), config.File(L"user")),
-                   folder.Dir().Text(), prompter};
+    CStandardsCore core{
+        std::make_unique<CIniRegistry>(config.File(L"machine"), config.File(L"user")),
+        folder.Dir().Text(), prompter};
 
     // A file in a standard's folder.
     std::filesystem::path StandardFile(std::int32_t id, const wchar_t* name) const {

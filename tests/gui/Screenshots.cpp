@@ -65,7 +65,7 @@ int main(int argc, char** argv) {
     }
 
     CQtPrompter prompter;
-    CDeskCore core(MakeSystemRegistry(), W(datafiles), prompter);
+    CStandardsCore core(MakeSystemRegistry(), W(datafiles), prompter);
     CQtFileDialogs dialogs;
     CMainFrame frame(core, dialogs);
     frame.setGeometry(0, 0, 1280, 800);
