@@ -2,7 +2,7 @@
 // help pages.
 #pragma once
 
-#include "platform/Installation.h"
+#include "store/Installation.h"
 
 #include <string>
 

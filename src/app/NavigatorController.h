@@ -4,7 +4,7 @@
 #pragma once
 
 #include "app/NavigatorTree.h"
-#include "app/Profile.h"
+#include "store/Profile.h"
 #include "store/ClientRegistry.h"
 #include "store/ProjectRegistry.h"
 #include "store/Prompter.h"

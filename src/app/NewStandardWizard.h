@@ -2,8 +2,8 @@
 // checks, and what Finish creates.
 #pragma once
 
-#include "app/Profile.h"
-#include "platform/Installation.h"
+#include "store/Profile.h"
+#include "store/Installation.h"
 #include "store/ClientRegistry.h"
 #include "store/ProjectRegistry.h"
 

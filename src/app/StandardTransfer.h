@@ -3,7 +3,7 @@
 // user is told.
 #pragma once
 
-#include "app/Profile.h"
+#include "store/Profile.h"
 #include "app/StandardArchive.h"
 #include "store/ProjectRegistry.h"
 #include "store/Prompter.h"

@@ -3,8 +3,8 @@
 // per-user profile. The desktop program and the command line both build one.
 #pragma once
 
-#include "app/Profile.h"
-#include "platform/Installation.h"
+#include "store/Profile.h"
+#include "store/Installation.h"
 #include "platform/Registry.h"
 #include "store/ClientRegistry.h"
 #include "store/Datafiles.h"

@@ -4,7 +4,7 @@
 #pragma once
 
 #include "app/Environment.h"
-#include "app/Profile.h"
+#include "store/Profile.h"
 #include "app/UpdateCheck.h"
 #include "app/WindowsComponents.h"
 #include "store/ProjectRegistry.h"

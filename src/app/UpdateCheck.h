@@ -4,7 +4,7 @@
 // the installed suite files.
 #pragma once
 
-#include "platform/Installation.h"
+#include "store/Installation.h"
 #include "platform/Registry.h"
 #include "store/Prompter.h"
 

@@ -5,6 +5,7 @@
 #include "datafile/IniFile.h"
 #include "datafile/Text.h"
 #include "platform/Utf8.h"
+#include "store/IniRegistry.h"
 
 #include <fmt/xchar.h>
 

@@ -7,7 +7,7 @@
 #include "cli/CliPrompter.h"
 #include "cli/Output.h"
 #include "datafile/ProjectResult.h"
-#include "platform/Installation.h"
+#include "store/Installation.h"
 #include "store/ClientRegistry.h"
 #include "store/Datafiles.h"
 #include "store/ProjectRegistry.h"

@@ -5,6 +5,7 @@
 #include "gui/QtPrompter.h"
 #include "gui/QtText.h"
 #include "platform/System.h"
+#include "store/IniRegistry.h"
 
 #include <QApplication>
 #include <QCommandLineParser>

@@ -36,5 +36,7 @@ public:
     }
 };
 
-// The registry of this machine: the real one on Windows, INI files elsewhere.
-std::unique_ptr<IRegistry> MakeSystemRegistry();
+#ifdef _WIN32
+// The Windows registry of this machine.
+std::unique_ptr<IRegistry> MakeWindowsRegistry();
+#endif

@@ -98,6 +98,6 @@ public:
 
 } // namespace
 
-std::unique_ptr<IRegistry> MakeSystemRegistry() {
+std::unique_ptr<IRegistry> MakeWindowsRegistry() {
     return std::make_unique<CWindowsRegistry>();
 }

@@ -1,7 +1,7 @@
 // The navigator: the tree it builds from the registries, what applies to a
 // selection, and each command's questions, messages and effects on disk.
 #include "app/NavigatorController.h"
-#include "platform/IniRegistry.h"
+#include "store/IniRegistry.h"
 #include "support/TestSupport.h"
 
 #include <gtest/gtest.h>

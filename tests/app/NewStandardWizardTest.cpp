@@ -1,6 +1,6 @@
 // The new standard wizard: what it proposes and what Finish writes.
 #include "app/NewStandardWizard.h"
-#include "platform/IniRegistry.h"
+#include "store/IniRegistry.h"
 #include "store/GeneralSettings.h"
 #include "support/TestSupport.h"
 

@@ -2,7 +2,7 @@
 // round trip, old ".xpj" exports, archives that try to escape, files that are
 // no archives and the limits of one import.
 #include "app/StandardTransfer.h"
-#include "platform/IniRegistry.h"
+#include "store/IniRegistry.h"
 #include "platform/Utf8.h"
 #include "store/ClientRegistry.h"
 #include "support/TestSupport.h"

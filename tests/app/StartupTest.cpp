@@ -1,7 +1,7 @@
 // Start-up: the install switch, who may run the program, the first-run
 // standards, the window rule, help paths and the Windows-only components.
 #include "app/Startup.h"
-#include "platform/IniRegistry.h"
+#include "store/IniRegistry.h"
 #include "platform/Utf8.h"
 #include "support/TestSupport.h"
 

@@ -1,7 +1,7 @@
 // The start-up update check: when it looks at the page, what it writes back,
 // and every question and message it shows.
 #include "app/UpdateCheck.h"
-#include "platform/IniRegistry.h"
+#include "store/IniRegistry.h"
 #include "support/TestSupport.h"
 
 #include <gtest/gtest.h>

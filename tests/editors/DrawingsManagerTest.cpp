@@ -3,7 +3,7 @@
 // files left in the folder and the texts shown to the user.
 #include "editors/DrawingsManager.h"
 #include "datafile/Text.h"
-#include "platform/IniRegistry.h"
+#include "store/IniRegistry.h"
 #include "platform/Utf8.h"
 #include "support/TestSupport.h"
 

@@ -7,7 +7,7 @@
 #include "gui/MainFrame.h"
 #include "gui/NavigatorDlg.h"
 #include "gui/StandardDocument.h"
-#include "platform/IniRegistry.h"
+#include "store/IniRegistry.h"
 #include "support/TestSupport.h"
 
 #include <QApplication>

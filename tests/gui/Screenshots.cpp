@@ -12,6 +12,7 @@
 #include "gui/QtPrompter.h"
 #include "gui/QtText.h"
 #include "gui/StandardDocument.h"
+#include "store/IniRegistry.h"
 
 #include <QApplication>
 #include <QDir>

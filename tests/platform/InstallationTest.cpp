@@ -1,7 +1,7 @@
 // Installation values and the paths built on them, read through the INI-backed
 // registry of temporary folders.
-#include "platform/Installation.h"
-#include "platform/IniRegistry.h"
+#include "store/Installation.h"
+#include "store/IniRegistry.h"
 #include "platform/Utf8.h"
 #include "support/TestSupport.h"
 

@@ -1,4 +1,4 @@
-#include "platform/Installation.h"
+#include "store/Installation.h"
 
 #include "datafile/Text.h"
 #include "platform/System.h"

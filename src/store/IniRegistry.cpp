@@ -1,4 +1,4 @@
-#include "platform/IniRegistry.h"
+#include "store/IniRegistry.h"
 
 #include "datafile/IniFile.h"
 #include "datafile/Text.h"
@@ -79,8 +79,10 @@ bool CIniRegistry::DeleteValue(ERegistryRoot root, const std::wstring& path,
     });
 }
 
-#ifndef _WIN32
 std::unique_ptr<IRegistry> MakeSystemRegistry() {
+#ifdef _WIN32
+    return MakeWindowsRegistry();
+#else
     return std::make_unique<CIniRegistry>();
-}
 #endif
+}

@@ -6,6 +6,8 @@
 
 #include "platform/Registry.h"
 
+#include <memory>
+
 class CIniRegistry : public IRegistry {
 public:
     // Folders of the two files; empty means the XDG defaults.
@@ -28,3 +30,7 @@ private:
     std::wstring m_machineFolder;
     std::wstring m_userFolder;
 };
+
+// The registry of this machine: the real one on Windows, these INI files
+// elsewhere.
+std::unique_ptr<IRegistry> MakeSystemRegistry();
