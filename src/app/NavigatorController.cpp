@@ -1,6 +1,7 @@
 #include "app/NavigatorController.h"
 
 #include "datafile/DatafileProblem.h"
+#include "store/StandardOperations.h"
 
 #include <fmt/xchar.h>
 #include <map>
@@ -184,7 +185,7 @@ void CNavigatorController::NewClient() {
     std::int32_t id = 0;
     std::wstring name;
     if (!m_clients.CreateClient(id, name)) {
-        Error(L"Error creating a new client");
+        Error(CreateClientErrorText());
         return;
     }
     const std::uint64_t item = m_tree.Insert(0, name, id, eNavClient);
@@ -209,16 +210,15 @@ bool CNavigatorController::EndLabelEdit(const std::optional<std::wstring>& newTe
     if (IsStandardKind(item->image)) {
         const EProjectResult result = m_projects.RenameProject(item->id, *newText);
         if (result != eProjectOk) {
-            Error(fmt::format(L"Error renaming project from '{}' to '{}'.\n\n{}", m_editOldText,
-                              *newText, ProjectResultText(result)));
+            Error(fmt::format(L"{}\n\n{}", RenameStandardErrorText(m_editOldText, *newText),
+                              ProjectResultText(result)));
             return false;
         }
         // The registry stores the name trimmed; show what it stored.
         item->text = m_projects.GetProjectName(item->id, true, true);
     } else {
         if (!m_clients.RenameClient(item->id, *newText)) {
-            Error(
-                fmt::format(L"Error renaming client from '{}' to '{}'.", m_editOldText, *newText));
+            Error(RenameClientErrorText(m_editOldText, *newText));
             return false;
         }
         item->text = *newText;
@@ -239,7 +239,7 @@ void CNavigatorController::DeleteClient() {
     if (answer == EPromptAnswer::No)
         return;
     if (!m_clients.DeleteClient(item->id)) {
-        Error(fmt::format(L"Error deleting client '{}'", name));
+        Error(DeleteClientErrorText(name));
         return;
     }
     Rebuild();
@@ -266,8 +266,8 @@ void CNavigatorController::CopyStandard() {
     std::wstring newName;
     const EProjectResult result = m_projects.CopyProject(item->id, newId, newName);
     if (result != eProjectOk) {
-        Error(fmt::format(L"Error copying standard '{}'\n\n{}", item->text,
-                          ProjectResultText(result)));
+        Error(
+            fmt::format(L"{}\n\n{}", CopyStandardErrorText(item->text), ProjectResultText(result)));
         return;
     }
     Rebuild();
@@ -282,7 +282,7 @@ void CNavigatorController::MarkDeleted() {
         return;
     const EProjectResult result = m_projects.DeleteProject(item->id);
     if (result != eProjectOk) {
-        Error(fmt::format(L"Error marking standard '{}' as deleted.\n\n{}", item->text,
+        Error(fmt::format(L"{}\n\n{}", DeleteStandardErrorText(item->text),
                           ProjectResultText(result)));
         return;
     }
@@ -298,7 +298,7 @@ void CNavigatorController::Recover() {
     CNavItem* item = m_tree.Find(m_selection);
     const EProjectResult result = m_projects.RecoverProject(item->id);
     if (result != eProjectOk) {
-        Error(fmt::format(L"Error recovering standard '{}'.\n\n{}", item->text,
+        Error(fmt::format(L"{}\n\n{}", RecoverStandardErrorText(item->text),
                           ProjectResultText(result)));
         return;
     }
@@ -320,17 +320,16 @@ void CNavigatorController::Purge() {
              L"", EPromptButtons::YesNo, EPromptIcon::Stop, EPromptAnswer::No}) !=
         EPromptAnswer::Yes)
         return;
-    const EProjectResult result = m_projects.PurgeProject(item->id);
+    bool gone = false;
+    const EProjectResult result = PurgeStandard(m_projects, m_clients, item->id, gone);
     if (result != eProjectOk) {
-        Error(fmt::format(L"Error purging standard '{}'.\n\n{}", name, ProjectResultText(result)));
+        Error(fmt::format(L"{}\n\n{}", PurgeStandardErrorText(name), ProjectResultText(result)));
         return;
     }
     // A folder that could not be deleted keeps the standard in the deleted
     // list; it stays in the tree and with its client then.
-    if (!m_projects.GetProjectName(item->id, false, true).empty())
+    if (!gone)
         return;
-    if (const CNavItem* parent = m_tree.Parent(item->handle); parent && parent->image == eNavClient)
-        m_clients.RemoveProjectFromClient(parent->id, item->id);
     m_tree.Remove(item->handle);
     m_selection = 0;
 }
@@ -357,7 +356,7 @@ void CNavigatorController::Drop(std::uint64_t dragged, std::uint64_t target) {
         return;
     if (!m_clients.MoveProjectToClient(item->id, oldParent ? oldParent->id : 0,
                                        newParent ? newParent->id : 0)) {
-        Error(L"Error moving project.");
+        Error(MoveStandardErrorText());
         return;
     }
     const CNavItem moved = *item;

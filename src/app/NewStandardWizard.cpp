@@ -1,10 +1,12 @@
 #include "app/NewStandardWizard.h"
 
 #include "contents/ProjectLines.h"
+#include "datafile/Application.h"
 #include "datafile/Names.h"
 #include "datafile/Text.h"
 #include "platform/Utf8.h"
 #include "store/GeneralSettings.h"
+#include "store/StandardOperations.h"
 
 #include <filesystem>
 #include <fmt/xchar.h>
@@ -24,7 +26,7 @@ CNewStandardWizard::CNewStandardWizard(CVX2D_ProjectRegistry& projects,
 std::array<std::wstring, 4> CNewStandardWizard::DrawingsFoldersFor(const std::wstring& name) const {
     std::array<std::wstring, 4> folders;
     const std::wstring trimmed = TrimBlanks(name);
-    for (int application = 1; application <= 4; ++application) {
+    for (const int application : kApplications) {
         const std::wstring base = m_profile.GetString(kSection, kDrawingsValues[application - 1]);
         folders[application - 1] =
             base.empty() ? base
@@ -55,7 +57,7 @@ std::wstring CNewStandardWizard::CheckName(const std::wstring& name) const {
 std::int32_t CNewStandardWizard::Finish(const SChoice& choice, std::wstring& message) {
     message.clear();
     const std::wstring name = TrimBlanks(choice.name);
-    const std::wstring what = fmt::format(L"Error creating new standard '{}'", name);
+    const std::wstring what = CreateStandardErrorText(name);
     // Checked first: a copy must not be made under a name it cannot keep.
     if (!CheckName(name).empty()) {
         message = what + L"\n\n" + ProjectResultText(eProjectInvalidName);
@@ -88,7 +90,7 @@ std::int32_t CNewStandardWizard::Finish(const SChoice& choice, std::wstring& mes
     if (general.Load(m_projects, id)) {
         general.m_nWorkingUnits = choice.workingUnits;
         general.m_nDisplayedUnits = choice.displayedUnits;
-        for (int application = 1; application <= 4; ++application)
+        for (const int application : kApplications)
             general.SetDrawingsLocation(application, choice.drawings[application - 1]);
         general.m_strBordersLocation = choice.borders;
         general.m_strTemplatesLocation = choice.templates;
@@ -111,7 +113,7 @@ std::int32_t CNewStandardWizard::Finish(const SChoice& choice, std::wstring& mes
 
     // The folders the next new standard starts from: a drawings folder of the
     // proposed shape, without this standard's name and application folder.
-    for (int application = 1; application <= 4; ++application) {
+    for (const int application : kApplications) {
         const std::wstring folder = WithTrailingSeparator(choice.drawings[application - 1]);
         const std::wstring tail = kPathSeparator + name + kPathSeparator +
                                   CInstallation::ApplicationFolderName(application) +

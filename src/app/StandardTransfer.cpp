@@ -4,6 +4,7 @@
 #include "platform/Utf8.h"
 #include "store/ClientRegistry.h"
 #include "store/LineCounter.h"
+#include "store/StandardOperations.h"
 
 #include <filesystem>
 #include <fmt/xchar.h>
@@ -99,7 +100,7 @@ CStandardTransfer::Import(const std::vector<std::wstring>& files, std::int32_t c
         const EProjectResult created =
             m_projects.CreateProject({imported.name, 0, -1, clientId, oldFormat}, imported.id);
         if (created != eProjectOk) {
-            m_prompter.Show(fmt::format(L"Error creating new standard '{}'\n\n{}", imported.name,
+            m_prompter.Show(fmt::format(L"{}\n\n{}", CreateStandardErrorText(imported.name),
                                         ProjectResultText(created)),
                             EPromptIcon::Stop);
             imported.id = 0;

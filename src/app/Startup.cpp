@@ -2,6 +2,7 @@
 
 #include "contents/ProjectLines.h"
 #include "contents/ProjectSpecs.h"
+#include "datafile/Application.h"
 #include "datafile/IniFile.h"
 #include "datafile/Text.h"
 #include "platform/Utf8.h"
@@ -133,7 +134,7 @@ void CStartup::CreateFirstRunStandards() {
             continue;
         CVX2D_GeneralSettings general;
         if (general.Load(m_projects, id)) {
-            for (int application = 1; application <= 4; ++application) {
+            for (const int application : kApplications) {
                 const std::wstring folder = drawings + first.name + kPathSeparator +
                                             CInstallation::ApplicationFolderName(application) +
                                             kPathSeparator;

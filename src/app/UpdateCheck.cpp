@@ -1,5 +1,6 @@
 #include "app/UpdateCheck.h"
 
+#include "datafile/Application.h"
 #include "datafile/Text.h"
 #include "platform/System.h"
 #include "platform/Utf8.h"
@@ -127,7 +128,7 @@ std::time_t CUpdateCheck::NewestSuiteFileTime() const {
     NewestIn(m_installation.SuiteCommonFolder(L"R23"), L".arx", newest);
     NewestIn(m_installation.SuiteCommonFolder(L""), L".exe", newest);
     NewestIn(m_installation.SuiteCommonFolder(L"R23"), L".fas", newest);
-    for (int application = 1; application <= 4; ++application)
+    for (const int application : kApplications)
         NewestIn(m_installation.SuiteApplicationFolder(application, L"R23"), L".fas", newest);
     // The installer's own list names the applications folder four times.
     for (int repeat = 0; repeat < 3; ++repeat)

@@ -1,7 +1,7 @@
 #include "cli/CliCore.h"
 
-#include "contents/Application.h"
 #include "contents/ProjectSettingsBase.h"
+#include "datafile/Application.h"
 #include "datafile/IniFile.h"
 #include "datafile/Text.h"
 #include "platform/Utf8.h"

@@ -2,10 +2,10 @@
 // border and revision drawings and drawing limits, and each application's
 // layers with colour, linetype and lineweight.
 #include "cli/CliCore.h"
-#include "contents/Application.h"
 #include "contents/ColorPalette.h"
 #include "contents/ProjectBorders.h"
 #include "contents/ProjectLayers.h"
+#include "datafile/Application.h"
 #include "datafile/Text.h"
 #include "editors/BordersEditor.h"
 #include "editors/LayersEditor.h"

@@ -2,7 +2,7 @@
 // manager's commands and the settings editor's rows, as the desktop views
 // run them.
 #include "cli/CliCore.h"
-#include "contents/Application.h"
+#include "datafile/Application.h"
 #include "datafile/Text.h"
 #include "editors/DrawingsManager.h"
 #include "editors/SettingsEditor.h"

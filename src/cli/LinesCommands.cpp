@@ -1,10 +1,10 @@
 // lines ..., specs ..., drawings list: a standard's line numbers, its checked
 // pipe specs with the register of specs, and the files of its drawings folders.
 #include "cli/CliCore.h"
-#include "contents/Application.h"
 #include "contents/DrawingsListing.h"
 #include "contents/ProjectLines.h"
 #include "contents/ProjectSpecs.h"
+#include "datafile/Application.h"
 #include "datafile/Text.h"
 #include "store/GeneralSettings.h"
 

@@ -2,9 +2,9 @@
 // its layers, back to the defaults of the standard's working units, saved at
 // once as the desktop pages' "Restore Defaults" and "Apply" would.
 #include "cli/CliCore.h"
-#include "contents/Application.h"
 #include "contents/ProjectLayers.h"
 #include "contents/ProjectSettings.h"
+#include "datafile/Application.h"
 #include "datafile/Text.h"
 #include "editors/LayersEditor.h"
 #include "editors/SettingsEditor.h"

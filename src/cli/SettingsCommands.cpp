@@ -1,10 +1,10 @@
 // settings show|set|catalogue: a drafting application's settings variables,
 // of a standard or as the catalogue gives them.
 #include "cli/CliCore.h"
-#include "contents/Application.h"
 #include "contents/ProjectSettings.h"
 #include "contents/SettingsCatalogue.h"
 #include "contents/SettingsText.h"
+#include "datafile/Application.h"
 #include "datafile/Text.h"
 #include "store/GeneralSettings.h"
 

@@ -2,6 +2,7 @@
 // standards, with the navigator's messages on failure.
 #include "cli/CliCore.h"
 #include "datafile/Names.h"
+#include "store/StandardOperations.h"
 #include "store/Templates.h"
 
 #include <algorithm>
@@ -42,7 +43,7 @@ COutput ClientCreate(const SCliOptions& options) {
     std::int32_t id = 0;
     std::wstring name;
     if (!core.clients.CreateClient(id, name))
-        throw CCliFailure(L"Error creating a new client");
+        throw CCliFailure(CreateClientErrorText());
     COutput output({{"id"}, {"name"}});
     output.Add({id, name});
     return output;
@@ -60,7 +61,7 @@ void ClientRename(const SCliOptions& options, const SArgs& a) {
     const std::wstring oldName =
         exists ? core.clients.GetClientName(a.id) : fmt::format(L"{}", a.id);
     if (!exists || !core.clients.RenameClient(a.id, name)) {
-        std::wstring text = fmt::format(L"Error renaming client from '{}' to '{}'.", oldName, name);
+        std::wstring text = RenameClientErrorText(oldName, name);
         if (!exists)
             text += fmt::format(L"\n\nThere is no client {}.", a.id);
         throw CCliFailure(text);
@@ -72,7 +73,7 @@ void ClientDelete(const SCliOptions& options, const SArgs& a) {
     const bool exists = HasClient(core, a.id);
     const std::wstring name = exists ? core.clients.GetClientName(a.id) : fmt::format(L"{}", a.id);
     if (!exists || !core.clients.DeleteClient(a.id))
-        throw CCliFailure(fmt::format(L"Error deleting client '{}'", name));
+        throw CCliFailure(DeleteClientErrorText(name));
 }
 
 COutput StandardList(const SCliOptions& options, const SArgs& a) {
@@ -103,7 +104,7 @@ COutput StandardDefaultName(const SCliOptions& options) {
 COutput StandardCreate(const SCliOptions& options, const SArgs& a) {
     SCore core(options);
     const std::wstring name = W(a.name);
-    const std::wstring what = fmt::format(L"Error creating new standard '{}'", name);
+    const std::wstring what = CreateStandardErrorText(name);
     if (a.clientId != 0 && core.clients.GetClientName(a.clientId).empty())
         throw CCliFailure(fmt::format(L"{}\n\nThere is no client {}.", what, a.clientId));
     // A datafiles folder set up by hand may lack the templates: bring the
@@ -127,7 +128,7 @@ COutput StandardCopy(const SCliOptions& options, const SArgs& a) {
     std::int32_t newId = 0;
     std::wstring newName;
     Check(core.projects.CopyProject(a.id, newId, newName),
-          fmt::format(L"Error copying standard '{}'", core.NameOf(a.id)));
+          CopyStandardErrorText(core.NameOf(a.id)));
     COutput output({{"id"}, {"name"}});
     output.Add({newId, newName});
     return output;
@@ -136,26 +137,19 @@ COutput StandardCopy(const SCliOptions& options, const SArgs& a) {
 void StandardRename(const SCliOptions& options, const SArgs& a) {
     SCore core(options);
     Check(core.projects.RenameProject(a.id, W(a.name)),
-          fmt::format(L"Error renaming project from '{}' to '{}'.",
-                      core.projects.GetProjectName(a.id, true, true), W(a.name)));
+          RenameStandardErrorText(core.projects.GetProjectName(a.id, true, true), W(a.name)));
 }
 
 void StandardPurge(const SCliOptions& options, const SArgs& a) {
     SCore core(options);
-    std::int32_t clientId = 0;
-    std::wstring clientName;
-    core.clients.FindClientOfProject(a.id, clientId, clientName);
-    Check(core.projects.PurgeProject(a.id),
-          fmt::format(L"Error purging standard '{}'.", core.NameOf(a.id)));
-    // A purge that could not delete the folder keeps the standard as deleted;
-    // only a standard that is really gone leaves its client.
-    if (clientId != 0 && core.projects.GetProjectName(a.id, true, true).empty())
-        core.clients.RemoveProjectFromClient(clientId, a.id);
+    bool gone = false;
+    Check(PurgeStandard(core.projects, core.clients, a.id, gone),
+          PurgeStandardErrorText(core.NameOf(a.id)));
 }
 
 void StandardMove(const SCliOptions& options, const SArgs& a) {
     SCore core(options);
-    const std::wstring what = L"Error moving project.";
+    const std::wstring what = MoveStandardErrorText();
     if (a.id < 1)
         Check(eProjectInvalidId, what);
     if (core.projects.GetProjectName(a.id, true, true).empty())
@@ -210,12 +204,11 @@ void AddStandardCommands(CLI::App& app, SCliContext& context) {
         return command;
     };
     auto idAction = [ctx, args](EProjectResult (CVX2D_ProjectRegistry::*operation)(std::int32_t),
-                                const wchar_t* what) {
+                                std::wstring (*what)(const std::wstring&)) {
         return [ctx, args, operation, what] {
             ctx->Run([ctx, args, operation, what] {
                 SCore core(ctx->options);
-                Check((core.projects.*operation)(args->id),
-                      fmt::format(fmt::runtime(what), core.NameOf(args->id)));
+                Check((core.projects.*operation)(args->id), what(core.NameOf(args->id)));
             });
         };
     };
@@ -247,11 +240,9 @@ void AddStandardCommands(CLI::App& app, SCliContext& context) {
     rename->callback(
         [ctx, args] { ctx->Run([ctx, args] { StandardRename(ctx->options, *args); }); });
     withId("delete", "Mark a standard as deleted (its folder stays)")
-        ->callback(idAction(&CVX2D_ProjectRegistry::DeleteProject,
-                            L"Error marking standard '{}' as deleted."));
+        ->callback(idAction(&CVX2D_ProjectRegistry::DeleteProject, DeleteStandardErrorText));
     withId("recover", "Bring a deleted standard back")
-        ->callback(
-            idAction(&CVX2D_ProjectRegistry::RecoverProject, L"Error recovering standard '{}'."));
+        ->callback(idAction(&CVX2D_ProjectRegistry::RecoverProject, RecoverStandardErrorText));
     auto* purge = withId("purge", "Delete a standard and its folder for good");
     purge->add_flag("--yes", args->yes, "Confirm: the folder cannot be recovered afterwards");
     purge->callback([ctx, args] {

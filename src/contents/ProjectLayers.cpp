@@ -1,6 +1,6 @@
 #include "contents/ProjectLayers.h"
 
-#include "contents/Application.h"
+#include "datafile/Application.h"
 #include "datafile/IniFile.h"
 #include "datafile/Text.h"
 #include "store/ProjectRegistry.h"
@@ -187,8 +187,7 @@ void CVX2D_ProjectLayers::SetDefaults() {
     m_arrColors.clear();
     m_arrLinetypes.clear();
     m_arrLineweights.clear();
-    const unsigned application =
-        m_nApplication >= eAppElectric && m_nApplication <= eAppOrtho ? 1u << m_nApplication : 0u;
+    const unsigned application = IsApplication(m_nApplication) ? 1u << m_nApplication : 0u;
     for (const SDefaultLayer& layer : kDefaultLayers) {
         if ((layer.applications & application) == 0)
             continue;

@@ -1,7 +1,7 @@
 #include "contents/ProjectSettings.h"
 
-#include "contents/Application.h"
 #include "contents/SettingsCatalogue.h"
+#include "datafile/Application.h"
 
 void CVX2D_ProjectSettingsElectric::BuildCatalogue(std::int32_t unitSystem) {
     BuildFrom(eAppElectric, SettingsCatalogue(eAppElectric), unitSystem);

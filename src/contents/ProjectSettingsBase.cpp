@@ -1,7 +1,7 @@
 #include "contents/ProjectSettingsBase.h"
 
-#include "contents/Application.h"
 #include "contents/SettingsCatalogue.h"
+#include "datafile/Application.h"
 #include "datafile/IniFile.h"
 #include "store/GeneralSettings.h"
 

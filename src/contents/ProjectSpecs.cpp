@@ -1,6 +1,6 @@
 #include "contents/ProjectSpecs.h"
 
-#include "contents/Application.h"
+#include "datafile/Application.h"
 #include "datafile/Ids.h"
 #include "datafile/IniFile.h"
 #include "datafile/Text.h"
@@ -43,10 +43,6 @@ void CheckedEntries(const CVX2D_IniFile& specs, std::vector<std::wstring>& keys,
             names.push_back(e.value);
         }
     }
-}
-
-bool ValidApplication(int application) {
-    return application >= 1 && application <= 4;
 }
 
 } // namespace
@@ -256,7 +252,7 @@ ESpecResult CVX2D_ProjectSpecs::CreateLineSpecList(std::int32_t projectId, std::
                                                    int application) const {
     if (projectId < 1)
         return eSpecInvalidProjectId;
-    if (lineId < 1 || !ValidApplication(application))
+    if (lineId < 1 || !IsApplication(application))
         return eSpecInvalidArgument;
     std::wstring path;
     if (const ESpecResult resolved = ResolveSpecFile(projectId, path); resolved != eSpecOk)
@@ -284,7 +280,7 @@ ESpecResult CVX2D_ProjectSpecs::GetLineSpecList(std::int32_t projectId, std::int
     specIds.clear();
     if (projectId < 1)
         return eSpecInvalidProjectId;
-    if (lineId < 1 || !ValidApplication(application))
+    if (lineId < 1 || !IsApplication(application))
         return eSpecInvalidArgument;
     std::wstring path;
     if (const ESpecResult resolved = ResolveSpecFile(projectId, path); resolved != eSpecOk)

@@ -1,4 +1,5 @@
 #include "contents/SettingsCatalogue.h"
+#include "datafile/Application.h"
 
 #include <unordered_map>
 
@@ -435,7 +436,7 @@ std::wstring SettingsVariableLabel(std::int32_t id) {
     // Every id has one label in all catalogues; the first one met is taken.
     static const std::unordered_map<std::int32_t, std::wstring> labels = [] {
         std::unordered_map<std::int32_t, std::wstring> map;
-        for (std::int32_t application = 1; application <= 4; ++application) {
+        for (const int application : kApplications) {
             for (const auto& section : SettingsCatalogue(application)) {
                 for (const Part part : section.parts) {
                     for (const auto& row : part)

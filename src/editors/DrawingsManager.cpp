@@ -1,7 +1,7 @@
 #include "editors/DrawingsManager.h"
 
-#include "contents/Application.h"
 #include "contents/ProjectSettings.h"
+#include "datafile/Application.h"
 #include "datafile/Names.h"
 #include "datafile/Text.h"
 #include "platform/System.h"

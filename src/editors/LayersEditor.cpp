@@ -1,6 +1,6 @@
 #include "editors/LayersEditor.h"
 
-#include "contents/Application.h"
+#include "datafile/Application.h"
 #include "datafile/Text.h"
 #include "store/GeneralSettings.h"
 
@@ -169,8 +169,7 @@ bool CLayersEditor::Open(std::int32_t projectId, int application) {
     m_rows.clear();
     m_layers.reset();
     CVX2D_GeneralSettings general;
-    if (application < eAppElectric || application > eAppOrtho ||
-        !general.Load(m_projects, projectId))
+    if (!IsApplication(application) || !general.Load(m_projects, projectId))
         return false;
     m_layers.emplace(m_projects, projectId, application, general.m_nProjectVersion);
     m_layers->Load(m_layers->GetFilePath());

@@ -1,8 +1,8 @@
 #include "editors/LinesEditor.h"
 
-#include "contents/Application.h"
 #include "contents/ProjectLines.h"
 #include "contents/ProjectSpecs.h"
+#include "datafile/Application.h"
 #include "datafile/Text.h"
 
 #include <algorithm>
@@ -13,7 +13,7 @@ std::wstring LineStateText(bool deleted) {
 }
 
 CLinesEditor::CLinesEditor(const CVX2D_ProjectRegistry& projects, IPrompter& prompter)
-    : m_projects(projects), m_prompter(prompter) {}
+    : CPageEditor(prompter), m_projects(projects) {}
 
 bool CLinesEditor::Open(std::int32_t projectId) {
     m_nProjectId = projectId;
@@ -70,7 +70,7 @@ std::int32_t CLinesEditor::CreateLine() {
         return 0;
     }
     const CVX2D_ProjectSpecs specs(m_projects);
-    for (int application = eAppElectric; application <= eAppOrtho; ++application) {
+    for (const int application : kApplications) {
         const ESpecResult listed = specs.CreateLineSpecList(m_nProjectId, lineId, application);
         if (listed != eSpecOk) {
             // The line itself is made; only its spec lists are missing.

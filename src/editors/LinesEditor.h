@@ -4,6 +4,7 @@
 // straight away), so the page never holds unsaved changes and has no Apply.
 #pragma once
 
+#include "editors/PageEditor.h"
 #include "store/ProjectRegistry.h"
 #include "store/Prompter.h"
 
@@ -20,7 +21,7 @@ struct SLineRow {
 // "Live" or "Deleted": the state column.
 std::wstring LineStateText(bool deleted);
 
-class CLinesEditor {
+class CLinesEditor : public CPageEditor {
 public:
     CLinesEditor(const CVX2D_ProjectRegistry& projects, IPrompter& prompter);
 
@@ -51,13 +52,20 @@ public:
 
     std::int32_t ProjectId() const { return m_nProjectId; }
 
+    // Every command has written already: nothing waits for Apply.
+    bool ApplyEnabled() const override { return false; }
+    bool Apply() override { return true; }
+
+protected:
+    std::wstring CloseQuestion() const override { return {}; }
+    void Discard() override { Reload(true); }
+
 private:
     bool Reload(bool quiet = false);
     const SLineRow* Row(std::int32_t lineId) const;
     void Error(const std::wstring& what, int code);
 
     const CVX2D_ProjectRegistry& m_projects;
-    IPrompter& m_prompter;
     std::int32_t m_nProjectId = 0;
     std::wstring m_strName;
     std::wstring m_strHeader;

@@ -1,9 +1,9 @@
 #include "editors/SettingsEditor.h"
 
-#include "contents/Application.h"
 #include "contents/ProjectSettings.h"
 #include "contents/SettingsCatalogue.h"
 #include "contents/SettingsText.h"
+#include "datafile/Application.h"
 #include "datafile/Text.h"
 #include "platform/Utf8.h"
 
@@ -323,7 +323,7 @@ std::vector<SSettingsPage> SettingsPageTree(bool linesFlag) {
     pages.push_back({K::FileLocations, L"File Locations", 1, 0, -1, {}});
     pages.push_back({K::Borders, L"Border Settings", 1, 0, -1, {}});
     SSettingsPage drawings{K::Drawings, L"Drawings", 1, 0, -1, {}};
-    for (int application = eAppElectric; application <= eAppOrtho; ++application)
+    for (const int application : kApplications)
         drawings.children.push_back(
             {K::DrawingFolder, ApplicationName(application), 5 + application, application, -1, {}});
     pages.push_back(std::move(drawings));
@@ -342,7 +342,7 @@ std::vector<SSettingsPage> SettingsPageTree(bool linesFlag) {
         {Base::eGeneralDrawing, Base::eSystemToggles, Base::eScaleFactors, Base::eBillOfMaterial,
          Base::eCivilStructural, Base::eDimensioning},
     };
-    for (int application = eAppElectric; application <= eAppOrtho; ++application) {
+    for (const int application : kApplications) {
         const int icon = 5 + application;
         SSettingsPage page{K::Application,
                            ApplicationSettingsName(application) + L" Settings",

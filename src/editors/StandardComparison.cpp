@@ -1,6 +1,5 @@
 #include "editors/StandardComparison.h"
 
-#include "contents/Application.h"
 #include "contents/ProjectBorders.h"
 #include "contents/ProjectLayers.h"
 #include "contents/ProjectLines.h"
@@ -8,6 +7,7 @@
 #include "contents/ProjectSpecs.h"
 #include "contents/SettingsCatalogue.h"
 #include "contents/SettingsText.h"
+#include "datafile/Application.h"
 #include "datafile/IniFile.h"
 #include "datafile/Text.h"
 #include "editors/RatingFormats.h"

@@ -1,6 +1,6 @@
 #include "gui/NewStandardWizard.h"
 
-#include "contents/Application.h"
+#include "datafile/Application.h"
 #include "gui/QtText.h"
 
 #include <QFormLayout>
@@ -124,7 +124,7 @@ QWizardPage* CNewStandardWizardDlg::FoldersPage() {
     page->setSubTitle(tr("Where the drafting applications keep this standard's drawings, borders, "
                          "templates and libraries."));
     auto* form = new QFormLayout(page);
-    for (int application = 1; application <= 4; ++application)
+    for (const int application : kApplications)
         m_drawings[application - 1] =
             FolderRow(form, tr("%1 drawings:").arg(Q(ApplicationSettingsName(application))),
                       QStringLiteral("drawings%1").arg(application));

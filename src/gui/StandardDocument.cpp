@@ -1,6 +1,6 @@
 #include "gui/StandardDocument.h"
 
-#include "contents/Application.h"
+#include "datafile/Application.h"
 #include "gui/BordersFormView.h"
 #include "gui/DrawingsFormView.h"
 #include "gui/FileLocationsFormView.h"

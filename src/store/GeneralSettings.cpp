@@ -1,5 +1,6 @@
 #include "store/GeneralSettings.h"
 
+#include "datafile/Application.h"
 #include "datafile/IniFile.h"
 #include "datafile/Text.h"
 #include "store/ProjectRegistry.h"
@@ -11,11 +12,8 @@ const std::wstring kDrawings = L"Drawings Location";
 } // namespace
 
 std::wstring CVX2D_GeneralSettings::DrawingsKey(int application, int projectVersion) {
-    static const wchar_t* const kOld[] = {L"Electric", L"Flow", L"Iso", L"Ortho"};
-    static const wchar_t* const kNew[] = {L"ELECTRIC", L"PID", L"ISOMETRIC", L"ORTHO"};
-    if (application < 1 || application > 4)
-        return {};
-    return projectVersion >= 2016 ? kNew[application - 1] : kOld[application - 1];
+    // The application's file stem names its drawings folder's key.
+    return ApplicationFileStem(application, projectVersion);
 }
 
 std::wstring* CVX2D_GeneralSettings::DrawingsField(int application) {
@@ -94,7 +92,7 @@ bool CVX2D_GeneralSettings::Load(const CVX2D_ProjectRegistry& registry, std::int
     ini.GetString(L"LocalLineIniPath", m_strLocalLineIniPath, L"");
     ini.GetInt(L"ProjectVersion", m_nProjectVersion, 2015);
     ini.SetSection(kDrawings);
-    for (int application = 1; application <= 4; ++application)
+    for (const int application : kApplications)
         ini.GetString(DrawingsKey(application, m_nProjectVersion), *DrawingsField(application),
                       L"");
     m_bLoaded = true;
@@ -121,7 +119,7 @@ bool CVX2D_GeneralSettings::Save() {
     ini.SetString(L"LocalLineIniPath", m_strLocalLineIniPath);
     ini.SetInt(L"ProjectVersion", m_nProjectVersion);
     ini.SetSection(kDrawings);
-    for (int application = 1; application <= 4; ++application)
+    for (const int application : kApplications)
         ini.SetString(DrawingsKey(application, m_nProjectVersion), *DrawingsField(application));
     return ini.Save() == CVX2D_IniFile::eOk;
 }

@@ -1,9 +1,9 @@
 // The four applications' settings catalogues: sections and their order, row
 // counts, sample rows with both defaults, labels by id, the choice texts.
 #include "contents/SettingsCatalogue.h"
-#include "contents/Application.h"
 #include "contents/ProjectSettings.h"
 #include "contents/SettingsText.h"
+#include "datafile/Application.h"
 
 #include <gtest/gtest.h>
 #include <map>

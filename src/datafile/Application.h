@@ -6,6 +6,14 @@
 
 enum EApplication { eAppElectric = 1, eAppFlow = 2, eAppIso = 3, eAppOrtho = 4 };
 
+// Every application in its order: `for (int application : kApplications)`.
+inline constexpr int kApplications[] = {eAppElectric, eAppFlow, eAppIso, eAppOrtho};
+
+// Whether the number is one of the four applications.
+constexpr bool IsApplication(int application) {
+    return application >= eAppElectric && application <= eAppOrtho;
+}
+
 // Settings headings: "ELECTRIC", "P&ID", "ISOMETRIC", "ORTHO"; empty otherwise.
 std::wstring ApplicationSettingsName(int application);
 
