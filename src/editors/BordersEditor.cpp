@@ -73,7 +73,7 @@ std::vector<std::wstring> DrawingFilesIn(const std::wstring& folder) {
 }
 
 CBordersEditor::CBordersEditor(const CVX2D_ProjectRegistry& projects, IPrompter& prompter)
-    : CPageEditor(prompter), m_projects(projects) {}
+    : CPageEditor(projects, prompter) {}
 
 CBordersEditor::~CBordersEditor() = default;
 
@@ -123,10 +123,6 @@ bool CBordersEditor::RefreshDrawingFiles() {
 
 bool CBordersEditor::ApplyEnabled() const {
     return m_borders && m_borders->IsModified();
-}
-
-std::wstring CBordersEditor::StandardName() const {
-    return m_projects.GetProjectName(m_nProjectId, true, true);
 }
 
 bool CBordersEditor::SetCellText(std::size_t row, EBorderColumn column, const std::wstring& text) {

@@ -65,18 +65,13 @@ public:
     // Writes the changed cells; says so when the file cannot be written.
     bool Apply() override;
 
-    std::int32_t ProjectId() const { return m_nProjectId; }
-
 protected:
     std::wstring CloseQuestion() const override;
     void Discard() override;
 
 private:
     void Fill();
-    std::wstring StandardName() const;
 
-    const CVX2D_ProjectRegistry& m_projects;
-    std::int32_t m_nProjectId = 0;
     std::unique_ptr<CVX2D_ProjectBorders> m_borders;
     std::wstring m_strBordersFolder;
     std::vector<std::wstring> m_drawings;

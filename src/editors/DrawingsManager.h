@@ -4,9 +4,9 @@
 // program. The desktop list renders the list and passes the user's actions.
 #pragma once
 
-#include "store/Profile.h"
 #include "contents/DrawingsListing.h"
 #include "store/Installation.h"
+#include "store/Profile.h"
 #include "store/ProjectRegistry.h"
 #include "store/Prompter.h"
 

@@ -49,7 +49,7 @@ bool IsStorable(const std::wstring& text) {
 
 CFileLocationsEditor::CFileLocationsEditor(const CVX2D_ProjectRegistry& projects,
                                            IPrompter& prompter)
-    : CPageEditor(prompter), m_projects(projects) {}
+    : CPageEditor(projects, prompter) {}
 
 bool CFileLocationsEditor::Open(std::int32_t projectId) {
     m_nProjectId = projectId;
@@ -68,10 +68,6 @@ bool CFileLocationsEditor::Open(std::int32_t projectId) {
 bool CFileLocationsEditor::ApplyEnabled() const {
     return std::any_of(m_rows.begin(), m_rows.end(),
                        [](const SLocationRow& row) { return row.changed; });
-}
-
-std::wstring CFileLocationsEditor::StandardName() const {
-    return m_projects.GetProjectName(m_nProjectId, true, true);
 }
 
 bool CFileLocationsEditor::SetFolder(std::size_t row, const std::wstring& text) {

@@ -49,17 +49,11 @@ public:
     // when the file cannot be written.
     bool Apply() override;
 
-    std::int32_t ProjectId() const { return m_nProjectId; }
-
 protected:
     std::wstring CloseQuestion() const override;
     void Discard() override;
 
 private:
-    std::wstring StandardName() const;
-
-    const CVX2D_ProjectRegistry& m_projects;
-    std::int32_t m_nProjectId = 0;
     std::vector<SLocationRow> m_rows;
     std::vector<std::wstring> m_opened; // each row's folder as loaded
 };

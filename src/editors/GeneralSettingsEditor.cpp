@@ -25,7 +25,7 @@ const std::vector<std::wstring>& DisplayedUnitsNames() {
 
 CGeneralSettingsEditor::CGeneralSettingsEditor(const CVX2D_ProjectRegistry& projects,
                                                IPrompter& prompter)
-    : CPageEditor(prompter), m_projects(projects) {}
+    : CPageEditor(projects, prompter) {}
 
 bool CGeneralSettingsEditor::Open(std::int32_t projectId) {
     m_nProjectId = projectId;

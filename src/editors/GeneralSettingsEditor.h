@@ -51,8 +51,6 @@ public:
     // file cannot be written.
     bool Apply() override;
 
-    std::int32_t ProjectId() const { return m_nProjectId; }
-
 protected:
     std::wstring CloseQuestion() const override;
     void Discard() override;
@@ -60,8 +58,6 @@ protected:
 private:
     void Fill();
 
-    const CVX2D_ProjectRegistry& m_projects;
-    std::int32_t m_nProjectId = 0;
     CVX2D_GeneralSettings m_opened; // as loaded, to tell what changed
     CVX2D_GeneralSettings m_general;
     std::vector<SRatingFormat> m_formats;

@@ -160,7 +160,7 @@ std::wstring LayersHelpTopic(int application) {
 }
 
 CLayersEditor::CLayersEditor(const CVX2D_ProjectRegistry& projects, IPrompter& prompter)
-    : CPageEditor(prompter), m_projects(projects) {}
+    : CPageEditor(projects, prompter) {}
 
 bool CLayersEditor::Open(std::int32_t projectId, int application) {
     m_nProjectId = projectId;

@@ -95,7 +95,6 @@ public:
 
     std::wstring HelpTopic() const { return LayersHelpTopic(m_nApplication); }
 
-    std::int32_t ProjectId() const { return m_nProjectId; }
     int Application() const { return m_nApplication; }
 
 protected:
@@ -105,8 +104,6 @@ protected:
 private:
     void MakeRows();
 
-    const CVX2D_ProjectRegistry& m_projects;
-    std::int32_t m_nProjectId = 0;
     int m_nApplication = 0;
     std::wstring m_strHeader;
     std::optional<CVX2D_ProjectLayers> m_layers;

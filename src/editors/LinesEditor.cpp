@@ -13,7 +13,7 @@ std::wstring LineStateText(bool deleted) {
 }
 
 CLinesEditor::CLinesEditor(const CVX2D_ProjectRegistry& projects, IPrompter& prompter)
-    : CPageEditor(prompter), m_projects(projects) {}
+    : CPageEditor(projects, prompter) {}
 
 bool CLinesEditor::Open(std::int32_t projectId) {
     m_nProjectId = projectId;

@@ -50,8 +50,6 @@ public:
     // "::/Line_Numbers.htm".
     std::wstring HelpTopic() const;
 
-    std::int32_t ProjectId() const { return m_nProjectId; }
-
     // Every command has written already: nothing waits for Apply.
     bool ApplyEnabled() const override { return false; }
     bool Apply() override { return true; }
@@ -65,8 +63,6 @@ private:
     const SLineRow* Row(std::int32_t lineId) const;
     void Error(const std::wstring& what, int code);
 
-    const CVX2D_ProjectRegistry& m_projects;
-    std::int32_t m_nProjectId = 0;
     std::wstring m_strName;
     std::wstring m_strHeader;
     std::vector<SLineRow> m_rows;

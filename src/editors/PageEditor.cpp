@@ -23,6 +23,10 @@ bool CPageEditor::SaveFailed(const std::wstring& what, const std::wstring& stand
     return false;
 }
 
+std::wstring CPageEditor::StandardName() const {
+    return m_projects.GetProjectName(m_nProjectId, true, true);
+}
+
 bool CPageEditor::Close() {
     if (!ApplyEnabled())
         return true;

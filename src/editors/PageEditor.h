@@ -3,14 +3,20 @@
 // whether to save.
 #pragma once
 
+#include "store/ProjectRegistry.h"
 #include "store/Prompter.h"
 
+#include <cstdint>
 #include <string>
 
 class CPageEditor {
 public:
-    explicit CPageEditor(IPrompter& prompter) : m_prompter(prompter) {}
+    CPageEditor(const CVX2D_ProjectRegistry& projects, IPrompter& prompter)
+        : m_projects(projects), m_prompter(prompter) {}
     virtual ~CPageEditor() = default;
+
+    // The standard the page was opened on (0 before Open).
+    std::int32_t ProjectId() const { return m_nProjectId; }
 
     virtual bool ApplyEnabled() const = 0;
     // Saves what changed. A failure is told to the user, naming the
@@ -32,7 +38,13 @@ protected:
     bool SaveFailed(const std::wstring& what, const std::wstring& standardName,
                     const std::wstring& file = {});
 
+    // The standard's name as the registry has it now, for questions and
+    // messages.
+    std::wstring StandardName() const;
+
+    const CVX2D_ProjectRegistry& m_projects;
     IPrompter& m_prompter;
+    std::int32_t m_nProjectId = 0;
 };
 
 // The close question of a modified page: "Standard 'Pipe' <what> have been

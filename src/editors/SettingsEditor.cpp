@@ -192,7 +192,7 @@ std::wstring SettingsHelpTopic(int application, int section) {
 }
 
 CSettingsEditor::CSettingsEditor(const CVX2D_ProjectRegistry& projects, IPrompter& prompter)
-    : CPageEditor(prompter), m_projects(projects) {}
+    : CPageEditor(projects, prompter) {}
 
 CSettingsEditor::~CSettingsEditor() = default;
 

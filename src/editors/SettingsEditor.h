@@ -85,7 +85,6 @@ public:
     // The topic of this editor's help page; empty where there is none.
     std::wstring HelpTopic() const;
 
-    std::int32_t ProjectId() const { return m_nProjectId; }
     int Application() const { return m_nApplication; }
     int Section() const { return m_nSection; }
     const CVX2D_GeneralSettings& General() const { return m_general; }
@@ -98,8 +97,6 @@ private:
     SSettingsRow MakeRow(const CVX2D_ProjectSettingsBase::CVariable& variable) const;
     CVX2D_ProjectSettingsBase::CSection* TheSection();
 
-    const CVX2D_ProjectRegistry& m_projects;
-    std::int32_t m_nProjectId = 0;
     int m_nApplication = 0;
     int m_nSection = -1;
     std::wstring m_strHeader;

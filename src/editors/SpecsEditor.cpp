@@ -23,7 +23,7 @@ std::wstring ScopeText(ESpecScope scope) {
 } // namespace
 
 CSpecsEditor::CSpecsEditor(const CVX2D_ProjectRegistry& projects, IPrompter& prompter)
-    : CPageEditor(prompter), m_projects(projects) {}
+    : CPageEditor(projects, prompter) {}
 
 bool CSpecsEditor::Open(std::int32_t projectId) {
     m_nProjectId = projectId;

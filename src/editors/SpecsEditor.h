@@ -50,8 +50,6 @@ public:
     // "::/Specs.htm".
     std::wstring HelpTopic() const;
 
-    std::int32_t ProjectId() const { return m_nProjectId; }
-
 protected:
     std::wstring CloseQuestion() const override;
     void Discard() override;
@@ -61,8 +59,6 @@ private:
     // says so when `tell` is set.
     bool Reload(bool tell = true);
 
-    const CVX2D_ProjectRegistry& m_projects;
-    std::int32_t m_nProjectId = 0;
     std::wstring m_strName;
     std::wstring m_strHeader;
     std::vector<SSpecRow> m_rows;
