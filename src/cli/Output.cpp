@@ -1,27 +1,9 @@
 #include "cli/Output.h"
 
+#include "datafile/Text.h"
 #include "platform/Utf8.h"
 
 #include <nlohmann/json.hpp>
-
-namespace {
-
-std::string Escaped(const std::wstring& text) {
-    std::wstring out;
-    for (wchar_t c : text) {
-        if (c == L'\t')
-            out += L"\\t";
-        else if (c == L'\n')
-            out += L"\\n";
-        else if (c == L'\r')
-            out += L"\\r";
-        else
-            out += c;
-    }
-    return platform::ToUtf8(out);
-}
-
-} // namespace
 
 void COutput::Write(std::ostream& out, bool json) const {
     if (json) {
@@ -47,7 +29,7 @@ void COutput::Write(std::ostream& out, bool json) const {
             if (const auto* number = std::get_if<std::int64_t>(&record[i]))
                 out << *number;
             else
-                out << Escaped(std::get<std::wstring>(record[i]));
+                out << platform::ToUtf8(TsvField(std::get<std::wstring>(record[i])));
         }
         out << '\n';
     }

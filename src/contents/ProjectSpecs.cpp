@@ -248,14 +248,22 @@ CVX2D_ProjectSpecs::WriteSpecRegister(const std::vector<SSpecOwner>& clientSpecs
     return ini.Save() == CVX2D_IniFile::eOk ? eSpecOk : eSpecCantOpenDatafile;
 }
 
-ESpecResult CVX2D_ProjectSpecs::CreateLineSpecList(std::int32_t projectId, std::int32_t lineId,
-                                                   int application) const {
+// The standard's "Specs.ini" for one line's list of one application, after
+// the arguments are checked.
+ESpecResult CVX2D_ProjectSpecs::ResolveLineSpecFile(std::int32_t projectId, std::int32_t lineId,
+                                                    int application, std::wstring& path) const {
     if (projectId < 1)
         return eSpecInvalidProjectId;
     if (lineId < 1 || !IsApplication(application))
         return eSpecInvalidArgument;
+    return ResolveSpecFile(projectId, path);
+}
+
+ESpecResult CVX2D_ProjectSpecs::CreateLineSpecList(std::int32_t projectId, std::int32_t lineId,
+                                                   int application) const {
     std::wstring path;
-    if (const ESpecResult resolved = ResolveSpecFile(projectId, path); resolved != eSpecOk)
+    if (const ESpecResult resolved = ResolveLineSpecFile(projectId, lineId, application, path);
+        resolved != eSpecOk)
         return resolved;
     CVX2D_IniFile ini;
     ini.SetAutoSave(false);
@@ -278,12 +286,9 @@ ESpecResult CVX2D_ProjectSpecs::GetLineSpecList(std::int32_t projectId, std::int
                                                 int application,
                                                 std::vector<std::int32_t>& specIds) const {
     specIds.clear();
-    if (projectId < 1)
-        return eSpecInvalidProjectId;
-    if (lineId < 1 || !IsApplication(application))
-        return eSpecInvalidArgument;
     std::wstring path;
-    if (const ESpecResult resolved = ResolveSpecFile(projectId, path); resolved != eSpecOk)
+    if (const ESpecResult resolved = ResolveLineSpecFile(projectId, lineId, application, path);
+        resolved != eSpecOk)
         return resolved;
     CVX2D_IniFile ini;
     if (!OpenIfPresent(ini, path))

@@ -100,6 +100,8 @@ public:
 private:
     bool OpenRegister(CVX2D_IniFile& ini) const;
     ESpecResult ResolveSpecFile(std::int32_t projectId, std::wstring& path) const;
+    ESpecResult ResolveLineSpecFile(std::int32_t projectId, std::int32_t lineId, int application,
+                                    std::wstring& path) const;
 
     const CVX2D_ProjectRegistry& m_registry;
 };

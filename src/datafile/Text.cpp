@@ -188,6 +188,21 @@ bool IsOneByteText(std::wstring_view text) {
     return true;
 }
 
+std::wstring TsvField(std::wstring_view text) {
+    std::wstring out;
+    for (const wchar_t c : text) {
+        if (c == L'\t')
+            out += L"\\t";
+        else if (c == L'\n')
+            out += L"\\n";
+        else if (c == L'\r')
+            out += L"\\r";
+        else
+            out += c;
+    }
+    return out;
+}
+
 std::wstring WithTrailingSeparator(std::wstring_view folder) {
     std::wstring out(folder);
     if (out.empty() || out.back() == L'\\' || out.back() == L'/')

@@ -32,6 +32,10 @@ bool EqualsNoCase(std::wstring_view a, std::wstring_view b);
 // True when every character fits in one byte of a datafile (codes 0 to 255).
 bool IsOneByteText(std::wstring_view text);
 
+// A text as one TAB-separated field: TABs and line breaks inside it written
+// as \t, \n and \r.
+std::wstring TsvField(std::wstring_view text);
+
 // A folder path with a separator at its end: the only kind the path uses
 // ("C:\\E" stays a Windows path on Linux), or the native one when it uses
 // both or none. Empty stays empty.

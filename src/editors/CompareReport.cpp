@@ -1,5 +1,6 @@
 #include "editors/CompareReport.h"
 
+#include "datafile/Text.h"
 #include "platform/System.h"
 #include "platform/Utf8.h"
 
@@ -7,21 +8,6 @@
 #include <fmt/xchar.h>
 
 namespace {
-
-std::wstring TsvField(const std::wstring& text) {
-    std::wstring out;
-    for (const wchar_t c : text) {
-        if (c == L'\t')
-            out += L"\\t";
-        else if (c == L'\n')
-            out += L"\\n";
-        else if (c == L'\r')
-            out += L"\\r";
-        else
-            out += c;
-    }
-    return out;
-}
 
 std::wstring Html(const std::wstring& text) {
     std::wstring out;

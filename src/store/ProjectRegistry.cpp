@@ -372,6 +372,23 @@ EProjectResult CVX2D_ProjectRegistry::CopyProject(std::int32_t id, std::int32_t&
     return eProjectOk;
 }
 
+// The registry under its lock, with the standard's name and folder; the
+// registry's current section is the list that names the standard.
+EProjectResult CVX2D_ProjectRegistry::OpenStandardForUpdate(CVX2D_IniFile& ini, std::int32_t id,
+                                                            std::wstring& name,
+                                                            std::wstring& folder) const {
+    if (m_datafiles.ProjectDatafile().empty() ||
+        ini.OpenForUpdate(m_datafiles.ProjectDatafile()) != CVX2D_IniFile::eOk)
+        return eProjectCantOpenDatafile;
+    name = LookupName(ini, id, true, true);
+    if (name.empty())
+        return eProjectCantFind;
+    const std::wstring list = ini.GetSection();
+    const EProjectResult found = FindFolder(id, name, folder);
+    ini.SetSection(list);
+    return found;
+}
+
 EProjectResult CVX2D_ProjectRegistry::RenameProject(std::int32_t id, const std::wstring& rawName) {
     if (id < 1)
         return eProjectInvalidId;
@@ -380,17 +397,11 @@ EProjectResult CVX2D_ProjectRegistry::RenameProject(std::int32_t id, const std::
         !IsValidName(name, m_datafiles.ProjectsFolder(), MakeProjectKey(id) + L" - "))
         return eProjectInvalidName;
     CVX2D_IniFile ini;
-    if (m_datafiles.ProjectDatafile().empty() ||
-        ini.OpenForUpdate(m_datafiles.ProjectDatafile()) != CVX2D_IniFile::eOk)
-        return eProjectCantOpenDatafile;
-    const std::wstring oldName = LookupName(ini, id, true, true);
-    if (oldName.empty())
-        return eProjectCantFind;
+    std::wstring oldName, folder;
+    if (const EProjectResult opened = OpenStandardForUpdate(ini, id, oldName, folder);
+        opened != eProjectOk)
+        return opened;
     const std::wstring list = ini.GetSection();
-    std::wstring folder;
-    const EProjectResult found = FindFolder(id, oldName, folder);
-    if (found != eProjectOk)
-        return found;
     const std::wstring from = WithoutTrailingSeparator(folder);
     const std::wstring to = FolderFor(id, name);
     const bool move = from != to;
@@ -443,16 +454,10 @@ EProjectResult CVX2D_ProjectRegistry::PurgeProject(std::int32_t id) {
     if (id < 1)
         return eProjectInvalidId;
     CVX2D_IniFile ini;
-    if (m_datafiles.ProjectDatafile().empty() ||
-        ini.OpenForUpdate(m_datafiles.ProjectDatafile()) != CVX2D_IniFile::eOk)
-        return eProjectCantOpenDatafile;
-    const std::wstring name = LookupName(ini, id, true, true);
-    if (name.empty())
-        return eProjectCantFind;
-    std::wstring folder;
-    const EProjectResult found = FindFolder(id, name, folder);
-    if (found != eProjectOk)
-        return found;
+    std::wstring name, folder;
+    if (const EProjectResult opened = OpenStandardForUpdate(ini, id, name, folder);
+        opened != eProjectOk)
+        return opened;
     const std::wstring key = MakeProjectKey(id);
     ini.SetSection(kProjectList);
     ini.DeleteKey(key);

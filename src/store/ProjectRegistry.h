@@ -71,6 +71,8 @@ private:
     EProjectResult MoveBetweenLists(std::int32_t id, const std::wstring& from,
                                     const std::wstring& to);
     bool OpenForReading(CVX2D_IniFile& ini) const;
+    EProjectResult OpenStandardForUpdate(CVX2D_IniFile& ini, std::int32_t id, std::wstring& name,
+                                         std::wstring& folder) const;
     std::wstring LookupName(CVX2D_IniFile& ini, std::int32_t id, bool active, bool deleted) const;
     EProjectResult FindFolder(std::int32_t id, std::wstring name, std::wstring& folder) const;
     std::wstring FolderFor(std::int32_t id, const std::wstring& name) const;
