@@ -68,7 +68,8 @@ void BM_NavigatorListing(benchmark::State& state) {
     CVX2D_ClientRegistry clients(datafiles);
     for (auto _ : state) {
         std::vector<SProjectInfo> list;
-        projects.ListProjects(true, true, list);
+        if (projects.ListProjects(true, true, list) != eProjectOk)
+            state.SkipWithError("the registry cannot be read");
         benchmark::DoNotOptimize(clients.ListClients());
         benchmark::DoNotOptimize(list);
     }

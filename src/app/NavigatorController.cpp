@@ -37,7 +37,9 @@ void CNavigatorController::Rebuild() {
     // One read of each registry, whatever their size.
     const std::vector<SClientInfo> clients = m_clients.ListClients();
     std::vector<SProjectInfo> projects;
-    m_projects.ListProjects(true, DeletedShown(), projects);
+    // An unreadable registry shows the clients alone; the start-up check and
+    // every command on a standard say why.
+    static_cast<void>(m_projects.ListProjects(true, DeletedShown(), projects));
 
     std::map<std::int32_t, std::uint64_t> itemOfClient;
     std::map<std::int32_t, std::uint64_t> parentOfProject;

@@ -103,7 +103,10 @@ std::int32_t CNewStandardWizard::Finish(const SChoice& choice, std::wstring& mes
     if (choice.source != eCopyOfStandard) {
         std::int32_t lineId = 0;
         std::wstring lineName;
-        CVX2D_ProjectLines(m_projects).CreateLine(id, L"Line 1", lineId, lineName);
+        // The standard is made either way; a missing first line can be
+        // added on its lines page.
+        static_cast<void>(
+            CVX2D_ProjectLines(m_projects).CreateLine(id, L"Line 1", lineId, lineName));
     }
     for (const auto& folder : choice.drawings) {
         std::error_code ec;

@@ -61,7 +61,9 @@ void CStartup::Prepare() {
     // standards are made from.
     SeedTemplateFolders(m_projects.Datafiles(), m_services.shippedTemplates);
     CreateFirstRunStandards();
-    m_projects.CheckProjectRegistry();
+    // A registry that cannot be repaired now is repaired at the next start;
+    // the program runs on what it can read.
+    static_cast<void>(m_projects.CheckProjectRegistry());
     CUpdateCheck(m_registry, m_installation, m_prompter, m_services.update).Run();
 }
 
@@ -153,7 +155,9 @@ void CStartup::CreateFirstRunStandards() {
         if (CVX2D_ProjectLines(m_projects).CreateLine(id, L"Line 1", lineId, lineName) != eLineOk)
             continue;
         for (int application = 1; application <= 3; ++application)
-            CVX2D_ProjectSpecs(m_projects).CreateLineSpecList(id, lineId, application);
+            // A line without its spec list still works: it has no specs.
+            static_cast<void>(
+                CVX2D_ProjectSpecs(m_projects).CreateLineSpecList(id, lineId, application));
     }
 }
 

@@ -12,15 +12,9 @@
 class CVX2D_IniFile;
 class CVX2D_ProjectRegistry;
 
-enum ELineResult {
-    eLineOk = 0,
-    eLineCantCreate = 1,
-    eLineCantFind = 2,
-    eLineCantOpenDatafile = 3,
-    eLineInvalidName = 4,
-    eLineInvalidId = 5,
-    eLineInvalidProjectId = 6,
-    eLineAlreadyExists = 7,
+enum [[nodiscard]] ELineResult{
+    eLineOk = 0,          eLineCantCreate = 1, eLineCantFind = 2,         eLineCantOpenDatafile = 3,
+    eLineInvalidName = 4, eLineInvalidId = 5,  eLineInvalidProjectId = 6, eLineAlreadyExists = 7,
     eLineIsDeleted = 8,
 };
 

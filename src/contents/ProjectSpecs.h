@@ -18,7 +18,7 @@
 class CVX2D_IniFile;
 class CVX2D_ProjectRegistry;
 
-enum ESpecResult {
+enum [[nodiscard]] ESpecResult{
     eSpecOk = 0,
     eSpecCantCreateFolder = 1,
     eSpecCantDeleteFolder = 2,

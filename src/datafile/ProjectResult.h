@@ -3,7 +3,7 @@
 
 #include <string>
 
-enum EProjectResult {
+enum [[nodiscard]] EProjectResult{
     eProjectOk = 0,
     eProjectCantCreateFolder = 1,
     eProjectCantFind = 2,

@@ -280,7 +280,7 @@ private:
     std::vector<std::wstring> LineNames(const SSide& side) {
         SLineList lines;
         // A standard whose lines cannot be read shows none.
-        CVX2D_ProjectLines(m_registry).GetLines(side.id, lines);
+        static_cast<void>(CVX2D_ProjectLines(m_registry).GetLines(side.id, lines));
         return lines.names;
     }
 
@@ -293,7 +293,8 @@ private:
     std::vector<std::wstring> SpecKeys(const SSide& side) {
         std::vector<std::int32_t> ids;
         std::vector<std::wstring> names;
-        CVX2D_ProjectSpecs(m_registry).GetCheckedSpecs(side.id, ids, names);
+        // Specs that cannot be read show as none, as lines do.
+        static_cast<void>(CVX2D_ProjectSpecs(m_registry).GetCheckedSpecs(side.id, ids, names));
         std::vector<std::wstring> keys;
         for (std::size_t i = 0; i < ids.size() && i < names.size(); ++i)
             keys.push_back(fmt::format(L"{}. {}", ids[i], names[i]));

@@ -120,7 +120,11 @@ public:
 private:
     bool Read(std::wstring& error) {
         std::vector<SProjectInfo> projects;
-        m_registry.ListProjects(true, true, projects);
+        if (const EProjectResult listed = m_registry.ListProjects(true, true, projects);
+            listed != eProjectOk) {
+            error = ProjectResultText(listed);
+            return false;
+        }
         const auto found =
             std::find_if(projects.begin(), projects.end(),
                          [this](const SProjectInfo& info) { return info.id == m_id; });

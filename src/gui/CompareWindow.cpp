@@ -44,7 +44,8 @@ CCompareProjectsFormView::CCompareProjectsFormView(CStandardsCore& core, QWidget
 void CCompareProjectsFormView::Fill(QTreeWidget* tree) {
     QStyle* style = QApplication::style();
     std::vector<SProjectInfo> projects;
-    m_core.projects.ListProjects(true, false, projects);
+    // An unreadable registry offers nothing to compare.
+    static_cast<void>(m_core.projects.ListProjects(true, false, projects));
     std::map<std::int32_t, QTreeWidgetItem*> clientOf;
     for (const auto& client : m_core.clients.ListClients()) {
         auto* item = new QTreeWidgetItem(tree, {Q(client.name)});

@@ -73,7 +73,8 @@ QWizardPage* CNewStandardWizardDlg::UnitsPage() {
     m_copyOf = new QComboBox(page);
     m_copyOf->setObjectName(QStringLiteral("copyOfCombo"));
     std::vector<SProjectInfo> projects;
-    m_core.projects.ListProjects(true, false, projects);
+    // An unreadable registry offers no standard to copy.
+    static_cast<void>(m_core.projects.ListProjects(true, false, projects));
     for (const auto& project : projects)
         m_copyOf->addItem(Q(project.name), project.id);
     m_copy->setEnabled(m_copyOf->count() > 0);

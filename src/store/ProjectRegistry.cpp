@@ -233,7 +233,8 @@ EProjectResult CVX2D_ProjectRegistry::ListProjects(bool active, bool deleted,
 
 std::vector<std::int32_t> CVX2D_ProjectRegistry::GetProjectIds(bool active, bool deleted) const {
     std::vector<SProjectInfo> projects;
-    ListProjects(active, deleted, projects);
+    // An unreadable registry lists nothing.
+    static_cast<void>(ListProjects(active, deleted, projects));
     std::vector<std::int32_t> ids;
     for (const auto& project : projects)
         ids.push_back(project.id);

@@ -61,7 +61,7 @@ protected:
         clients.RenameClient(2, L"acme");
         for (auto [client, standard] : {std::pair{1, 1}, {1, 2}, {2, 3}, {1, 5}})
             clients.AddProjectToClient(client, standard);
-        projects.DeleteProject(5);
+        ASSERT_EQ(projects.DeleteProject(5), eProjectOk);
         nav.Rebuild();
     }
 
@@ -104,7 +104,7 @@ TEST_F(NavigatorTest, RefreshKeepsTheSelectionOrItsNearestSurvivingAncestor) {
     EXPECT_EQ(profile.GetInt(L"ProjectNavigator", L"SelectedProject", 0), 1);
     nav.Execute(eCmdRefresh);
     EXPECT_EQ(nav.Tree().PathOf(nav.Selection()), (std::vector<std::wstring>{L"Zeta", L"pipe"}));
-    projects.RenameProject(1, L"Tube");
+    ASSERT_EQ(projects.RenameProject(1, L"Tube"), eProjectOk);
     nav.Execute(eCmdRefresh);
     EXPECT_EQ(nav.Tree().PathOf(nav.Selection()), (std::vector<std::wstring>{L"Zeta"}));
 }

@@ -1,7 +1,7 @@
 // The new standard wizard: what it proposes and what Finish writes.
 #include "app/NewStandardWizard.h"
-#include "store/IniRegistry.h"
 #include "store/GeneralSettings.h"
+#include "store/IniRegistry.h"
 #include "support/TestSupport.h"
 
 #include <gtest/gtest.h>
@@ -19,7 +19,7 @@ protected:
     }
     std::string File(std::int32_t id, const wchar_t* name) {
         std::wstring folder;
-        projects.GetProjectFolder(id, folder);
+        EXPECT_EQ(projects.GetProjectFolder(id, folder), eProjectOk);
         return test::ReadBytes(test::P(folder + name));
     }
 

@@ -1,8 +1,8 @@
 // Start-up: the install switch, who may run the program, the first-run
 // standards, the window rule, help paths and the Windows-only components.
 #include "app/Startup.h"
-#include "store/IniRegistry.h"
 #include "platform/Utf8.h"
+#include "store/IniRegistry.h"
 #include "support/TestSupport.h"
 
 #include <cstdlib>
@@ -35,7 +35,7 @@ protected:
     }
     std::vector<SProjectInfo> Standards() const {
         std::vector<SProjectInfo> list;
-        projects.ListProjects(true, true, list);
+        EXPECT_EQ(projects.ListProjects(true, true, list), eProjectOk);
         return list;
     }
 
@@ -154,10 +154,10 @@ TEST_F(StartupTest, FirstRunStandardsGetFoldersLocationsAndALine) {
 TEST_F(StartupTest, FirstRunStandardsComeOnlyIntoAnEmptyRegistry) {
     std::int32_t id = 0;
     ASSERT_EQ(projects.CreateProject({L"Mine", 0, -1, 0, false}, id), eProjectOk);
-    projects.DeleteProject(id);
+    ASSERT_EQ(projects.DeleteProject(id), eProjectOk);
     Start({});
     EXPECT_EQ(Standards().size(), 1u) << "a deleted standard counts";
-    projects.PurgeProject(id);
+    ASSERT_EQ(projects.PurgeProject(id), eProjectOk);
     Start({});
     EXPECT_EQ(Standards().size(), 2u);
 }

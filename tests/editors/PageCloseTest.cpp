@@ -84,7 +84,7 @@ TEST(PageCloseTest, AFailedSaveOnClosingKeepsThePageAndItsChanges) {
             ASSERT_TRUE(editor->ApplyEnabled());
 
             std::wstring standard;
-            projects.GetProjectFolder(id, standard);
+            EXPECT_EQ(projects.GetProjectFolder(id, standard), eProjectOk);
             const fs::path file = test::P(standard) / c.file;
             const fs::path blocked = file.string() + obstacle;
             const fs::path aside = file.string() + ".aside";
