@@ -22,11 +22,7 @@ class GeneralPagesTest : public QObject {
     std::unique_ptr<CMainFrame> frame;
     std::int32_t id = 0;
 
-    fs::path Folder() const {
-        std::wstring folder;
-        world->core.projects.GetProjectFolder(id, folder);
-        return test::P(folder);
-    }
+    fs::path Folder() const { return test::P(world->core.projects.StandardFile(id, L"")); }
     fs::path Data() const { return world->folder.Dir().Path(); }
     std::string GeneralIni() const { return test::ReadBytes(Folder() / "General.ini"); }
     static QString Text(const fs::path& path) { return QString::fromStdString(path.string()); }

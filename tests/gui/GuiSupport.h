@@ -108,8 +108,6 @@ struct SGuiWorld {
 
     // A file in a standard's folder.
     std::filesystem::path StandardFile(std::int32_t id, const wchar_t* name) const {
-        std::wstring standard;
-        core.projects.GetProjectFolder(id, standard);
-        return test::P(standard + name);
+        return test::P(core.projects.StandardFile(id, name));
     }
 };

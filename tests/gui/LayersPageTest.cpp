@@ -16,11 +16,7 @@ class LayersPageTest : public QObject {
     std::unique_ptr<CMainFrame> frame;
     std::int32_t id = 0;
 
-    std::filesystem::path File(const wchar_t* name) {
-        std::wstring folder;
-        world->core.projects.GetProjectFolder(id, folder);
-        return test::P(folder + name);
-    }
+    std::filesystem::path File(const wchar_t* name) { return world->StandardFile(id, name); }
 
 private slots:
     void init() {

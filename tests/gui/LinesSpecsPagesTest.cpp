@@ -17,11 +17,7 @@ class LinesSpecsPagesTest : public QObject {
     std::unique_ptr<CMainFrame> frame;
     std::int32_t id = 0;
 
-    fs::path Folder() {
-        std::wstring folder;
-        world->core.projects.GetProjectFolder(id, folder);
-        return test::P(folder);
-    }
+    fs::path Folder() { return world->StandardFile(id, L""); }
 
 private slots:
     void init() {

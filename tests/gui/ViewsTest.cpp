@@ -35,11 +35,7 @@ class ViewsTest : public QObject {
         }();
         return id;
     }
-    std::wstring Folder(std::int32_t id) {
-        std::wstring folder;
-        world->core.projects.GetProjectFolder(id, folder);
-        return folder;
-    }
+    std::wstring Folder(std::int32_t id) { return world->core.projects.StandardFile(id, L""); }
     CStandardDocument* Open(std::int32_t id) {
         frame->OpenStandard(id);
         return qobject_cast<CStandardDocument*>(frame->Documents()->activeSubWindow()->widget());
