@@ -1,7 +1,7 @@
 #include "app/StandardArchive.h"
 
+#include "datafile/IniFile.h"
 #include "datafile/Text.h"
-#include "platform/System.h"
 #include "platform/Utf8.h"
 
 #include <algorithm>
@@ -76,22 +76,7 @@ bool WriteEmptyArchive(const std::wstring& archivePath, const char* comment) {
     bytes += static_cast<char>(length & 0xff);
     bytes += static_cast<char>((length >> 8) & 0xff);
     bytes += comment;
-    const fs::path target = platform::ToPath(archivePath);
-    fs::path temporary = target;
-    temporary += ".part";
-    std::FILE* file = platform::OpenFile(temporary, "wb");
-    if (!file)
-        return false;
-    const bool written = std::fwrite(bytes.data(), 1, bytes.size(), file) == bytes.size();
-    std::error_code ec;
-    if (!platform::FlushAndClose(file) || !written) {
-        fs::remove(temporary, ec);
-        return false;
-    }
-    fs::rename(temporary, target, ec);
-    if (ec)
-        fs::remove(temporary, ec);
-    return !ec;
+    return WriteFileAtomically(platform::ToPath(archivePath), bytes);
 }
 
 const wchar_t* const kNotArchive = L"The file is not an archive, or the archive is damaged.";

@@ -7,9 +7,9 @@
 #include "cli/CliPrompter.h"
 #include "cli/Output.h"
 #include "datafile/ProjectResult.h"
-#include "store/Installation.h"
 #include "store/ClientRegistry.h"
 #include "store/Datafiles.h"
+#include "store/Installation.h"
 #include "store/ProjectRegistry.h"
 
 #include <CLI/CLI.hpp>
@@ -94,7 +94,6 @@ public:
         return m_inner.Ask(prompt);
     }
     bool Told() const { return !m_last.empty(); }
-    const std::wstring& Last() const { return m_last; }
     // Fails with the last message, or with `fallback` when none was given.
     [[noreturn]] void Fail(const std::wstring& fallback, int code = 1) const {
         throw CCliFailure(m_last.empty() ? fallback : m_last, code);

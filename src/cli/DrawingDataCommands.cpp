@@ -18,6 +18,17 @@ namespace cli {
 
 namespace {
 
+// The column a FIELD argument names, or nullptr.
+template <typename EColumn, std::size_t N>
+const EColumn* FieldNamed(const std::pair<const char*, EColumn> (&fields)[N],
+                          const std::string& name) {
+    for (const auto& [text, column] : fields) {
+        if (name == text)
+            return &column;
+    }
+    return nullptr;
+}
+
 // ---------------------------------------------------------------- borders
 
 using B = CVX2D_ProjectBorders;
@@ -65,9 +76,8 @@ void BordersSet(const SCliOptions& options, const SBordersArgs& a) {
         {"max", EBorderColumn::LimitsMax},
         {"revision", EBorderColumn::Revision},
     };
-    const auto field = std::find_if(std::begin(fields), std::end(fields),
-                                    [&](const auto& f) { return a.field == f.first; });
-    if (field == std::end(fields))
+    const EBorderColumn* field = FieldNamed(fields, a.field);
+    if (!field)
         throw CCliFailure(W("Unknown field '" + a.field + "'. Fields: border, min, max, revision"),
                           2);
     const std::wstring value = W(a.value);
@@ -85,7 +95,7 @@ void BordersSet(const SCliOptions& options, const SBordersArgs& a) {
         static_cast<std::size_t>(std::find_if(editor.Rows().begin(), editor.Rows().end(),
                                               [&](const SBorderRow& r) { return r.size == size; }) -
                                  editor.Rows().begin());
-    if (!editor.SetCellText(row, field->second, value))
+    if (!editor.SetCellText(row, *field, value))
         prompter.Fail(what, 2);
     if (editor.ApplyEnabled() && !editor.Apply())
         prompter.Fail(what);
@@ -194,16 +204,15 @@ void LayersSet(const SCliOptions& options, const SLayersArgs& a) {
         {"linetype", ELayerColumn::Linetype},
         {"lineweight", ELayerColumn::Lineweight},
     };
-    const auto field = std::find_if(std::begin(fields), std::end(fields),
-                                    [&](const auto& f) { return a.field == f.first; });
-    if (field == std::end(fields))
+    const ELayerColumn* field = FieldNamed(fields, a.field);
+    if (!field)
         throw CCliFailure(
             W("Unknown field '" + a.field + "'. Fields: name, color, linetype, lineweight"), 2);
     int colorIndex = 0;
     std::wstring cell = value;
-    if (field->second == ELayerColumn::Color) {
+    if (*field == ELayerColumn::Color) {
         colorIndex = ParseColorArgument(value);
-    } else if (field->second == ELayerColumn::Lineweight) {
+    } else if (*field == ELayerColumn::Lineweight) {
         // "layers show" gives hundredths of a millimetre, -3 for the default.
         const std::wstring trimmed = TrimBlanks(value);
         if (!trimmed.empty() && trimmed.find_first_not_of(L"-0123456789") == std::wstring::npos)
@@ -227,18 +236,17 @@ void LayersSet(const SCliOptions& options, const SLayersArgs& a) {
                                       ApplicationName(application), L::FormatKey(key)),
                           2);
     const auto row = static_cast<std::size_t>(found - rows.begin());
-    const bool stored = field->second == ELayerColumn::Color
-                            ? editor.SetColorIndex(row, colorIndex)
-                            : editor.SetCellText(row, field->second, cell);
+    const bool stored = *field == ELayerColumn::Color ? editor.SetColorIndex(row, colorIndex)
+                                                      : editor.SetCellText(row, *field, cell);
     if (!stored) {
         if (prompter.Told())
             prompter.Fail(what, 2);
-        if (field->second == ELayerColumn::Linetype)
+        if (*field == ELayerColumn::Linetype)
             throw CCliFailure(fmt::format(L"'{}' is not one of the linetypes the layers page "
                                           L"offers, such as CONTINUOUS, DASHED or HIDDEN2.",
                                           value),
                               2);
-        if (field->second == ELayerColumn::Lineweight)
+        if (*field == ELayerColumn::Lineweight)
             throw CCliFailure(fmt::format(L"'{}' is not a lineweight the layers page offers: "
                                           L"give one of {} (hundredths of a millimetre, -3 "
                                           L"for the default).",

@@ -5,9 +5,9 @@
 #include "store/StandardOperations.h"
 #include "store/Templates.h"
 
-#include <algorithm>
 #include <fmt/xchar.h>
 #include <map>
+#include <optional>
 
 namespace cli {
 
@@ -49,20 +49,23 @@ COutput ClientCreate(const SCliOptions& options) {
     return output;
 }
 
-bool HasClient(const SCore& core, std::int32_t id) {
-    const std::vector<std::int32_t> ids = core.clients.GetClientIds();
-    return std::find(ids.begin(), ids.end(), id) != ids.end();
+// The client's name from one read of the client list; nothing when there is
+// no such client (a name may be empty).
+std::optional<std::wstring> ClientName(const SCore& core, std::int32_t id) {
+    for (const auto& client : core.clients.ListClients()) {
+        if (client.id == id)
+            return client.name;
+    }
+    return std::nullopt;
 }
 
 void ClientRename(const SCliOptions& options, const SArgs& a) {
     SCore core(options);
     const std::wstring name = W(a.name);
-    const bool exists = HasClient(core, a.id);
-    const std::wstring oldName =
-        exists ? core.clients.GetClientName(a.id) : fmt::format(L"{}", a.id);
-    if (!exists || !core.clients.RenameClient(a.id, name)) {
-        std::wstring text = RenameClientErrorText(oldName, name);
-        if (!exists)
+    const std::optional<std::wstring> oldName = ClientName(core, a.id);
+    if (!oldName || !core.clients.RenameClient(a.id, name)) {
+        std::wstring text = RenameClientErrorText(oldName.value_or(fmt::format(L"{}", a.id)), name);
+        if (!oldName)
             text += fmt::format(L"\n\nThere is no client {}.", a.id);
         throw CCliFailure(text);
     }
@@ -70,10 +73,9 @@ void ClientRename(const SCliOptions& options, const SArgs& a) {
 
 void ClientDelete(const SCliOptions& options, const SArgs& a) {
     SCore core(options);
-    const bool exists = HasClient(core, a.id);
-    const std::wstring name = exists ? core.clients.GetClientName(a.id) : fmt::format(L"{}", a.id);
-    if (!exists || !core.clients.DeleteClient(a.id))
-        throw CCliFailure(DeleteClientErrorText(name));
+    const std::optional<std::wstring> name = ClientName(core, a.id);
+    if (!name || !core.clients.DeleteClient(a.id))
+        throw CCliFailure(DeleteClientErrorText(name.value_or(fmt::format(L"{}", a.id))));
 }
 
 COutput StandardList(const SCliOptions& options, const SArgs& a) {

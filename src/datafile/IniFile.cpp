@@ -106,44 +106,6 @@ std::error_code LastError() {
     return std::error_code(errno ? errno : EIO, std::generic_category());
 }
 
-// Writes `bytes` to a temporary file beside `target` and renames it over the
-// target, so the old file stays whole whatever fails. The new file keeps the
-// old one's mode; a file this user could not have written is refused.
-bool WriteFileAtomically(const fs::path& target, const std::string& bytes) {
-    std::error_code ec;
-    const bool existed = fs::exists(target, ec);
-    if (existed && !platform::CanWriteFile(target)) {
-        NoteDatafileProblem(EDatafileProblem::NotPermitted, platform::FromPath(target));
-        return false;
-    }
-    RemoveAbandonedTemporaries(target);
-    fs::path temp = target;
-    temp += fmt::format(".{}.tmp", platform::CurrentProcessId());
-    errno = 0;
-    std::FILE* file = platform::OpenFile(temp, "wb");
-    if (!file) {
-        NoteWriteProblem(target, LastError());
-        return false;
-    }
-    errno = 0;
-    const bool written = std::fwrite(bytes.data(), 1, bytes.size(), file) == bytes.size();
-    const std::error_code writeError = written ? std::error_code() : LastError();
-    if (!platform::FlushAndClose(file) || !written) {
-        NoteWriteProblem(target, written ? LastError() : writeError);
-        fs::remove(temp, ec);
-        return false;
-    }
-    if (existed)
-        platform::CopyFileMode(target, temp);
-    fs::rename(temp, target, ec);
-    if (ec) {
-        NoteWriteProblem(target, ec);
-        fs::remove(temp, ec);
-        return false;
-    }
-    return true;
-}
-
 void AppendBytes(std::string& out, const std::wstring& text) {
     for (wchar_t c : text)
         out += static_cast<char>(static_cast<unsigned char>(c));
@@ -505,4 +467,39 @@ bool UpdateDatafile(const std::wstring& path, const std::function<bool(CVX2D_Ini
     if (ini.OpenForUpdate(path) != CVX2D_IniFile::eOk || !change(ini))
         return false;
     return ini.Save() == CVX2D_IniFile::eOk;
+}
+
+bool WriteFileAtomically(const fs::path& target, const std::string& bytes) {
+    std::error_code ec;
+    const bool existed = fs::exists(target, ec);
+    if (existed && !platform::CanWriteFile(target)) {
+        NoteDatafileProblem(EDatafileProblem::NotPermitted, platform::FromPath(target));
+        return false;
+    }
+    RemoveAbandonedTemporaries(target);
+    fs::path temp = target;
+    temp += fmt::format(".{}.tmp", platform::CurrentProcessId());
+    errno = 0;
+    std::FILE* file = platform::OpenFile(temp, "wb");
+    if (!file) {
+        NoteWriteProblem(target, LastError());
+        return false;
+    }
+    errno = 0;
+    const bool written = std::fwrite(bytes.data(), 1, bytes.size(), file) == bytes.size();
+    const std::error_code writeError = written ? std::error_code() : LastError();
+    if (!platform::FlushAndClose(file) || !written) {
+        NoteWriteProblem(target, written ? LastError() : writeError);
+        fs::remove(temp, ec);
+        return false;
+    }
+    if (existed)
+        platform::CopyFileMode(target, temp);
+    fs::rename(temp, target, ec);
+    if (ec) {
+        NoteWriteProblem(target, ec);
+        fs::remove(temp, ec);
+        return false;
+    }
+    return true;
 }

@@ -6,6 +6,7 @@
 #include "datafile/Guid.h"
 
 #include <cstdint>
+#include <filesystem>
 #include <functional>
 #include <string>
 #include <unordered_map>
@@ -121,3 +122,9 @@ private:
 // update, lets `change` edit the document, and saves it when `change` returns
 // true (false leaves the file untouched). True only when the change was saved.
 bool UpdateDatafile(const std::wstring& path, const std::function<bool(CVX2D_IniFile&)>& change);
+
+// Writes `bytes` to a temporary file beside `target` and renames it over the
+// target, so the old file stays whole whatever fails. The new file keeps the
+// old one's mode; a file this user could not have written is refused. The
+// reason of a failure is noted as the last datafile problem.
+bool WriteFileAtomically(const std::filesystem::path& target, const std::string& bytes);
