@@ -43,6 +43,7 @@ public:
 
     // One row per sheet size, A to E then A0 to A4.
     const std::vector<SBorderRow>& Rows() const { return m_rows; }
+    std::wstring HelpTopic() const override { return kHelpTopic; }
     bool ApplyEnabled() const override;
 
     // The "*.dwg" files of the standard's borders folder by name, offered in

@@ -34,6 +34,7 @@ public:
 
     // The four drawings folders, then borders, templates and libraries.
     const std::vector<SLocationRow>& Rows() const { return m_rows; }
+    std::wstring HelpTopic() const override { return kHelpTopic; }
     bool ApplyEnabled() const override;
 
     // Stores a typed or browsed folder (blanks around it dropped, an empty

@@ -40,6 +40,7 @@ public:
     // Working units, displayed units, rating format, version year, GUID.
     const std::vector<SGeneralRow>& Rows() const { return m_rows; }
     const SGeneralRow& Row(EGeneralField field) const;
+    std::wstring HelpTopic() const override { return kHelpTopic; }
     bool ApplyEnabled() const override;
 
     // Picks entry `index` of a list row. False, changing nothing, for a

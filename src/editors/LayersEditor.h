@@ -73,7 +73,6 @@ public:
     // a standard whose general settings cannot be read.
     bool Open(std::int32_t projectId, int application);
 
-    const std::wstring& Header() const { return m_strHeader; }
     const std::vector<SLayerRow>& Rows() const { return m_rows; }
     // Apply is enabled exactly while something is unsaved.
     bool ApplyEnabled() const override;
@@ -93,7 +92,7 @@ public:
     // Writes the changes to "Layers.ini"; a failure is told to the user.
     bool Apply() override;
 
-    std::wstring HelpTopic() const { return LayersHelpTopic(m_nApplication); }
+    std::wstring HelpTopic() const override { return LayersHelpTopic(m_nApplication); }
 
     int Application() const { return m_nApplication; }
 
@@ -105,7 +104,6 @@ private:
     void MakeRows();
 
     int m_nApplication = 0;
-    std::wstring m_strHeader;
     std::optional<CVX2D_ProjectLayers> m_layers;
     std::vector<SLayerRow> m_rows;
 };

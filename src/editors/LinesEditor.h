@@ -29,8 +29,6 @@ public:
     // by id. False, with the reason shown, when they cannot be read.
     bool Open(std::int32_t projectId);
 
-    // "Lines - Pipe".
-    const std::wstring& Header() const { return m_strHeader; }
     const std::vector<SLineRow>& Rows() const { return m_rows; }
     // The row of a line id; -1 when the list has none.
     int Find(std::int32_t lineId) const;
@@ -48,7 +46,7 @@ public:
     bool RenameLine(std::int32_t lineId, const std::wstring& name);
 
     // "::/Line_Numbers.htm".
-    std::wstring HelpTopic() const;
+    std::wstring HelpTopic() const override;
 
     // Every command has written already: nothing waits for Apply.
     bool ApplyEnabled() const override { return false; }
@@ -64,6 +62,5 @@ private:
     void Error(const std::wstring& what, int code);
 
     std::wstring m_strName;
-    std::wstring m_strHeader;
     std::vector<SLineRow> m_rows;
 };

@@ -18,6 +18,12 @@ public:
     // The standard the page was opened on (0 before Open).
     std::int32_t ProjectId() const { return m_nProjectId; }
 
+    // The page's title, such as "Lines - Pipe"; empty on a page whose title
+    // does not change.
+    const std::wstring& Header() const { return m_strHeader; }
+    // The topic "Help..." opens, such as "::/Specs.htm".
+    virtual std::wstring HelpTopic() const = 0;
+
     virtual bool ApplyEnabled() const = 0;
     // Saves what changed. A failure is told to the user, naming the
     // standard, and the changes stay for another try.
@@ -45,6 +51,7 @@ protected:
     const CVX2D_ProjectRegistry& m_projects;
     IPrompter& m_prompter;
     std::int32_t m_nProjectId = 0;
+    std::wstring m_strHeader;
 };
 
 // The close question of a modified page: "Standard 'Pipe' <what> have been

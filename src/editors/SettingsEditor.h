@@ -63,8 +63,6 @@ public:
     // cannot be read.
     bool Open(std::int32_t projectId, int application, int section);
 
-    // "ISOMETRIC - Component Sizing".
-    const std::wstring& Header() const { return m_strHeader; }
     const std::vector<SSettingsRow>& Rows() const { return m_rows; }
     // Apply is enabled exactly while something is unsaved.
     bool ApplyEnabled() const override;
@@ -83,7 +81,7 @@ public:
     bool Apply() override;
 
     // The topic of this editor's help page; empty where there is none.
-    std::wstring HelpTopic() const;
+    std::wstring HelpTopic() const override;
 
     int Application() const { return m_nApplication; }
     int Section() const { return m_nSection; }
@@ -99,7 +97,6 @@ private:
 
     int m_nApplication = 0;
     int m_nSection = -1;
-    std::wstring m_strHeader;
     CVX2D_GeneralSettings m_general;
     std::unique_ptr<CVX2D_ProjectSettingsBase> m_settings;
     std::vector<SSettingsRow> m_rows;

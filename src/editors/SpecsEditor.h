@@ -31,8 +31,6 @@ public:
     // reason shown, when either cannot be read.
     bool Open(std::int32_t projectId);
 
-    // "Specs - Pipe".
-    const std::wstring& Header() const { return m_strHeader; }
     const std::vector<SSpecRow>& Rows() const { return m_rows; }
 
     // Checks or unchecks a row until Apply; false for a row that does not
@@ -48,7 +46,7 @@ public:
     bool Apply() override;
 
     // "::/Specs.htm".
-    std::wstring HelpTopic() const;
+    std::wstring HelpTopic() const override;
 
 protected:
     std::wstring CloseQuestion() const override;
@@ -60,7 +58,6 @@ private:
     bool Reload(bool tell = true);
 
     std::wstring m_strName;
-    std::wstring m_strHeader;
     std::vector<SSpecRow> m_rows;
     std::vector<bool> m_saved; // the checks as the file has them
 };

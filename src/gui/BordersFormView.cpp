@@ -1,5 +1,6 @@
 #include "gui/BordersFormView.h"
 
+#include "gui/Grid.h"
 #include "gui/QtText.h"
 
 #include <QHeaderView>
@@ -25,45 +26,33 @@ constexpr EBorderColumn kColumns[] = {EBorderColumn::Border, EBorderColumn::Limi
 
 CBordersFormView::CBordersFormView(CStandardsCore& core, IPageHost& host, std::int32_t standardId,
                                    QWidget* parent)
-    : CPageView(core, host, parent), m_editor(core.projects, core.prompter),
-      m_grid(new QTableWidget(this)), m_folder(new QLabel(this)) {
+    : CEditorPageView(core, host, parent), m_grid(new QTableWidget(this)),
+      m_folder(new QLabel(this)) {
     setObjectName(QStringLiteral("bordersFormView"));
     m_grid->setObjectName(QStringLiteral("bordersGrid"));
     m_folder->setObjectName(QStringLiteral("bordersFolderLabel"));
-    SetEditor(m_editor);
     m_editor.Open(standardId);
 
     m_folder->setWordWrap(true);
     m_folder->setTextInteractionFlags(Qt::TextSelectableByMouse);
-    auto* restore = new QPushButton(tr("Restore Defaults"), this);
-    restore->setObjectName(QStringLiteral("restoreDefaultsButton"));
+    m_header->setText(tr("Border Settings"));
 
-    auto* layout = new QVBoxLayout(this);
-    layout->addWidget(MakeHeader(tr("Border Settings")));
-    layout->addWidget(m_grid, 1);
-    layout->addWidget(m_folder);
-    layout->addLayout(MakeButtons({restore}));
+    LayOutGrid(m_grid, MakeButtons({MakeRestoreButton()}), nullptr, m_folder);
 
     connect(m_grid, &QTableWidget::itemChanged, this, [this](QTableWidgetItem* item) {
         const int column = item->column() - 1;
         if (!m_busy && column >= 0 && column < kBorderColumnCount)
             Commit(item->row(), static_cast<EBorderColumn>(column), item->text());
     });
-    connect(restore, &QPushButton::clicked, this, [this] {
-        m_editor.RestoreDefaults();
-        Refresh();
-        Edited();
-    });
     Build();
 }
 
 void CBordersFormView::Build() {
     m_busy = true;
-    m_grid->setColumnCount(1 + kBorderColumnCount);
-    m_grid->setHorizontalHeaderLabels({tr("Size"), tr("Border Drawing"), tr("Lower-Left Limit"),
-                                       tr("Upper-Right Limit"), tr("Revision Drawing")});
-    m_grid->verticalHeader()->hide();
-    m_grid->setSelectionMode(QAbstractItemView::SingleSelection);
+    SetUpGrid(m_grid,
+              {tr("Size"), tr("Border Drawing"), tr("Lower-Left Limit"), tr("Upper-Right Limit"),
+               tr("Revision Drawing")},
+              m_grid->editTriggers());
     const auto& rows = m_editor.Rows();
     m_grid->setRowCount(static_cast<int>(rows.size()));
     for (int row = 0; row < static_cast<int>(rows.size()); ++row) {

@@ -10,13 +10,12 @@
 #include <QComboBox>
 #include <QTableWidget>
 
-class CBordersFormView : public CPageView {
+class CBordersFormView : public CEditorPageView<CBordersEditor> {
     Q_OBJECT
 public:
     CBordersFormView(CStandardsCore& core, IPageHost& host, std::int32_t standardId,
                      QWidget* parent = nullptr);
 
-    CBordersEditor& Editor() { return m_editor; }
     QTableWidget* Grid() const { return m_grid; }
     // The drop-down of a drawing cell (column 1 border, 4 revision).
     QComboBox* DrawingCombo(int row, int column) const;
@@ -24,7 +23,6 @@ public:
 protected:
     // The borders folder may have changed on the file locations page.
     void showEvent(QShowEvent* event) override;
-    std::wstring HelpTopic() const override { return CBordersEditor::kHelpTopic; }
     void Refresh() override;
 
 private:
@@ -33,7 +31,6 @@ private:
     // Hands a typed or picked text to the editor and shows what it kept.
     void Commit(int row, EBorderColumn column, const QString& text);
 
-    CBordersEditor m_editor;
     QTableWidget* m_grid;
     QLabel* m_folder;
     // Grid updates and question boxes must not feed back as new input.

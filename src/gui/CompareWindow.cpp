@@ -1,6 +1,7 @@
 #include "gui/CompareWindow.h"
 
 #include "editors/CompareReport.h"
+#include "gui/Grid.h"
 #include "gui/QtText.h"
 
 #include <QApplication>
@@ -92,11 +93,8 @@ CCompareSettingsFormView::CCompareSettingsFormView(CStandardsCore& core, IPageHo
     setObjectName(QStringLiteral("compareSettings"));
     m_grid->setObjectName(QStringLiteral("compareGrid"));
     m_report->setObjectName(QStringLiteral("reportButton"));
-    m_grid->setColumnCount(3);
-    m_grid->setHorizontalHeaderLabels({tr("Setting"), tr("Standard 1"), tr("Standard 2")});
-    m_grid->verticalHeader()->hide();
-    m_grid->setEditTriggers(QAbstractItemView::NoEditTriggers);
-    m_grid->setSelectionMode(QAbstractItemView::SingleSelection);
+    SetUpGrid(m_grid, {tr("Setting"), tr("Standard 1"), tr("Standard 2")},
+              QAbstractItemView::NoEditTriggers);
     m_grid->setWordWrap(false);
     auto* layout = new QVBoxLayout(this);
     layout->addWidget(m_grid, 1);

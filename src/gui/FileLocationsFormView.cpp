@@ -8,9 +8,8 @@
 
 CFileLocationsFormView::CFileLocationsFormView(CStandardsCore& core, IPageHost& host,
                                                std::int32_t standardId, QWidget* parent)
-    : CPageView(core, host, parent), m_editor(core.projects, core.prompter) {
+    : CEditorPageView(core, host, parent) {
     setObjectName(QStringLiteral("fileLocationsFormView"));
-    SetEditor(m_editor);
     m_editor.Open(standardId);
 
     auto* grid = new QGridLayout;
@@ -36,12 +35,8 @@ CFileLocationsFormView::CFileLocationsFormView(CStandardsCore& core, IPageHost& 
         m_edits.push_back(edit);
     }
 
-    auto* layout = new QVBoxLayout(this);
-    layout->addWidget(MakeHeader(tr("File Locations")));
-    layout->addSpacing(8);
-    layout->addLayout(grid);
-    layout->addStretch(1);
-    layout->addLayout(MakeButtons());
+    m_header->setText(tr("File Locations"));
+    LayOutForm(grid);
     Refresh();
 }
 

@@ -8,16 +8,13 @@
 #include <QLineEdit>
 #include <vector>
 
-class CFileLocationsFormView : public CPageView {
+class CFileLocationsFormView : public CEditorPageView<CFileLocationsEditor> {
     Q_OBJECT
 public:
     CFileLocationsFormView(CStandardsCore& core, IPageHost& host, std::int32_t standardId,
                            QWidget* parent = nullptr);
 
-    CFileLocationsEditor& Editor() { return m_editor; }
-
 protected:
-    std::wstring HelpTopic() const override { return CFileLocationsEditor::kHelpTopic; }
     void Refresh() override;
 
 private:
@@ -25,7 +22,6 @@ private:
     void Commit(int row, const QString& text);
     void Browse(int row);
 
-    CFileLocationsEditor m_editor;
     std::vector<QLineEdit*> m_edits;
     // A question box takes the focus and would end the edit a second time.
     bool m_committing = false;

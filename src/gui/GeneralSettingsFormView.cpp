@@ -30,9 +30,8 @@ QString FieldName(EGeneralField field) {
 
 CGeneralSettingsFormView::CGeneralSettingsFormView(CStandardsCore& core, IPageHost& host,
                                                    std::int32_t standardId, QWidget* parent)
-    : CPageView(core, host, parent), m_editor(core.projects, core.prompter) {
+    : CEditorPageView(core, host, parent) {
     setObjectName(QStringLiteral("generalSettingsFormView"));
-    SetEditor(m_editor);
     m_editor.Open(standardId);
 
     auto* form = new QFormLayout;
@@ -64,12 +63,8 @@ CGeneralSettingsFormView::CGeneralSettingsFormView(CStandardsCore& core, IPageHo
         m_fields.push_back(field);
     }
 
-    auto* layout = new QVBoxLayout(this);
-    layout->addWidget(MakeHeader(tr("General Settings")));
-    layout->addSpacing(8);
-    layout->addLayout(form);
-    layout->addStretch(1);
-    layout->addLayout(MakeButtons());
+    m_header->setText(tr("General Settings"));
+    LayOutForm(form);
     Refresh();
 }
 

@@ -7,20 +7,16 @@
 
 #include <vector>
 
-class CGeneralSettingsFormView : public CPageView {
+class CGeneralSettingsFormView : public CEditorPageView<CGeneralSettingsEditor> {
     Q_OBJECT
 public:
     CGeneralSettingsFormView(CStandardsCore& core, IPageHost& host, std::int32_t standardId,
                              QWidget* parent = nullptr);
 
-    CGeneralSettingsEditor& Editor() { return m_editor; }
-
 protected:
-    std::wstring HelpTopic() const override { return CGeneralSettingsEditor::kHelpTopic; }
     void Refresh() override;
 
 private:
-    CGeneralSettingsEditor m_editor;
     // One per editor row: a combo box for a list, a read-only edit otherwise.
     std::vector<QWidget*> m_fields;
 };

@@ -1,5 +1,6 @@
 #include "gui/LayersFormView.h"
 
+#include "gui/Grid.h"
 #include "gui/QtText.h"
 
 #include <QButtonGroup>
@@ -144,34 +145,19 @@ int CColorIndexDialog::Pick(QWidget* parent, int index) {
 
 CLayersFormView::CLayersFormView(CStandardsCore& core, IPageHost& host, std::int32_t standardId,
                                  int application, QWidget* parent)
-    : CPageView(core, host, parent), m_editor(core.projects, core.prompter), m_header(MakeHeader()),
-      m_grid(new QTableWidget(this)), m_restore(new QPushButton(tr("Restore Defaults"), this)) {
+    : CEditorPageView(core, host, parent), m_grid(new QTableWidget(this)),
+      m_restore(MakeRestoreButton()) {
     setObjectName(QStringLiteral("layersFormView"));
     m_grid->setObjectName(QStringLiteral("layersGrid"));
-    m_restore->setObjectName(QStringLiteral("restoreDefaultsButton"));
-    SetEditor(m_editor);
-
-    m_grid->setColumnCount(kColumns);
-    m_grid->setHorizontalHeaderLabels(
-        {tr("Description"), tr("Layer Name"), tr("Color"), tr("Linetype"), tr("Lineweight")});
-    m_grid->verticalHeader()->hide();
-    m_grid->setSelectionMode(QAbstractItemView::SingleSelection);
+    SetUpGrid(m_grid,
+              {tr("Description"), tr("Layer Name"), tr("Color"), tr("Linetype"), tr("Lineweight")},
+              QAbstractItemView::DoubleClicked | QAbstractItemView::SelectedClicked |
+                  QAbstractItemView::EditKeyPressed | QAbstractItemView::AnyKeyPressed);
     // Names take the spare width; the drop-downs keep a readable size.
     m_grid->horizontalHeader()->setSectionResizeMode(static_cast<int>(ELayerColumn::Name),
                                                      QHeaderView::Stretch);
-    m_grid->setEditTriggers(QAbstractItemView::DoubleClicked | QAbstractItemView::SelectedClicked |
-                            QAbstractItemView::EditKeyPressed | QAbstractItemView::AnyKeyPressed);
+    LayOutGrid(m_grid, MakeButtons({m_restore}));
 
-    auto* layout = new QVBoxLayout(this);
-    layout->addWidget(m_header);
-    layout->addWidget(m_grid, 1);
-    layout->addLayout(MakeButtons({m_restore}));
-
-    connect(m_restore, &QPushButton::clicked, this, [this] {
-        m_editor.RestoreDefaults();
-        Refresh();
-        Edited();
-    });
     connect(m_grid, &QTableWidget::itemChanged, this, [this](QTableWidgetItem* item) {
         if (!m_filling && item->column() == static_cast<int>(ELayerColumn::Name))
             SetCellText(item->row(), ELayerColumn::Name, item->text());

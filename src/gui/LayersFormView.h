@@ -31,13 +31,12 @@ private:
     QLabel* m_text;
 };
 
-class CLayersFormView : public CPageView {
+class CLayersFormView : public CEditorPageView<CLayersEditor> {
     Q_OBJECT
 public:
     CLayersFormView(CStandardsCore& core, IPageHost& host, std::int32_t standardId, int application,
                     QWidget* parent = nullptr);
 
-    CLayersEditor& Editor() { return m_editor; }
     QTableWidget* Grid() const { return m_grid; }
     // Puts a typed or picked text into a cell, as the cell would.
     void SetCellText(int row, ELayerColumn column, const QString& text);
@@ -45,7 +44,6 @@ public:
     void SetColorIndex(int row, int index);
 
 protected:
-    std::wstring HelpTopic() const override { return m_editor.HelpTopic(); }
     void Refresh() override;
 
 private:
@@ -53,9 +51,6 @@ private:
     void Changed(int row);
     void PickColor(int row);
 
-    CLayersEditor m_editor;
-    QLabel* m_header;
     QTableWidget* m_grid;
     QPushButton* m_restore;
-    bool m_filling = false;
 };

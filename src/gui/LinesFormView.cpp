@@ -1,5 +1,6 @@
 #include "gui/LinesFormView.h"
 
+#include "gui/Grid.h"
 #include "gui/QtText.h"
 
 #include <QHeaderView>
@@ -16,9 +17,8 @@ constexpr int kStateColumn = 2;
 
 CLinesFormView::CLinesFormView(CStandardsCore& core, IPageHost& host, std::int32_t standardId,
                                QWidget* parent)
-    : CPageView(core, host, parent), m_editor(core.projects, core.prompter), m_header(MakeHeader()),
-      m_grid(new QTableWidget(this)), m_new(new QPushButton(tr("New Line"), this)),
-      m_delete(new QPushButton(tr("Delete"), this)),
+    : CEditorPageView(core, host, parent, ESaving::AtOnce), m_grid(new QTableWidget(this)),
+      m_new(new QPushButton(tr("New Line"), this)), m_delete(new QPushButton(tr("Delete"), this)),
       m_recover(new QPushButton(tr("Recover"), this)),
       m_rename(new QPushButton(tr("Rename"), this)) {
     setObjectName(QStringLiteral("linesFormView"));
@@ -28,15 +28,9 @@ CLinesFormView::CLinesFormView(CStandardsCore& core, IPageHost& host, std::int32
     m_recover->setObjectName(QStringLiteral("recoverButton"));
     m_rename->setObjectName(QStringLiteral("renameButton"));
 
-    m_grid->setColumnCount(3);
-    m_grid->setHorizontalHeaderLabels({tr("Line"), tr("Id"), tr("State")});
-    m_grid->verticalHeader()->hide();
-    m_grid->setSelectionBehavior(QAbstractItemView::SelectRows);
-    m_grid->setSelectionMode(QAbstractItemView::SingleSelection);
-    m_grid->setEditTriggers(QAbstractItemView::DoubleClicked | QAbstractItemView::EditKeyPressed);
-    m_grid->horizontalHeader()->setSectionResizeMode(kNameColumn, QHeaderView::Stretch);
-    m_grid->horizontalHeader()->setSectionResizeMode(kIdColumn, QHeaderView::ResizeToContents);
-    m_grid->horizontalHeader()->setSectionResizeMode(kStateColumn, QHeaderView::ResizeToContents);
+    SetUpGrid(m_grid, {tr("Line"), tr("Id"), tr("State")},
+              QAbstractItemView::DoubleClicked | QAbstractItemView::EditKeyPressed, true,
+              kNameColumn);
 
     auto* note = new QLabel(tr("Each change to the lines is saved at once."), this);
     note->setObjectName(QStringLiteral("savedAtOnceNote"));
@@ -44,10 +38,7 @@ CLinesFormView::CLinesFormView(CStandardsCore& core, IPageHost& host, std::int32
     hint.setColor(QPalette::WindowText, QColor(90, 90, 90));
     note->setPalette(hint);
 
-    auto* layout = new QVBoxLayout(this);
-    layout->addWidget(m_header);
-    layout->addWidget(m_grid, 1);
-    layout->addLayout(MakeButtons({note}, {m_new, m_delete, m_recover, m_rename}));
+    LayOutGrid(m_grid, MakeButtons({note}, {m_new, m_delete, m_recover, m_rename}));
 
     connect(m_new, &QPushButton::clicked, this, [this] {
         const std::int32_t lineId = m_editor.CreateLine();
@@ -95,41 +86,26 @@ void CLinesFormView::SelectLine(std::int32_t lineId) {
 }
 
 void CLinesFormView::Fill(std::int32_t select) {
-    m_filling = true;
-    m_header->setText(Q(m_editor.Header()));
-    const auto& rows = m_editor.Rows();
-    m_grid->clearContents();
-    m_grid->setRowCount(static_cast<int>(rows.size()));
-    // Deleted lines: grey and slanted, but still readable.
-    const QBrush greyed(QColor(110, 110, 110));
-    QFont slanted = m_grid->font();
-    slanted.setItalic(true);
-    for (int row = 0; row < static_cast<int>(rows.size()); ++row) {
-        const SLineRow& line = rows[static_cast<std::size_t>(row)];
+    const int count = BeginFill(m_grid);
+    for (int row = 0; row < count; ++row) {
+        const SLineRow& line = m_editor.Rows()[static_cast<std::size_t>(row)];
         auto* name = new QTableWidgetItem(Q(line.name));
         name->setData(Qt::UserRole, line.id);
         name->setFlags(line.deleted
                            ? Qt::ItemIsEnabled | Qt::ItemIsSelectable
                            : Qt::ItemIsEnabled | Qt::ItemIsSelectable | Qt::ItemIsEditable);
-        auto* id = new QTableWidgetItem(QString::number(line.id));
-        id->setFlags(Qt::ItemIsEnabled | Qt::ItemIsSelectable);
-        id->setTextAlignment(Qt::AlignRight | Qt::AlignVCenter);
-        auto* state = new QTableWidgetItem(Q(LineStateText(line.deleted)));
-        state->setFlags(Qt::ItemIsEnabled | Qt::ItemIsSelectable);
-        if (line.deleted) {
-            for (QTableWidgetItem* item : {name, id, state}) {
-                item->setForeground(greyed);
-                item->setFont(slanted);
-            }
-        }
+        auto* id = NumberItem(line.id);
+        auto* state = ReadOnlyItem(Q(LineStateText(line.deleted)));
+        if (line.deleted)
+            GreyOut({name, id, state}, m_grid->font());
         m_grid->setItem(row, kNameColumn, name);
         m_grid->setItem(row, kIdColumn, id);
         m_grid->setItem(row, kStateColumn, state);
     }
-    m_filling = false;
+    EndFill();
     if (select != 0 && m_editor.Find(select) >= 0)
         SelectLine(select);
-    else if (!rows.empty())
+    else if (count > 0)
         m_grid->setCurrentCell(0, kNameColumn);
     UpdateButtons();
 }

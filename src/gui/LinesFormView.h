@@ -8,32 +8,25 @@
 
 #include <QTableWidget>
 
-class CLinesFormView : public CPageView {
+class CLinesFormView : public CEditorPageView<CLinesEditor> {
     Q_OBJECT
 public:
     CLinesFormView(CStandardsCore& core, IPageHost& host, std::int32_t standardId,
                    QWidget* parent = nullptr);
 
-    CLinesEditor& Editor() { return m_editor; }
     QTableWidget* Grid() const { return m_grid; }
     // The line of the current row; 0 when none is chosen.
     std::int32_t CurrentLine() const;
     void SelectLine(std::int32_t lineId);
-
-protected:
-    std::wstring HelpTopic() const override { return m_editor.HelpTopic(); }
 
 private:
     void Fill(std::int32_t select = 0);
     void UpdateButtons();
     void Rename(QTableWidgetItem* item);
 
-    CLinesEditor m_editor;
-    QLabel* m_header;
     QTableWidget* m_grid;
     QPushButton* m_new;
     QPushButton* m_delete;
     QPushButton* m_recover;
     QPushButton* m_rename;
-    bool m_filling = false;
 };

@@ -23,6 +23,17 @@ QLabel* CPageView::MakeHeader(const QString& text) {
     return header;
 }
 
+QPushButton* CPageView::MakeRestoreButton(std::function<void()> restore) {
+    auto* button = new QPushButton(tr("Restore Defaults"), this);
+    button->setObjectName(QStringLiteral("restoreDefaultsButton"));
+    connect(button, &QPushButton::clicked, this, [this, restore = std::move(restore)] {
+        restore();
+        Refresh();
+        Edited();
+    });
+    return button;
+}
+
 QHBoxLayout* CPageView::MakeButtons(const QList<QWidget*>& left, const QList<QWidget*>& right) {
     auto* buttons = new QHBoxLayout;
     for (QWidget* widget : left)

@@ -7,12 +7,16 @@
 #include "app/StandardsCore.h"
 #include "editors/PageEditor.h"
 #include "gui/PageHost.h"
+#include "gui/QtText.h"
 
 #include <QHBoxLayout>
 #include <QLabel>
 #include <QList>
 #include <QPushButton>
+#include <QTableWidget>
+#include <QVBoxLayout>
 #include <QWidget>
+#include <functional>
 
 class CPageView : public QWidget {
     Q_OBJECT
@@ -33,6 +37,9 @@ protected:
     void SetEditor(CPageEditor& editor) { m_editor = &editor; }
     // The page's bold title.
     QLabel* MakeHeader(const QString& text = {});
+    // "Restore Defaults": runs `restore`, shows the rows again and marks the
+    // page changed.
+    QPushButton* MakeRestoreButton(std::function<void()> restore);
     // The row under the page: `left`, a gap, `right`, then "Apply" (on a page
     // with an editor) and "Help...".
     QHBoxLayout* MakeButtons(const QList<QWidget*>& left = {}, const QList<QWidget*>& right = {});
@@ -51,4 +58,68 @@ protected:
 private:
     CPageEditor* m_editor = nullptr;
     QPushButton* m_apply = nullptr;
+};
+
+// A page whose rows an editor of the core keeps: the editor is made from the
+// core's registries and prompter, names the help topic, and (unless it saves
+// each change at once) drives "Apply" and the question on closing.
+template <class TEditor> class CEditorPageView : public CPageView {
+public:
+    TEditor& Editor() { return m_editor; }
+
+protected:
+    enum class ESaving { OnApply, AtOnce };
+
+    CEditorPageView(CStandardsCore& core, IPageHost& host, QWidget* parent,
+                    ESaving saving = ESaving::OnApply)
+        : CPageView(core, host, parent), m_editor(core.projects, core.prompter),
+          m_header(MakeHeader()) {
+        if (saving == ESaving::OnApply)
+            SetEditor(m_editor);
+    }
+
+    std::wstring HelpTopic() const override { return m_editor.HelpTopic(); }
+    QPushButton* MakeRestoreButton() {
+        return CPageView::MakeRestoreButton([this] { m_editor.RestoreDefaults(); });
+    }
+
+    // The header, the fields at their natural height, then the buttons.
+    void LayOutForm(QLayout* fields) {
+        auto* layout = new QVBoxLayout(this);
+        layout->addWidget(m_header);
+        layout->addSpacing(8);
+        layout->addLayout(fields);
+        layout->addStretch(1);
+        layout->addLayout(MakeButtons());
+    }
+    // The header, `above`, the grid taking the spare height, `below`, then
+    // the buttons.
+    void LayOutGrid(QWidget* grid, QHBoxLayout* buttons, QWidget* above = nullptr,
+                    QWidget* below = nullptr) {
+        auto* layout = new QVBoxLayout(this);
+        layout->addWidget(m_header);
+        if (above)
+            layout->addWidget(above);
+        layout->addWidget(grid, 1);
+        if (below)
+            layout->addWidget(below);
+        layout->addLayout(buttons);
+    }
+
+    // Shows the editor's rows afresh: the header, then an empty grid of as
+    // many rows, whose changes are not taken as input until EndFill.
+    int BeginFill(QTableWidget* grid) {
+        m_filling = true;
+        m_header->setText(Q(m_editor.Header()));
+        const int count = static_cast<int>(m_editor.Rows().size());
+        grid->clearContents();
+        grid->setRowCount(count);
+        return count;
+    }
+    void EndFill() { m_filling = false; }
+
+    TEditor m_editor;
+    QLabel* m_header;
+    // The grid is being filled: its change signals are not the user's.
+    bool m_filling = false;
 };

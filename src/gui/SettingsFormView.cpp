@@ -1,5 +1,6 @@
 #include "gui/SettingsFormView.h"
 
+#include "gui/Grid.h"
 #include "gui/QtText.h"
 
 #include <QComboBox>
@@ -26,12 +27,9 @@ QString FontText(const QFont& font, const QString& old) {
 
 CSettingsGridCtrl::CSettingsGridCtrl(QWidget* parent) : QTableWidget(parent) {
     setObjectName(QStringLiteral("settingsGrid"));
-    setColumnCount(2);
-    setHorizontalHeaderLabels({tr("Setting"), tr("Value")});
-    verticalHeader()->hide();
-    setSelectionMode(QAbstractItemView::SingleSelection);
-    setEditTriggers(QAbstractItemView::DoubleClicked | QAbstractItemView::SelectedClicked |
-                    QAbstractItemView::EditKeyPressed | QAbstractItemView::AnyKeyPressed);
+    SetUpGrid(this, {tr("Setting"), tr("Value")},
+              QAbstractItemView::DoubleClicked | QAbstractItemView::SelectedClicked |
+                  QAbstractItemView::EditKeyPressed | QAbstractItemView::AnyKeyPressed);
 }
 
 void CSettingsGridCtrl::FitColumns() {
@@ -47,23 +45,11 @@ void CSettingsGridCtrl::resizeEvent(QResizeEvent* event) {
 
 CSettingsFormView::CSettingsFormView(CStandardsCore& core, IPageHost& host, std::int32_t standardId,
                                      int application, int section, QWidget* parent)
-    : CPageView(core, host, parent), m_editor(core.projects, core.prompter), m_header(MakeHeader()),
-      m_grid(new CSettingsGridCtrl(this)),
-      m_restore(new QPushButton(tr("Restore Defaults"), this)) {
+    : CEditorPageView(core, host, parent), m_grid(new CSettingsGridCtrl(this)),
+      m_restore(MakeRestoreButton()) {
     setObjectName(QStringLiteral("settingsFormView"));
-    m_restore->setObjectName(QStringLiteral("restoreDefaultsButton"));
-    SetEditor(m_editor);
+    LayOutGrid(m_grid, MakeButtons({m_restore}));
 
-    auto* layout = new QVBoxLayout(this);
-    layout->addWidget(m_header);
-    layout->addWidget(m_grid, 1);
-    layout->addLayout(MakeButtons({m_restore}));
-
-    connect(m_restore, &QPushButton::clicked, this, [this] {
-        m_editor.RestoreDefaults();
-        Refresh();
-        Edited();
-    });
     connect(m_grid, &QTableWidget::itemChanged, this, [this](QTableWidgetItem* item) {
         if (!m_filling && item->column() == 1)
             SetCellText(item->row(), item->text());
@@ -75,16 +61,12 @@ CSettingsFormView::CSettingsFormView(CStandardsCore& core, IPageHost& host, std:
 }
 
 void CSettingsFormView::Refresh() {
-    m_filling = true;
-    m_header->setText(Q(m_editor.Header()));
-    const auto& rows = m_editor.Rows();
-    m_grid->clearContents();
-    m_grid->setRowCount(static_cast<int>(rows.size()));
-    for (int row = 0; row < static_cast<int>(rows.size()); ++row)
+    const int count = BeginFill(m_grid);
+    for (int row = 0; row < count; ++row)
         UpdateRow(row);
-    m_filling = false;
+    EndFill();
     m_grid->FitColumns();
-    m_restore->setEnabled(!rows.empty());
+    m_restore->setEnabled(count > 0);
 }
 
 void CSettingsFormView::UpdateRow(int row) {

@@ -18,19 +18,17 @@ protected:
     void resizeEvent(QResizeEvent* event) override;
 };
 
-class CSettingsFormView : public CPageView {
+class CSettingsFormView : public CEditorPageView<CSettingsEditor> {
     Q_OBJECT
 public:
     CSettingsFormView(CStandardsCore& core, IPageHost& host, std::int32_t standardId,
                       int application, int section, QWidget* parent = nullptr);
 
-    CSettingsEditor& Editor() { return m_editor; }
     CSettingsGridCtrl* Grid() const { return m_grid; }
     // Puts a typed or picked text into a row, as the cell would.
     void SetCellText(int row, const QString& text);
 
 protected:
-    std::wstring HelpTopic() const override { return m_editor.HelpTopic(); }
     void Refresh() override;
 
 private:
@@ -38,9 +36,6 @@ private:
     void PickFont(int row);
     void PickFolder(int row);
 
-    CSettingsEditor m_editor;
-    QLabel* m_header;
     CSettingsGridCtrl* m_grid;
     QPushButton* m_restore;
-    bool m_filling = false;
 };
