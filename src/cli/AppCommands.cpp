@@ -152,7 +152,7 @@ void AddAppCommands(CLI::App& app, SCliContext& context) {
         ->callback([ctx] { ctx->Run([ctx] { Install(ctx->options); }); });
 
     auto* exportCommand = app.add_subcommand("export", "Write a standard to an .xst archive");
-    exportCommand->add_option("ID", args->id, "The standard's id (see standard list)")->required();
+    AddStandardId(exportCommand, args->id);
     exportCommand->add_option("FILE", args->file, "The archive to write, such as Pipe.xst")
         ->required();
     exportCommand->callback(
@@ -178,8 +178,7 @@ void AddAppCommands(CLI::App& app, SCliContext& context) {
     update->callback(
         [ctx, args] { ctx->Print([ctx, args] { return UpdateCheck(ctx->options, *args); }); });
 
-    auto* navigator = app.add_subcommand("navigator", "The navigator of clients and standards");
-    navigator->require_subcommand(1);
+    auto* navigator = AddGroup(app, "navigator", "The navigator of clients and standards");
     navigator->add_subcommand("tree", "The tree as the desktop shows it: indented TEXT, IMAGE, ID")
         ->callback([ctx] { ctx->Print([ctx] { return NavigatorTree(ctx->options); }); });
 }

@@ -96,6 +96,16 @@ int ParseSettingsSection(const std::string& text) {
         fmt::format(L"Unknown section '{}': give a section id or name:{}", typed, names), 2);
 }
 
+CLI::App* AddGroup(CLI::App& app, const std::string& name, const std::string& help) {
+    CLI::App* group = app.add_subcommand(name, help);
+    group->require_subcommand(1);
+    return group;
+}
+
+void AddStandardId(CLI::App* command, std::int32_t& id) {
+    command->add_option("ID", id, "The standard's id (see standard list)")->required();
+}
+
 void AddAllCommands(CLI::App& app, SCliContext& context) {
     app.require_subcommand(1);
     // Global options may also follow the verb: "standard list --json".

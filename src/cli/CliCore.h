@@ -118,6 +118,11 @@ void SaveChanged(CVX2D_IniFile& ini);
 // A whole number typed for `what`; anything else is bad usage.
 int ParseInt(const std::wstring& text, const std::wstring& what);
 
+// A group of verbs, one of which must follow it.
+CLI::App* AddGroup(CLI::App& app, const std::string& name, const std::string& help);
+// The standard a verb works on: the positional "ID".
+void AddStandardId(CLI::App* command, std::int32_t& id);
+
 // The program's global options and every command group.
 void AddAllCommands(CLI::App& app, SCliContext& context);
 
@@ -147,5 +152,13 @@ int ParseSettingsSection(const std::string& text);
 // An application given as 1-4 or by name (ELECTRIC, PID or P&ID, ISOMETRIC,
 // ORTHO); anything else is bad usage.
 int ParseApplicationArgument(const std::string& text);
+
+// The arguments of a verb on one settings section of one application of a
+// standard.
+struct SSectionArgs {
+    std::int32_t id = 0;
+    std::string application;
+    std::string section; // empty: every section
+};
 
 } // namespace cli

@@ -84,8 +84,7 @@ std::string ArgumentHelp(const std::string& label) {
 void AddDatafileCommands(CLI::App& app, SCliContext& context) {
     auto args = std::make_shared<SArgs>();
     SCliContext* ctx = &context;
-    auto* group = app.add_subcommand("datafile", "Read and change any datafile through the engine");
-    group->require_subcommand(1);
+    auto* group = AddGroup(app, "datafile", "Read and change any datafile through the engine");
     auto verb = [&](const char* name, const char* help,
                     std::initializer_list<std::pair<const char*, std::string*>> positionals) {
         auto* command = group->add_subcommand(name, help);

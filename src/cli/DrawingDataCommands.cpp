@@ -18,15 +18,16 @@ namespace cli {
 
 namespace {
 
-// The column a FIELD argument names, or nullptr.
+// The column a FIELD argument names; any other name is bad usage.
 template <typename EColumn, std::size_t N>
-const EColumn* FieldNamed(const std::pair<const char*, EColumn> (&fields)[N],
-                          const std::string& name) {
+EColumn FieldNamed(const std::pair<const char*, EColumn> (&fields)[N], const std::string& name) {
+    std::string names;
     for (const auto& [text, column] : fields) {
         if (name == text)
-            return &column;
+            return column;
+        names += (names.empty() ? "" : ", ") + std::string(text);
     }
-    return nullptr;
+    throw CCliFailure(W("Unknown field '" + name + "'. Fields: " + names), 2);
 }
 
 // ---------------------------------------------------------------- borders
@@ -76,10 +77,7 @@ void BordersSet(const SCliOptions& options, const SBordersArgs& a) {
         {"max", EBorderColumn::LimitsMax},
         {"revision", EBorderColumn::Revision},
     };
-    const EBorderColumn* field = FieldNamed(fields, a.field);
-    if (!field)
-        throw CCliFailure(W("Unknown field '" + a.field + "'. Fields: border, min, max, revision"),
-                          2);
+    const EBorderColumn field = FieldNamed(fields, a.field);
     const std::wstring value = W(a.value);
 
     SCore core(options);
@@ -95,7 +93,7 @@ void BordersSet(const SCliOptions& options, const SBordersArgs& a) {
         static_cast<std::size_t>(std::find_if(editor.Rows().begin(), editor.Rows().end(),
                                               [&](const SBorderRow& r) { return r.size == size; }) -
                                  editor.Rows().begin());
-    if (!editor.SetCellText(row, *field, value))
+    if (!editor.SetCellText(row, field, value))
         prompter.Fail(what, 2);
     if (editor.ApplyEnabled() && !editor.Apply())
         prompter.Fail(what);
@@ -204,15 +202,12 @@ void LayersSet(const SCliOptions& options, const SLayersArgs& a) {
         {"linetype", ELayerColumn::Linetype},
         {"lineweight", ELayerColumn::Lineweight},
     };
-    const ELayerColumn* field = FieldNamed(fields, a.field);
-    if (!field)
-        throw CCliFailure(
-            W("Unknown field '" + a.field + "'. Fields: name, color, linetype, lineweight"), 2);
+    const ELayerColumn field = FieldNamed(fields, a.field);
     int colorIndex = 0;
     std::wstring cell = value;
-    if (*field == ELayerColumn::Color) {
+    if (field == ELayerColumn::Color) {
         colorIndex = ParseColorArgument(value);
-    } else if (*field == ELayerColumn::Lineweight) {
+    } else if (field == ELayerColumn::Lineweight) {
         // "layers show" gives hundredths of a millimetre, -3 for the default.
         const std::wstring trimmed = TrimBlanks(value);
         if (!trimmed.empty() && trimmed.find_first_not_of(L"-0123456789") == std::wstring::npos)
@@ -236,17 +231,17 @@ void LayersSet(const SCliOptions& options, const SLayersArgs& a) {
                                       ApplicationName(application), L::FormatKey(key)),
                           2);
     const auto row = static_cast<std::size_t>(found - rows.begin());
-    const bool stored = *field == ELayerColumn::Color ? editor.SetColorIndex(row, colorIndex)
-                                                      : editor.SetCellText(row, *field, cell);
+    const bool stored = field == ELayerColumn::Color ? editor.SetColorIndex(row, colorIndex)
+                                                     : editor.SetCellText(row, field, cell);
     if (!stored) {
         if (prompter.Told())
             prompter.Fail(what, 2);
-        if (*field == ELayerColumn::Linetype)
+        if (field == ELayerColumn::Linetype)
             throw CCliFailure(fmt::format(L"'{}' is not one of the linetypes the layers page "
                                           L"offers, such as CONTINUOUS, DASHED or HIDDEN2.",
                                           value),
                               2);
-        if (*field == ELayerColumn::Lineweight)
+        if (field == ELayerColumn::Lineweight)
             throw CCliFailure(fmt::format(L"'{}' is not a lineweight the layers page offers: "
                                           L"give one of {} (hundredths of a millimetre, -3 "
                                           L"for the default).",
@@ -264,17 +259,17 @@ void LayersSet(const SCliOptions& options, const SLayersArgs& a) {
 void AddBordersCommands(CLI::App& app, SCliContext& context) {
     auto args = std::make_shared<SBordersArgs>();
     SCliContext* ctx = &context;
-    auto* group = app.add_subcommand(
-        "borders", "A standard's border and revision drawings and drawing limits per sheet size");
-    group->require_subcommand(1);
+    auto* group =
+        AddGroup(app, "borders",
+                 "A standard's border and revision drawings and drawing limits per sheet size");
     auto* show = group->add_subcommand(
         "show", "SIZE, BORDER, LIMITS_MIN, LIMITS_MAX, REVISION of sizes A, B, C, D, E, A0-A4");
-    show->add_option("ID", args->id, "The standard's id (see standard list)")->required();
+    AddStandardId(show, args->id);
     show->callback(
         [ctx, args] { ctx->Print([ctx, args] { return BordersShow(ctx->options, *args); }); });
     auto* set = group->add_subcommand(
         "set", "Change one value of one size; FIELD: border, min, max (a limit \"x,y\"), revision");
-    set->add_option("ID", args->id, "The standard's id (see standard list)")->required();
+    AddStandardId(set, args->id);
     set->add_option("SIZE", args->size, "A sheet size: A, B, C, D, E, A0, A1, A2, A3 or A4")
         ->required();
     set->add_option("FIELD", args->field, "border, min, max or revision")->required();
@@ -287,12 +282,11 @@ void AddBordersCommands(CLI::App& app, SCliContext& context) {
 void AddLayersCommands(CLI::App& app, SCliContext& context) {
     auto args = std::make_shared<SLayersArgs>();
     SCliContext* ctx = &context;
-    auto* group = app.add_subcommand(
-        "layers", "A standard's layers per application: name, colour, linetype, lineweight");
-    group->require_subcommand(1);
+    auto* group = AddGroup(
+        app, "layers", "A standard's layers per application: name, colour, linetype, lineweight");
     auto* show = group->add_subcommand(
         "show", "KEY, DESCRIPTION, NAME, R,G,B,INDEX, LINETYPE, LINEWEIGHT of every layer");
-    show->add_option("ID", args->id, "The standard's id (see standard list)")->required();
+    AddStandardId(show, args->id);
     show->add_option("APP", args->application, "1-4 or ELECTRIC, PID, ISOMETRIC, ORTHO")
         ->required();
     show->callback(
@@ -300,7 +294,7 @@ void AddLayersCommands(CLI::App& app, SCliContext& context) {
     auto* set = group->add_subcommand(
         "set", "Change one value of one layer, as the layers page would: only its names, "
                "palette colours, linetypes and lineweights are taken");
-    set->add_option("ID", args->id, "The standard's id (see standard list)")->required();
+    AddStandardId(set, args->id);
     set->add_option("APP", args->application, "1-4 or ELECTRIC, PID, ISOMETRIC, ORTHO")->required();
     set->add_option("KEY", args->key, "The layer's role number, such as 14 or 014")->required();
     set->add_option("FIELD", args->field, "name, color, linetype or lineweight")->required();

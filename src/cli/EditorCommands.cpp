@@ -16,12 +16,7 @@ namespace cli {
 
 namespace {
 
-using Base = CVX2D_ProjectSettingsBase;
-
-struct SArgs {
-    std::int32_t id = 0;
-    std::string application;
-    std::string section;
+struct SArgs : SSectionArgs {
     std::vector<std::string> names;
     std::string oldName;
     std::string newName;
@@ -145,7 +140,7 @@ COutput Editor(const SCliOptions& options, const SArgs& a) {
     if (editor.Rows().empty())
         throw CCliFailure(fmt::format(L"{} settings have no section {} \"{}\".",
                                       ApplicationSettingsName(application), section,
-                                      Base::SectionName(section)),
+                                      CVX2D_ProjectSettingsBase::SectionName(section)),
                           2);
     COutput output({{"row"}, {"label"}, {"cell"}, {"text"}, {"choices"}, {"readonly"}});
     for (std::size_t i = 0; i < editor.Rows().size(); ++i) {
@@ -170,7 +165,7 @@ void AddEditorCommands(CLI::App& app, SCliContext& context) {
     CLI::App* drawings = app.get_subcommand("drawings");
     auto withApp = [&](const char* name, const char* help) {
         auto* command = drawings->add_subcommand(name, help);
-        command->add_option("ID", args->id, "The standard")->required();
+        AddStandardId(command, args->id);
         command->add_option("APP", args->application, appHelp)->required();
         return command;
     };
@@ -213,7 +208,7 @@ void AddEditorCommands(CLI::App& app, SCliContext& context) {
         "editor", "The rows of a section as the settings editor shows them: ROW, LABEL, CELL "
                   "(list, font, number, text, path or heading), TEXT, CHOICES (joined by |), "
                   "READONLY");
-    editor->add_option("ID", args->id, "Standard id")->required();
+    AddStandardId(editor, args->id);
     editor->add_option("APP", args->application, appHelp)->required();
     editor->add_option("SECTION", args->section, "Section id 0-8 or name")->required();
     editor->callback(

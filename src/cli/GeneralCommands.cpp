@@ -113,13 +113,12 @@ void Set(const SCliOptions& options, const SArgs& a) {
 void AddGeneralCommands(CLI::App& app, SCliContext& context) {
     auto args = std::make_shared<SArgs>();
     SCliContext* ctx = &context;
-    auto* group = app.add_subcommand("general", "A standard's general settings");
-    group->require_subcommand(1);
+    auto* group = AddGroup(app, "general", "A standard's general settings");
     auto* show = group->add_subcommand("show", "FIELD, VALUE of every general setting");
-    show->add_option("ID", args->id, "The standard's id (see standard list)")->required();
+    AddStandardId(show, args->id);
     show->callback([ctx, args] { ctx->Print([ctx, args] { return Show(ctx->options, *args); }); });
     auto* set = group->add_subcommand("set", "Change one general setting; fields: " + FieldNames());
-    set->add_option("ID", args->id, "The standard's id (see standard list)")->required();
+    AddStandardId(set, args->id);
     set->add_option("FIELD", args->field, "A field as general show names it")->required();
     set->add_option("VALUE", args->value, "The new value")->required();
     set->callback([ctx, args] { ctx->Run([ctx, args] { Set(ctx->options, *args); }); });

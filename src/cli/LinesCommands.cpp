@@ -134,11 +134,10 @@ COutput DrawingsList(const SCliOptions& options, const SArgs& a) {
 void AddLinesCommands(CLI::App& app, SCliContext& context) {
     auto args = std::make_shared<SArgs>();
     SCliContext* ctx = &context;
-    auto* group = app.add_subcommand("lines", "A standard's line numbers");
-    group->require_subcommand(1);
+    auto* group = AddGroup(app, "lines", "A standard's line numbers");
     auto withId = [&](const char* name, const char* help) {
         auto* command = group->add_subcommand(name, help);
-        command->add_option("ID", args->id, "The standard")->required();
+        AddStandardId(command, args->id);
         return command;
     };
     // delete and recover: one line of one standard, with the lines editor's message.
@@ -187,8 +186,7 @@ void AddLinesCommands(CLI::App& app, SCliContext& context) {
 void AddSpecsCommands(CLI::App& app, SCliContext& context) {
     auto args = std::make_shared<SArgs>();
     SCliContext* ctx = &context;
-    auto* group = app.add_subcommand("specs", "Pipe specs: the register and a standard's checks");
-    group->require_subcommand(1);
+    auto* group = AddGroup(app, "specs", "Pipe specs: the register and a standard's checks");
     using CSpecOperation = ESpecResult (CVX2D_ProjectSpecs::*)(std::int32_t, std::int32_t) const;
     auto specAction = [ctx, args](CSpecOperation operation, const wchar_t* what) {
         return [ctx, args, operation, what] {
@@ -202,16 +200,16 @@ void AddSpecsCommands(CLI::App& app, SCliContext& context) {
     };
 
     auto* list = group->add_subcommand("list", "SPEC_ID, NAME of the specs checked for a standard");
-    list->add_option("ID", args->id, "The standard")->required();
+    AddStandardId(list, args->id);
     list->callback(
         [ctx, args] { ctx->Print([ctx, args] { return SpecsList(ctx->options, *args); }); });
     auto* check = group->add_subcommand("check", "Check a spec of the register for a standard");
-    check->add_option("ID", args->id, "The standard")->required();
+    AddStandardId(check, args->id);
     check->add_option("SPEC_ID", args->itemId, "The spec's id (see specs list)")->required();
     check->callback(
         specAction(&CVX2D_ProjectSpecs::CheckSpec, L"Error checking spec {} for standard '{}'."));
     auto* uncheck = group->add_subcommand("uncheck", "Uncheck a spec for a standard");
-    uncheck->add_option("ID", args->id, "The standard")->required();
+    AddStandardId(uncheck, args->id);
     uncheck->add_option("SPEC_ID", args->itemId, "The spec's id (see specs list)")->required();
     uncheck->callback(specAction(&CVX2D_ProjectSpecs::UncheckSpec,
                                  L"Error unchecking spec {} for standard '{}'."));
@@ -224,11 +222,10 @@ void AddSpecsCommands(CLI::App& app, SCliContext& context) {
 void AddDrawingsCommands(CLI::App& app, SCliContext& context) {
     auto args = std::make_shared<SArgs>();
     SCliContext* ctx = &context;
-    auto* group = app.add_subcommand("drawings", "The drawing files of a standard's folders");
-    group->require_subcommand(1);
+    auto* group = AddGroup(app, "drawings", "The drawing files of a standard's folders");
     auto* list = group->add_subcommand(
         "list", "NAME, SIZE, DATE of the drawings in an application's drawings folder, by name");
-    list->add_option("ID", args->id, "The standard")->required();
+    AddStandardId(list, args->id);
     list->add_option("APP", args->application, "1-4 or ELECTRIC, PID (P&ID), ISOMETRIC, ORTHO")
         ->required();
     list->add_flag("--backups", args->backups, "List the .bak files instead of the .dwg files");

@@ -38,7 +38,7 @@ void AddReportCommands(CLI::App& app, SCliContext& context) {
     auto* report = app.add_subcommand(
         "report", "Print a standard's report: general settings, file locations, borders, lines, "
                   "specs, every settings page and the layers, as plain text");
-    report->add_option("ID", args->id, "The standard")->required();
+    AddStandardId(report, args->id);
     report->add_option("--output", args->output, "Write to this file instead of printing");
     report->callback([ctx, args] {
         ctx->action = [ctx, args](std::ostream& out) { Report(ctx->options, *args, out); };

@@ -16,13 +16,7 @@ namespace cli {
 
 namespace {
 
-using Base = CVX2D_ProjectSettingsBase;
-
-struct SArgs {
-    std::int32_t id = 0;
-    std::string application;
-    std::string section;
-};
+using SArgs = SSectionArgs;
 
 CVX2D_GeneralSettings LoadGeneral(SCore& core, std::int32_t id, const std::wstring& what) {
     core.FolderOf(id, what);
@@ -54,7 +48,7 @@ void RestoreSettings(SCore& core, std::int32_t id, int application, int section)
     settings->Load(general);
     if (!RestoreSettingsDefaults(*settings, section, general))
         throw CCliFailure(fmt::format(L"{} settings have no section {} \"{}\".", name, section,
-                                      Base::SectionName(section)),
+                                      CVX2D_ProjectSettingsBase::SectionName(section)),
                           2);
     if (settings->IsModified() && !settings->Save())
         throw CCliFailure(what);
@@ -64,7 +58,7 @@ void Restore(const SCliOptions& options, const SArgs& a) {
     const int application = ParseApplicationArgument(a.application);
     const int section = ParseSettingsSection(a.section);
     SCore core(options);
-    if (section == Base::eLayers)
+    if (section == CVX2D_ProjectSettingsBase::eLayers)
         RestoreLayers(core, a.id, application);
     else
         RestoreSettings(core, a.id, application, section);
@@ -81,7 +75,7 @@ void AddRestoreCommands(CLI::App& app, SCliContext& context) {
         "Put a standard's settings back to the defaults of its working units and save them: "
         "one section, or every section of the application when SECTION is left out. SECTION "
         "Layers (5) restores the application's default layers instead.");
-    restore->add_option("ID", args->id, "Standard id")->required();
+    AddStandardId(restore, args->id);
     restore->add_option("APP", args->application, "1-4 or ELECTRIC, PID (P&ID), ISOMETRIC, ORTHO")
         ->required();
     restore->add_option("SECTION", args->section, "Section id 0-8 or name");

@@ -16,10 +16,7 @@ namespace {
 
 using Base = CVX2D_ProjectSettingsBase;
 
-struct SArgs {
-    std::int32_t id = 0;
-    std::string application;
-    std::string section;
+struct SArgs : SSectionArgs {
     std::string variable;
     std::string value;
     std::string units = "metric";
@@ -153,17 +150,17 @@ const char* const kColumns =
 void AddSettingsCommands(CLI::App& app, SCliContext& context) {
     auto args = std::make_shared<SArgs>();
     SCliContext* ctx = &context;
-    auto* group = app.add_subcommand(
-        "settings", "A drafting application's settings variables (APP: 1-4 or ELECTRIC, PID, "
-                    "ISOMETRIC, ORTHO)");
-    group->require_subcommand(1);
+    auto* group =
+        AddGroup(app, "settings",
+                 "A drafting application's settings variables (APP: 1-4 or ELECTRIC, PID, "
+                 "ISOMETRIC, ORTHO)");
 
     auto* show = group->add_subcommand(
         "show", std::string("Every settings variable of a standard in catalogue order: ") +
                     kColumns +
                     ". Loading may first complete and save settings added by later "
                     "versions, as the desktop program does.");
-    show->add_option("ID", args->id, "Standard id")->required();
+    AddStandardId(show, args->id);
     show->add_option("APP", args->application, "Application")->required();
     show->add_option("--section", args->section, "Only this section (id 0-8 or name)");
     show->callback([ctx, args] { ctx->Print([ctx, args] { return Show(ctx->options, *args); }); });
@@ -172,7 +169,7 @@ void AddSettingsCommands(CLI::App& app, SCliContext& context) {
         "set", "Change one settings variable of a standard and save it. VALUE by kind: On "
                "or Off for a toggle, a number for integers and reals (a "
                "non-number is 0), a choice's label or number, else the text itself");
-    set->add_option("ID", args->id, "Standard id")->required();
+    AddStandardId(set, args->id);
     set->add_option("APP", args->application, "Application")->required();
     set->add_option("VARIABLE_ID", args->variable, "Variable id")->required();
     set->add_option("VALUE", args->value, "New value")->required();

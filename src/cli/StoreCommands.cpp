@@ -178,8 +178,7 @@ COutput StandardFolder(const SCliOptions& options, const SArgs& a) {
 void AddClientCommands(CLI::App& app, SCliContext& context) {
     auto args = std::make_shared<SArgs>();
     SCliContext* ctx = &context;
-    auto* group = app.add_subcommand("client", "Clients and their standards");
-    group->require_subcommand(1);
+    auto* group = AddGroup(app, "client", "Clients and their standards");
     group->add_subcommand("list", "ID, NAME and the comma-separated ids of its standards")
         ->callback([ctx] { ctx->Print([ctx] { return ClientList(ctx->options); }); });
     group->add_subcommand("create", "Create a client named \"Client n\"; prints ID, NAME")
@@ -197,12 +196,11 @@ void AddClientCommands(CLI::App& app, SCliContext& context) {
 void AddStandardCommands(CLI::App& app, SCliContext& context) {
     auto args = std::make_shared<SArgs>();
     SCliContext* ctx = &context;
-    auto* group = app.add_subcommand(
-        "standard", "Standards: create, copy, rename, delete, recover, purge, move");
-    group->require_subcommand(1);
+    auto* group =
+        AddGroup(app, "standard", "Standards: create, copy, rename, delete, recover, purge, move");
     auto withId = [&](const char* name, const char* help) {
         auto* command = group->add_subcommand(name, help);
-        command->add_option("ID", args->id, "The standard's id (see standard list)")->required();
+        AddStandardId(command, args->id);
         return command;
     };
     auto idAction = [ctx, args](EProjectResult (CVX2D_ProjectRegistry::*operation)(std::int32_t),
@@ -261,8 +259,7 @@ void AddStandardCommands(CLI::App& app, SCliContext& context) {
         ctx->Print([ctx, args] { return StandardFolder(ctx->options, *args); });
     });
 
-    auto* registry = app.add_subcommand("registry", "The standard registry as a whole");
-    registry->require_subcommand(1);
+    auto* registry = AddGroup(app, "registry", "The standard registry as a whole");
     registry->add_subcommand("check", "Repair the registry from the standard folders on disk")
         ->callback([ctx] {
             ctx->Run([ctx] {
