@@ -3,6 +3,7 @@
 #include "datafile/Ids.h"
 #include "datafile/IniFile.h"
 #include "datafile/Names.h"
+#include "datafile/ProjectResult.h"
 #include "datafile/Text.h"
 #include "platform/Utf8.h"
 #include "store/LineCounter.h"
@@ -63,9 +64,7 @@ std::wstring CVX2D_ProjectLines::GetErrorText(int code) {
         L"Line already exists",
         L"Line is deleted",
     };
-    if (code < 0 || code >= static_cast<int>(kTexts.size()))
-        return L"Unknown error";
-    return kTexts[static_cast<std::size_t>(code)];
+    return ResultText(kTexts, code);
 }
 
 std::int32_t CVX2D_ProjectLines::ParseLineId(const std::wstring& key) {

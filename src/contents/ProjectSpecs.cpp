@@ -3,6 +3,7 @@
 #include "datafile/Application.h"
 #include "datafile/Ids.h"
 #include "datafile/IniFile.h"
+#include "datafile/ProjectResult.h"
 #include "datafile/Text.h"
 #include "platform/Utf8.h"
 #include "store/ClientRegistry.h"
@@ -61,9 +62,7 @@ std::wstring CVX2D_ProjectSpecs::GetErrorText(int code) {
         L"Invalid spec id",
         L"Spec already exists",
     };
-    if (code < 0 || code >= static_cast<int>(kTexts.size()))
-        return L"Unknown error";
-    return kTexts[static_cast<std::size_t>(code)];
+    return ResultText(kTexts, code);
 }
 
 std::wstring CVX2D_ProjectSpecs::LineSpecsSection(int application) {

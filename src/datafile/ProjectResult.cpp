@@ -19,7 +19,11 @@ std::wstring ProjectResultText(int code) {
         L"Project already exists",
         L"Project is deleted",
     };
-    if (code < 0 || code >= static_cast<int>(kTexts.size()))
+    return ResultText(kTexts, code);
+}
+
+std::wstring ResultText(std::span<const wchar_t* const> texts, int code) {
+    if (code < 0 || code >= static_cast<int>(texts.size()))
         return L"Unknown error";
-    return kTexts[static_cast<std::size_t>(code)];
+    return texts[static_cast<std::size_t>(code)];
 }

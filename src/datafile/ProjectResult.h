@@ -1,6 +1,7 @@
 // Result codes of the standard registry and the texts users see for them.
 #pragma once
 
+#include <span>
 #include <string>
 
 enum [[nodiscard]] EProjectResult{
@@ -22,3 +23,7 @@ enum [[nodiscard]] EProjectResult{
 
 // The message of a code; "Unknown error" for anything outside the table.
 std::wstring ProjectResultText(int code);
+
+// The text of a result code from its table ordered by code; "Unknown error"
+// for a code the table does not have.
+std::wstring ResultText(std::span<const wchar_t* const> texts, int code);

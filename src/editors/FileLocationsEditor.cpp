@@ -134,14 +134,12 @@ bool CFileLocationsEditor::Apply() {
     // Only the changed folders go over the file as it is now: the general
     // settings page writes the same file.
     CVX2D_GeneralSettings current;
-    bool saved = current.Load(m_projects, m_nProjectId);
-    if (saved) {
+    const bool saved = current.Update(m_projects, m_nProjectId, [&](CVX2D_GeneralSettings& file) {
         for (std::size_t i = 0; i < m_rows.size(); ++i) {
             if (m_rows[i].changed)
-                Set(current, kFields[i], m_rows[i].folder);
+                Set(file, kFields[i], m_rows[i].folder);
         }
-        saved = current.Save();
-    }
+    });
     if (!saved)
         return SaveFailed(L"file locations", StandardName());
     // Shows what the file now holds: a cleared libraries folder reads as

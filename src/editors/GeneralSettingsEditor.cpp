@@ -114,18 +114,16 @@ bool CGeneralSettingsEditor::Apply() {
     // Only what this page changed goes over the file as it is now: the file
     // locations page writes the same file.
     CVX2D_GeneralSettings current;
-    bool saved = current.Load(m_projects, m_nProjectId);
-    if (saved) {
+    const bool saved = current.Update(m_projects, m_nProjectId, [&](CVX2D_GeneralSettings& file) {
         if (m_general.m_nWorkingUnits != m_opened.m_nWorkingUnits)
-            current.m_nWorkingUnits = m_general.m_nWorkingUnits;
+            file.m_nWorkingUnits = m_general.m_nWorkingUnits;
         if (m_general.m_nDisplayedUnits != m_opened.m_nDisplayedUnits)
-            current.m_nDisplayedUnits = m_general.m_nDisplayedUnits;
+            file.m_nDisplayedUnits = m_general.m_nDisplayedUnits;
         if (m_general.m_nRatingsFormat != m_opened.m_nRatingsFormat)
-            current.m_nRatingsFormat = m_general.m_nRatingsFormat;
-        saved = current.Save();
-    }
+            file.m_nRatingsFormat = m_general.m_nRatingsFormat;
+    });
     if (!saved)
-        return SaveFailed(L"general settings", m_projects.GetProjectName(m_nProjectId, true, true));
+        return SaveFailed(L"general settings", StandardName());
     m_general = current;
     m_opened = current;
     Fill();

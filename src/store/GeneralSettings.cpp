@@ -5,6 +5,8 @@
 #include "datafile/Text.h"
 #include "store/ProjectRegistry.h"
 
+#include <utility>
+
 namespace {
 const std::wstring kUnits = L"Units";
 const std::wstring kGeneral = L"General";
@@ -16,24 +18,27 @@ std::wstring CVX2D_GeneralSettings::DrawingsKey(int application, int projectVers
     return ApplicationFileStem(application, projectVersion);
 }
 
-std::wstring* CVX2D_GeneralSettings::DrawingsField(int application) {
+const std::wstring* CVX2D_GeneralSettings::DrawingsField(int application) const {
     switch (application) {
-    case 1:
+    case eAppElectric:
         return &m_strElectricDrawings;
-    case 2:
+    case eAppFlow:
         return &m_strFlowDrawings;
-    case 3:
+    case eAppIso:
         return &m_strIsoDrawings;
-    case 4:
+    case eAppOrtho:
         return &m_strOrthoDrawings;
     default:
         return nullptr;
     }
 }
 
+std::wstring* CVX2D_GeneralSettings::DrawingsField(int application) {
+    return const_cast<std::wstring*>(std::as_const(*this).DrawingsField(application));
+}
+
 std::wstring CVX2D_GeneralSettings::GetDrawingsLocation(int application) const {
-    const std::wstring* field =
-        const_cast<CVX2D_GeneralSettings*>(this)->DrawingsField(application);
+    const std::wstring* field = DrawingsField(application);
     return field ? WithTrailingSeparator(*field) : std::wstring();
 }
 
@@ -63,7 +68,7 @@ CGuid CVX2D_GeneralSettings::GiveGuid(const std::wstring& path) {
     return guid;
 }
 
-bool CVX2D_GeneralSettings::Load(const CVX2D_ProjectRegistry& registry, std::int32_t projectId) {
+bool CVX2D_GeneralSettings::Locate(const CVX2D_ProjectRegistry& registry, std::int32_t projectId) {
     m_nProjectId = projectId;
     m_strPath.clear();
     if (projectId < 1)
@@ -72,40 +77,29 @@ bool CVX2D_GeneralSettings::Load(const CVX2D_ProjectRegistry& registry, std::int
     if (registry.GetProjectFolder(projectId, folder) != eProjectOk)
         return false;
     m_strPath = folder + L"General.ini";
+    return true;
+}
 
-    CVX2D_IniFile ini;
-    ini.SetAutoSave(false);
-    ini.Open(m_strPath);
+void CVX2D_GeneralSettings::Read(CVX2D_IniFile& ini, const std::wstring& defaultLibraries) {
     ini.SetSection(kUnits);
     ini.GetInt(L"Working", m_nWorkingUnits, 1);
     ini.GetInt(L"Displayed", m_nDisplayedUnits, 2);
     ini.GetInt(L"RatingsFormat", m_nRatingsFormat, 1);
     ini.SetSection(kGeneral);
     ini.GetGuid(L"ProjectGuid", m_guid, CGuid{});
-    if (m_guid.IsNull())
-        m_guid = GiveGuid(m_strPath);
     ini.GetBool(L"LocalLineIni", m_bLocalLineIni, false);
     ini.GetString(L"BordersLocation", m_strBordersLocation, L"");
     ini.GetString(L"TemplatesLocation", m_strTemplatesLocation, L"");
-    ini.GetString(L"LibrariesLocation", m_strLibrariesLocation,
-                  registry.Datafiles().DefaultLibrariesFolder());
+    ini.GetString(L"LibrariesLocation", m_strLibrariesLocation, defaultLibraries);
     ini.GetString(L"LocalLineIniPath", m_strLocalLineIniPath, L"");
     ini.GetInt(L"ProjectVersion", m_nProjectVersion, 2015);
     ini.SetSection(kDrawings);
     for (const int application : kApplications)
         ini.GetString(DrawingsKey(application, m_nProjectVersion), *DrawingsField(application),
                       L"");
-    m_bLoaded = true;
-    return true;
 }
 
-bool CVX2D_GeneralSettings::Save() {
-    if (!m_bLoaded)
-        return true;
-    if (m_strPath.empty())
-        return false;
-    CVX2D_IniFile ini;
-    ini.Open(m_strPath);
+void CVX2D_GeneralSettings::Write(CVX2D_IniFile& ini) const {
     ini.SetSection(kUnits);
     ini.SetInt(L"Working", m_nWorkingUnits);
     ini.SetInt(L"Displayed", m_nDisplayedUnits);
@@ -119,7 +113,47 @@ bool CVX2D_GeneralSettings::Save() {
     ini.SetString(L"LocalLineIniPath", m_strLocalLineIniPath);
     ini.SetInt(L"ProjectVersion", m_nProjectVersion);
     ini.SetSection(kDrawings);
-    for (const int application : kApplications)
+    for (const int application : kApplications) {
         ini.SetString(DrawingsKey(application, m_nProjectVersion), *DrawingsField(application));
+    }
+}
+
+bool CVX2D_GeneralSettings::Load(const CVX2D_ProjectRegistry& registry, std::int32_t projectId) {
+    if (!Locate(registry, projectId))
+        return false;
+    CVX2D_IniFile ini;
+    ini.SetAutoSave(false);
+    ini.Open(m_strPath);
+    Read(ini, registry.Datafiles().DefaultLibrariesFolder());
+    if (m_guid.IsNull())
+        m_guid = GiveGuid(m_strPath);
+    m_bLoaded = true;
+    return true;
+}
+
+bool CVX2D_GeneralSettings::Save() {
+    if (!m_bLoaded)
+        return true;
+    if (m_strPath.empty())
+        return false;
+    CVX2D_IniFile ini;
+    ini.Open(m_strPath);
+    Write(ini);
     return ini.Save() == CVX2D_IniFile::eOk;
+}
+
+bool CVX2D_GeneralSettings::Update(const CVX2D_ProjectRegistry& registry, std::int32_t projectId,
+                                   const std::function<void(CVX2D_GeneralSettings&)>& change) {
+    if (!Locate(registry, projectId))
+        return false;
+    const std::wstring defaultLibraries = registry.Datafiles().DefaultLibrariesFolder();
+    return UpdateDatafile(m_strPath, [&](CVX2D_IniFile& ini) {
+        Read(ini, defaultLibraries);
+        if (m_guid.IsNull())
+            m_guid = NewGuid();
+        m_bLoaded = true;
+        change(*this);
+        Write(ini);
+        return true;
+    });
 }

@@ -5,8 +5,10 @@
 #include "datafile/Guid.h"
 
 #include <cstdint>
+#include <functional>
 #include <string>
 
+class CVX2D_IniFile;
 class CVX2D_ProjectRegistry;
 
 class CVX2D_GeneralSettings {
@@ -34,6 +36,13 @@ public:
     // True without writing when nothing was loaded; values equal to the
     // file's leave it untouched.
     bool Save();
+    // One change of the file as it is now, under its lock, so that what
+    // another page or workstation saved meanwhile stays: reads the file,
+    // lets `change` edit the values and writes them. Afterwards the object
+    // holds what the file holds. False, with the file untouched, when the
+    // standard has no folder or the file cannot be written.
+    bool Update(const CVX2D_ProjectRegistry& registry, std::int32_t projectId,
+                const std::function<void(CVX2D_GeneralSettings&)>& change);
 
     // Application 1 ELECTRIC, 2 P&ID, 3 ISOMETRIC, 4 ORTHO: that drawings
     // folder ending in a separator; empty for any other number.
@@ -47,7 +56,12 @@ public:
     static std::wstring DrawingsKey(int application, int projectVersion);
 
 private:
+    // The standard's folder is known: sets the file's path.
+    bool Locate(const CVX2D_ProjectRegistry& registry, std::int32_t projectId);
+    void Read(CVX2D_IniFile& ini, const std::wstring& defaultLibraries);
+    void Write(CVX2D_IniFile& ini) const;
     static CGuid GiveGuid(const std::wstring& path);
+    const std::wstring* DrawingsField(int application) const;
     std::wstring* DrawingsField(int application);
     std::wstring m_strPath;
 };
