@@ -6,6 +6,7 @@
 #include <chrono>
 #include <clocale>
 #include <fstream>
+#include <gtest/gtest.h>
 #include <random>
 #include <sstream>
 
@@ -47,6 +48,38 @@ std::wstring CTempDir::File(const std::wstring& name) const {
 CDatafilesFixture::CDatafilesFixture() : m_datafiles(m_dir.Text()) {
     fs::copy(fs::path(SD_TEMPLATES_DIR) / "Template", m_dir.Path() / "Template",
              fs::copy_options::recursive);
+}
+
+fs::path CStandardOnDisk::Folder() const {
+    return Root() / "Projects" / "VX2D_PRJ_1 - Pipe";
+}
+
+fs::path CStandardOnDisk::FolderOf(std::int32_t id) const {
+    std::wstring folder;
+    EXPECT_EQ(registry.GetProjectFolder(id, folder), eProjectOk) << id;
+    return P(folder);
+}
+
+void CStandardOnDisk::ListStandards(const std::vector<std::string>& others) const {
+    std::string list = "[ProjectList]\r\nVX2D_PRJ_1 = Pipe\r\n";
+    for (std::size_t i = 0; i < others.size(); ++i)
+        list += "VX2D_PRJ_" + std::to_string(i + 2) + " = " + others[i] + "\r\n";
+    WriteBytes(Root() / "ProjectDatafile.ini", list);
+}
+
+std::int32_t CStandardOnDisk::Create(const std::wstring& name, int templateNumber, bool oldFormat) {
+    std::int32_t id = 0;
+    EXPECT_EQ(registry.CreateProject({name, 0, templateNumber, 0, oldFormat}, id), eProjectOk)
+        << name;
+    return id;
+}
+
+std::string CStandardOnDisk::Read(const std::string& name) const {
+    return ReadBytes(Folder() / name);
+}
+
+void CStandardOnDisk::Write(const std::string& name, const std::string& bytes) const {
+    WriteBytes(Folder() / name, bytes);
 }
 
 std::string ReadBytes(const fs::path& file) {
