@@ -3,7 +3,6 @@
 // leaves, and a line's spec lists.
 #include "contents/ProjectSpecs.h"
 #include "datafile/IniFile.h"
-#include "store/ClientRegistry.h"
 #include "store/ProjectRegistry.h"
 #include "support/TestSupport.h"
 
@@ -29,14 +28,7 @@ const std::string kRegister =
 class ProjectSpecsTest : public ::testing::Test, protected test::CStandardOnDisk {
 protected:
     void SetUp() override {
-        ListStandards({"Other", "Gone"});
-        fs::create_directories(Folder());
-        fs::create_directories(Root() / "Projects" / "VX2D_PRJ_2 - Other");
-        CVX2D_ClientRegistry clients(Datafiles());
-        std::int32_t id = 0;
-        std::wstring name;
-        ASSERT_TRUE(clients.CreateClient(id, name) && clients.CreateClient(id, name));
-        ASSERT_TRUE(clients.AddProjectToClient(1, 1));
+        ListStandardsWithClients();
         WriteBytes(Register(), kRegister);
     }
     fs::path Register() const { return Root() / "SpecDatafile.ini"; }

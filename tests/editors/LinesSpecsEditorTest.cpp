@@ -3,7 +3,6 @@
 // the close question write.
 #include "editors/LinesEditor.h"
 #include "editors/SpecsEditor.h"
-#include "store/ClientRegistry.h"
 #include "support/TestSupport.h"
 
 #include <filesystem>
@@ -22,14 +21,7 @@ namespace {
 class LinesSpecsEditorTest : public ::testing::Test, protected test::CStandardOnDisk {
 protected:
     void SetUp() override {
-        ListStandards({"Other", "Gone"});
-        fs::create_directories(Folder());
-        fs::create_directories(Root() / "Projects" / "VX2D_PRJ_2 - Other");
-        CVX2D_ClientRegistry clients(Datafiles());
-        std::int32_t id = 0;
-        std::wstring name;
-        ASSERT_TRUE(clients.CreateClient(id, name) && clients.CreateClient(id, name));
-        ASSERT_TRUE(clients.AddProjectToClient(1, 1));
+        ListStandardsWithClients();
         WriteBytes(Root() / "SpecDatafile.ini",
                    "[ClientSpecs]\r\nVX2D_SPEC_6 = VX2D_CLIENT_1\r\nVX2D_SPEC_9 = VX2D_CLIENT_2\r\n"
                    "[ProjectSpecs]\r\nVX2D_SPEC_7 = VX2D_PRJ_1\r\nVX2D_SPEC_8 = VX2D_PRJ_2\r\n"

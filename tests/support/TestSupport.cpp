@@ -1,6 +1,7 @@
 #include "support/TestSupport.h"
 
 #include "platform/Utf8.h"
+#include "store/ClientRegistry.h"
 
 #include <atomic>
 #include <chrono>
@@ -65,6 +66,17 @@ void CStandardOnDisk::ListStandards(const std::vector<std::string>& others) cons
     for (std::size_t i = 0; i < others.size(); ++i)
         list += "VX2D_PRJ_" + std::to_string(i + 2) + " = " + others[i] + "\r\n";
     WriteBytes(Root() / "ProjectDatafile.ini", list);
+}
+
+void CStandardOnDisk::ListStandardsWithClients() const {
+    ListStandards({"Other", "Gone"});
+    fs::create_directories(Folder());
+    fs::create_directories(Root() / "Projects" / "VX2D_PRJ_2 - Other");
+    CVX2D_ClientRegistry clients(Datafiles());
+    std::int32_t id = 0;
+    std::wstring name;
+    ASSERT_TRUE(clients.CreateClient(id, name) && clients.CreateClient(id, name));
+    ASSERT_TRUE(clients.AddProjectToClient(1, 1));
 }
 
 std::int32_t CStandardOnDisk::Create(const std::wstring& name, int templateNumber, bool oldFormat) {

@@ -112,6 +112,9 @@ public:
     // "ProjectDatafile.ini" listing standard 1 "Pipe", then standards 2, 3,
     // ... named `others`.
     void ListStandards(const std::vector<std::string>& others = {}) const;
+    // Standards 1 "Pipe" and 2 "Other" with folders and 3 "Gone" without,
+    // and clients 1 and 2 with Pipe under client 1.
+    void ListStandardsWithClients() const;
     // A new standard from template `templateNumber`; its id.
     std::int32_t Create(const std::wstring& name, int templateNumber = 1, bool oldFormat = false);
 
