@@ -44,14 +44,14 @@ std::wstring Render(const std::vector<CNavItem>& items) {
     return text;
 }
 
-class NavigatorTest : public ::testing::Test {
+class NavigatorTest : public ::testing::Test, protected test::CStandardOnDisk {
 protected:
     void SetUp() override {
         // Clients "Zeta" (1) holding "pipe" and "Alpha", "acme" (2) holding "Tank";
         // "Loose" belongs to no client; "Old" is deleted and belongs to Zeta.
         for (const wchar_t* name : {L"pipe", L"Alpha", L"Tank", L"Loose", L"Old"}) {
             std::int32_t id = 0;
-            ASSERT_EQ(projects.CreateProject({name, 0, -1, 0, false}, id), eProjectOk);
+            ASSERT_EQ(registry.CreateProject({name, 0, -1, 0, false}, id), eProjectOk);
         }
         std::int32_t id = 0;
         std::wstring name;
@@ -61,7 +61,7 @@ protected:
         clients.RenameClient(2, L"acme");
         for (auto [client, standard] : {std::pair{1, 1}, {1, 2}, {2, 3}, {1, 5}})
             clients.AddProjectToClient(client, standard);
-        ASSERT_EQ(projects.DeleteProject(5), eProjectOk);
+        ASSERT_EQ(registry.DeleteProject(5), eProjectOk);
         nav.Rebuild();
     }
 
@@ -78,15 +78,12 @@ protected:
         return texts;
     }
 
-    test::CDatafilesFixture fx;
     test::CTempDir config;
-    CIniRegistry registry{config.File(L"machine"), config.File(L"user")};
-    CProfile profile{registry};
-    test::CScriptedPrompter prompter;
-    CVX2D_ProjectRegistry projects{fx.Datafiles(), prompter};
-    CVX2D_ClientRegistry clients{fx.Datafiles()};
+    CIniRegistry machine{config.File(L"machine"), config.File(L"user")};
+    CProfile profile{machine};
+    CVX2D_ClientRegistry clients{Datafiles()};
     CFakeOwner owner;
-    CNavigatorController nav{projects, clients, profile, prompter, owner};
+    CNavigatorController nav{registry, clients, profile, prompter, owner};
 };
 
 TEST_F(NavigatorTest, BuildsSortedClientsWithTheirStandardsAndShowsDeletedOnlyWhenAsked) {
@@ -104,7 +101,7 @@ TEST_F(NavigatorTest, RefreshKeepsTheSelectionOrItsNearestSurvivingAncestor) {
     EXPECT_EQ(profile.GetInt(L"ProjectNavigator", L"SelectedProject", 0), 1);
     nav.Execute(eCmdRefresh);
     EXPECT_EQ(nav.Tree().PathOf(nav.Selection()), (std::vector<std::wstring>{L"Zeta", L"pipe"}));
-    ASSERT_EQ(projects.RenameProject(1, L"Tube"), eProjectOk);
+    ASSERT_EQ(registry.RenameProject(1, L"Tube"), eProjectOk);
     nav.Execute(eCmdRefresh);
     EXPECT_EQ(nav.Tree().PathOf(nav.Selection()), (std::vector<std::wstring>{L"Zeta"}));
 }
@@ -173,7 +170,7 @@ TEST_F(NavigatorTest, NewClientIsInsertedSortedAndNamedByEditingItsLabel) {
 }
 
 TEST_F(NavigatorTest, RenameSaysWhatFailedAndKeepsTheOldLabel) {
-    const std::string before = test::ReadBytes(fx.Dir().Path() / "ProjectDatafile.ini");
+    const std::string before = test::ReadBytes(Root() / "ProjectDatafile.ini");
     nav.Select(Item({L"Zeta", L"pipe"}));
     nav.Execute(eCmdRenameStandard);
     EXPECT_FALSE(nav.EndLabelEdit(L"pipe")) << "the same text renames nothing";
@@ -181,7 +178,7 @@ TEST_F(NavigatorTest, RenameSaysWhatFailedAndKeepsTheOldLabel) {
     EXPECT_FALSE(nav.EndLabelEdit(std::nullopt));
     nav.Execute(eCmdRenameStandard);
     EXPECT_FALSE(nav.EndLabelEdit(L"a/b"));
-    EXPECT_EQ(test::ReadBytes(fx.Dir().Path() / "ProjectDatafile.ini"), before);
+    EXPECT_EQ(test::ReadBytes(Root() / "ProjectDatafile.ini"), before);
     nav.Select(Item({L"Zeta"}));
     nav.Execute(eCmdRenameClient);
     EXPECT_FALSE(nav.EndLabelEdit(L"\u20acuro"));
@@ -225,7 +222,7 @@ TEST_F(NavigatorTest, MarkDeletedRemovesOrGreysTheItemAndRecoverBringsItBack) {
     prompter.answers = {EPromptAnswer::Yes};
     nav.Execute(eCmdDeleteStandard);
     EXPECT_EQ(nav.SelectionKind(), eNavDeleted) << "shown deleted standards keep their item";
-    EXPECT_EQ(projects.GetProjectName(4, false, true), L"Loose");
+    EXPECT_EQ(registry.GetProjectName(4, false, true), L"Loose");
 }
 
 TEST_F(NavigatorTest, PurgeNeedsTwoYesAnswersAndTakesTheStandardOffItsClient) {
@@ -233,7 +230,7 @@ TEST_F(NavigatorTest, PurgeNeedsTwoYesAnswersAndTakesTheStandardOffItsClient) {
     nav.Select(Item({L"Zeta", L"Old"}));
     prompter.answers = {EPromptAnswer::Yes, EPromptAnswer::No};
     nav.Execute(eCmdPurgeStandard);
-    EXPECT_EQ(projects.GetProjectName(5, false, true), L"Old");
+    EXPECT_EQ(registry.GetProjectName(5, false, true), L"Old");
     EXPECT_EQ(Texts(), (std::vector<std::wstring>{
                            L"Are you sure you want to purge the standard 'Old'?",
                            L"This will permanently delete standard 'Old'!\n\nThe only way to "
@@ -245,7 +242,7 @@ TEST_F(NavigatorTest, PurgeNeedsTwoYesAnswersAndTakesTheStandardOffItsClient) {
 
     prompter.answers = {EPromptAnswer::Yes, EPromptAnswer::Yes};
     nav.Execute(eCmdPurgeStandard);
-    EXPECT_EQ(projects.GetProjectName(5, true, true), L"");
+    EXPECT_EQ(registry.GetProjectName(5, true, true), L"");
     EXPECT_EQ(Item({L"Zeta", L"Old"}), 0u);
     EXPECT_EQ(clients.GetClientProjectIds(1), (std::vector<std::int32_t>{1, 2}));
 }
@@ -263,8 +260,8 @@ TEST_F(NavigatorTest, DroppingMovesAStandardBetweenClients) {
     EXPECT_EQ(clients.GetClientProjectIds(1), (std::vector<std::int32_t>{1, 2, 5}));
 
     // A client datafile that cannot be read refuses the move.
-    fs::remove(fx.Dir().Path() / "ClientDatafile.ini");
-    fs::create_directory(fx.Dir().Path() / "ClientDatafile.ini");
+    fs::remove(Root() / "ClientDatafile.ini");
+    fs::create_directory(Root() / "ClientDatafile.ini");
     nav.Drop(Item({L"Loose"}), Item({L"acme"}));
     ASSERT_EQ(Texts().size(), 1u);
     EXPECT_TRUE(Texts()[0].starts_with(L"Error moving project.\n\n'")) << test::P(Texts()[0]);

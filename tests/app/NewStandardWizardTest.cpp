@@ -8,7 +8,7 @@
 
 namespace {
 
-class NewStandardWizardTest : public ::testing::Test {
+class NewStandardWizardTest : public ::testing::Test, protected test::CStandardOnDisk {
 protected:
     void SetUp() override {
         profile.SetString(L"NewProject", L"SettingFlowFolder", L"/d/Drawings/");
@@ -18,19 +18,14 @@ protected:
         clients.CreateClient(id, name);
     }
     std::string File(std::int32_t id, const wchar_t* name) {
-        std::wstring folder;
-        EXPECT_EQ(projects.GetProjectFolder(id, folder), eProjectOk);
-        return test::ReadBytes(test::P(folder + name));
+        return test::ReadBytes(FolderOf(id) / test::P(name));
     }
 
-    test::CDatafilesFixture fx;
     test::CTempDir config;
-    CIniRegistry registry{config.File(L"machine"), config.File(L"user")};
-    CProfile profile{registry};
-    test::CScriptedPrompter prompter;
-    CVX2D_ProjectRegistry projects{fx.Datafiles(), prompter};
-    CVX2D_ClientRegistry clients{fx.Datafiles()};
-    CNewStandardWizard wizard{projects, clients, profile};
+    CIniRegistry machine{config.File(L"machine"), config.File(L"user")};
+    CProfile profile{machine};
+    CVX2D_ClientRegistry clients{Datafiles()};
+    CNewStandardWizard wizard{registry, clients, profile};
 };
 
 TEST_F(NewStandardWizardTest, ProposesTheDefaultNameAndTheLastFolders) {
@@ -51,26 +46,26 @@ TEST_F(NewStandardWizardTest, FinishWritesUnitsFoldersAndTheFirstLine) {
     choice.displayedUnits = 3;
     choice.source = CNewStandardWizard::eImperialTemplate;
     choice.drawings = wizard.DrawingsFoldersFor(L"Plant");
-    choice.drawings[1] = fx.Dir().Text() + L"Drawings/Plant/Flow/";
+    choice.drawings[1] = RootText() + L"Drawings/Plant/Flow/";
     std::wstring message;
     const std::int32_t id = wizard.Finish(choice, message);
     ASSERT_EQ(id, 1) << std::string(message.begin(), message.end());
     EXPECT_EQ(clients.GetClientProjectIds(1), std::vector<std::int32_t>{1});
     CVX2D_GeneralSettings general;
-    ASSERT_TRUE(general.Load(projects, id));
+    ASSERT_TRUE(general.Load(registry, id));
     EXPECT_EQ(general.m_nWorkingUnits, 1);
     EXPECT_EQ(general.m_nDisplayedUnits, 3);
-    EXPECT_EQ(general.GetDrawingsLocation(2), fx.Dir().Text() + L"Drawings/Plant/Flow/");
+    EXPECT_EQ(general.GetDrawingsLocation(2), RootText() + L"Drawings/Plant/Flow/");
     EXPECT_EQ(general.m_strBordersLocation, L"/d/Borders/");
-    EXPECT_TRUE(std::filesystem::is_directory(fx.Dir().Path() / "Drawings" / "Plant" / "Flow"));
+    EXPECT_TRUE(std::filesystem::is_directory(Root() / "Drawings" / "Plant" / "Flow"));
     EXPECT_EQ(File(id, L"Lines.ini"), "[LineList]\r\nVX2D_LINE_1 = Line 1\r\n");
     // The next standard starts from the drawings folder this one used.
-    EXPECT_EQ(wizard.Proposal(0).drawings[1], fx.Dir().Text() + L"Drawings/Standard 2/Flow/");
+    EXPECT_EQ(wizard.Proposal(0).drawings[1], RootText() + L"Drawings/Standard 2/Flow/");
 }
 
 TEST_F(NewStandardWizardTest, ACopyTakesTheChosenNameAndClient) {
     std::int32_t source = 0;
-    ASSERT_EQ(projects.CreateProject({L"Pipe", 0, 1, 0, false}, source), eProjectOk);
+    ASSERT_EQ(registry.CreateProject({L"Pipe", 0, 1, 0, false}, source), eProjectOk);
     auto choice = wizard.Proposal(1);
     choice.name = L"Pipe Rev B";
     choice.source = CNewStandardWizard::eCopyOfStandard;
@@ -78,13 +73,13 @@ TEST_F(NewStandardWizardTest, ACopyTakesTheChosenNameAndClient) {
     std::wstring message;
     const std::int32_t id = wizard.Finish(choice, message);
     EXPECT_EQ(message, L"");
-    EXPECT_EQ(projects.GetProjectName(id, true, false), L"Pipe Rev B");
+    EXPECT_EQ(registry.GetProjectName(id, true, false), L"Pipe Rev B");
     EXPECT_EQ(clients.GetClientProjectIds(1), std::vector<std::int32_t>{id});
 
     choice.name = L"x|y";
     EXPECT_EQ(wizard.Finish(choice, message), 0);
     EXPECT_EQ(message, L"Error creating new standard 'x|y'\n\nInvalid name");
-    EXPECT_EQ(projects.GetProjectIds(true, true).size(), 2u)
+    EXPECT_EQ(registry.GetProjectIds(true, true).size(), 2u)
         << "nothing is copied under a refused name";
 }
 

@@ -2,9 +2,9 @@
 // round trip, old ".xpj" exports, archives that try to escape, files that are
 // no archives and the limits of one import.
 #include "app/StandardTransfer.h"
-#include "store/IniRegistry.h"
 #include "platform/Utf8.h"
 #include "store/ClientRegistry.h"
+#include "store/IniRegistry.h"
 #include "support/TestSupport.h"
 
 #include <algorithm>
@@ -77,21 +77,11 @@ void Patch(const fs::path& archive, std::size_t entry, EField field, std::uint32
 }
 
 // A datafiles folder with the import around it.
-struct SWorld {
-    fs::path FolderOf(std::int32_t id) {
-        std::wstring folder;
-        EXPECT_EQ(projects.GetProjectFolder(id, folder), eProjectOk);
-        return test::P(folder);
-    }
-    std::int32_t Create(const std::wstring& name) {
-        std::int32_t id = 0;
-        EXPECT_EQ(projects.CreateProject({name, 0, 1, 0, false}, id), eProjectOk);
-        return id;
-    }
+struct SWorld : test::CStandardOnDisk {
     // The standards, active and deleted, as "id name".
     std::vector<std::wstring> Standards() {
         std::vector<SProjectInfo> list;
-        EXPECT_EQ(projects.ListProjects(true, true, list), eProjectOk);
+        EXPECT_EQ(registry.ListProjects(true, true, list), eProjectOk);
         std::vector<std::wstring> names;
         for (const auto& standard : list)
             names.push_back(std::to_wstring(standard.id) + L" " + standard.name);
@@ -100,7 +90,7 @@ struct SWorld {
     std::vector<std::string> Folders() {
         std::vector<std::string> names;
         std::error_code ec; // no "Projects" folder before the first standard
-        for (const auto& entry : fs::directory_iterator(fx.Dir().Path() / "Projects", ec))
+        for (const auto& entry : fs::directory_iterator(Root() / "Projects", ec))
             names.push_back(entry.path().filename().string());
         std::sort(names.begin(), names.end());
         return names;
@@ -110,14 +100,11 @@ struct SWorld {
         return L"Error importing '" + platform::FromPath(Outside(file)) + L"'\n\n" + why;
     }
 
-    test::CDatafilesFixture fx;
     test::CTempDir config, outside;
-    CIniRegistry registry{config.File(L"machine"), config.File(L"user")};
-    CProfile profile{registry};
-    test::CScriptedPrompter prompter;
-    CVX2D_ProjectRegistry projects{fx.Datafiles(), prompter};
-    CVX2D_ClientRegistry clients{fx.Datafiles()};
-    CStandardTransfer transfer{projects, profile, prompter};
+    CIniRegistry machine{config.File(L"machine"), config.File(L"user")};
+    CProfile profile{machine};
+    CVX2D_ClientRegistry clients{Datafiles()};
+    CStandardTransfer transfer{registry, profile, prompter};
 };
 
 class StandardTransferTest : public ::testing::Test, protected SWorld {};
@@ -160,7 +147,7 @@ TEST_F(StandardTransferTest, ExportThenImportGivesTheSameTree) {
     EXPECT_EQ(imported[0].name, L"Pipe");
     EXPECT_EQ(imported[1].id, 3) << "the same file twice gives two standards";
     EXPECT_EQ(Files(FolderOf(imported[1].id)), Files(FolderOf(id)));
-    EXPECT_EQ(ReadBytes(fx.Dir().Path() / "LineDatafile.ini"), "[General]\r\nLastLineId = 90\r\n");
+    EXPECT_EQ(ReadBytes(Root() / "LineDatafile.ini"), "[General]\r\nLastLineId = 90\r\n");
     EXPECT_EQ(transfer.ImportFolder(), outside.Text());
     EXPECT_TRUE(prompter.asked.empty());
 }
@@ -219,7 +206,7 @@ TEST_F(StandardTransferTest, HostileEntriesAreSkippedAndReported) {
     EXPECT_EQ(Files(FolderOf(imported[0].id)),
               (std::map<std::string, std::string>{{"ok/good.txt", "good"}}));
     EXPECT_EQ(Files(outside.Path()).size(), 1u) << "nothing landed beside the archive";
-    EXPECT_FALSE(fs::exists(fx.Dir().Path() / "Projects" / "escaped.txt"));
+    EXPECT_FALSE(fs::exists(Root() / "Projects" / "escaped.txt"));
     ASSERT_EQ(prompter.asked.size(), 1u);
     EXPECT_EQ(prompter.asked[0].text,
               L"Some files were not imported:\nEvil: ../escaped.txt: unsafe name\n"
@@ -446,7 +433,7 @@ TEST(StandardTransferLimits, HoldForTheWholeImport) {
         EXPECT_EQ(world.Folders().size(), made) << c.label;
         std::uint64_t bytes = 0, count = 0;
         for (const auto& folder : world.Folders()) {
-            for (const auto& [name, content] : Files(world.fx.Dir().Path() / "Projects" / folder)) {
+            for (const auto& [name, content] : Files(world.Root() / "Projects" / folder)) {
                 bytes += content.size();
                 ++count;
             }
@@ -499,7 +486,7 @@ TEST_F(StandardTransferTest, ACancelRemovesTheStandardBeingImportedAndEndsTheImp
 }
 
 TEST_F(StandardTransferTest, AnExistingFolderWithTheNewNameKeepsItsFiles) {
-    const fs::path existing = fx.Dir().Path() / "Projects" / "VX2D_PRJ_1 - Pipe";
+    const fs::path existing = Folder();
     WriteBytes(existing / "Sub" / "keep.txt", "keep");
     WriteBytes(existing / "x.txt", "mine");
     const auto before = Files(existing);

@@ -13,14 +13,12 @@ using test::WriteBytes;
 
 namespace {
 
-class ProjectBordersTest : public ::testing::Test {
+class ProjectBordersTest : public ::testing::Test, protected test::CStandardOnDisk {
 protected:
     void SetUp() override {
-        WriteBytes(dir.Path() / "ProjectDatafile.ini",
-                   "[ProjectList]\r\nVX2D_PRJ_1 = Pipe\r\nVX2D_PRJ_2 = No folder\r\n");
+        ListStandards({"No folder"});
         fs::create_directories(Folder());
     }
-    fs::path Folder() const { return dir.Path() / "Projects" / "VX2D_PRJ_1 - Pipe"; }
     fs::path File() const { return Folder() / "Borders.ini"; }
 
     CVX2D_ProjectBorders Loaded() const {
@@ -28,11 +26,6 @@ protected:
         borders.Load(borders.GetFilePath());
         return borders;
     }
-
-    test::CTempDir dir;
-    CVX2D_Datafiles datafiles{dir.Text()};
-    test::CScriptedPrompter prompter;
-    CVX2D_ProjectRegistry registry{datafiles, prompter};
 };
 
 TEST_F(ProjectBordersTest, WithoutAFileTheDefaultsShow) {
@@ -158,7 +151,7 @@ TEST_F(ProjectBordersTest, WithoutAFolderNothingIsWritten) {
         EXPECT_TRUE(borders->IsModified());
         EXPECT_EQ(borders->GetBorderFile(eDwgA), L"x.dwg");
     }
-    EXPECT_FALSE(fs::exists(dir.Path() / "Projects" / "VX2D_PRJ_2 - No folder"));
+    EXPECT_FALSE(fs::exists(Root() / "Projects" / "VX2D_PRJ_2 - No folder"));
 
     // A value a datafile cannot hold fails the save and leaves the file.
     WriteBytes(File(), "[Border]\r\nA = a.dwg\r\n");

@@ -126,14 +126,12 @@ TEST(ProjectLayersDefaultsTest, DescriptionsKeysAndColourTexts) {
     EXPECT_EQ(L::FormatColor({{1, 2, 3}, 0}), L"1,2,3,0");
 }
 
-class ProjectLayersTest : public ::testing::Test {
+class ProjectLayersTest : public ::testing::Test, protected test::CStandardOnDisk {
 protected:
     void SetUp() override {
-        WriteBytes(dir.Path() / "ProjectDatafile.ini",
-                   "[ProjectList]\r\nVX2D_PRJ_1 = Pipe\r\nVX2D_PRJ_2 = No folder\r\n");
+        ListStandards({"No folder"});
         fs::create_directories(Folder());
     }
-    fs::path Folder() const { return dir.Path() / "Projects" / "VX2D_PRJ_1 - Pipe"; }
     fs::path File() const { return Folder() / "Layers.ini"; }
 
     L Loaded(int application, int version) const {
@@ -141,11 +139,6 @@ protected:
         layers.Load(layers.GetFilePath());
         return layers;
     }
-
-    test::CTempDir dir;
-    CVX2D_Datafiles datafiles{dir.Text()};
-    test::CScriptedPrompter prompter;
-    CVX2D_ProjectRegistry registry{datafiles, prompter};
 };
 
 TEST_F(ProjectLayersTest, TheFileOverlaysTheApplicationsOwnSections) {
@@ -315,7 +308,7 @@ TEST_F(ProjectLayersTest, ASuccessfulSaveClearsTheChangesAndAFailedOneKeepsThem)
         EXPECT_FALSE(other.Save());
         EXPECT_TRUE(other.IsModified());
     }
-    EXPECT_FALSE(fs::exists(dir.Path() / "Projects" / "VX2D_PRJ_2 - No folder"));
+    EXPECT_FALSE(fs::exists(Root() / "Projects" / "VX2D_PRJ_2 - No folder"));
 }
 
 } // namespace

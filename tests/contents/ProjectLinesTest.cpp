@@ -20,23 +20,15 @@ std::string CounterAt(int last) {
 }
 
 // Standard 1 "Pipe" with a folder, standard 2 without.
-class ProjectLinesTest : public ::testing::Test {
+class ProjectLinesTest : public ::testing::Test, protected test::CStandardOnDisk {
 protected:
     void SetUp() override {
-        WriteBytes(Root() / "ProjectDatafile.ini",
-                   "[ProjectList]\r\nVX2D_PRJ_1 = Pipe\r\nVX2D_PRJ_2 = No folder\r\n");
+        ListStandards({"No folder"});
         fs::create_directories(Folder());
     }
-    fs::path Root() const { return fx.Dir().Path(); }
-    fs::path Folder() const { return Root() / "Projects" / "VX2D_PRJ_1 - Pipe"; }
-    std::string Lines() const { return ReadBytes(Folder() / "Lines.ini"); }
-    void SetLines(const std::string& bytes) const { WriteBytes(Folder() / "Lines.ini", bytes); }
     std::string Counter() const { return ReadBytes(Root() / "LineDatafile.ini"); }
     void SetCounter(int last) const { WriteBytes(Root() / "LineDatafile.ini", CounterAt(last)); }
 
-    test::CDatafilesFixture fx;
-    test::CScriptedPrompter prompter;
-    CVX2D_ProjectRegistry registry{fx.Datafiles(), prompter};
     CVX2D_ProjectLines lines{registry};
 };
 
@@ -74,12 +66,12 @@ TEST_F(ProjectLinesTest, CreateTakesTheNextIdAndAdvancesPastTakenNames) {
         SCOPED_TRACE(before);
         fs::remove(Folder() / "Lines.ini");
         if (!before.empty())
-            SetLines(before);
+            Write("Lines.ini", before);
         SetCounter(41);
         ASSERT_EQ(lines.CreateLine(1, id, name), eLineOk);
         EXPECT_EQ(id, newId);
         EXPECT_EQ(name, newName);
-        EXPECT_EQ(Lines(), after);
+        EXPECT_EQ(Read("Lines.ini"), after);
         EXPECT_EQ(Counter(), CounterAt(newId));
     }
     // A name of the caller's: checked before an id is taken.
@@ -91,7 +83,7 @@ TEST_F(ProjectLinesTest, CreateTakesTheNextIdAndAdvancesPastTakenNames) {
 }
 
 TEST_F(ProjectLinesTest, DeleteRecoverAndRenameMoveKeysBetweenTheLists) {
-    SetLines("[LineList]\r\nVX2D_LINE_7 = Main\r\nVX2D_LINE_8 = Drain\r\n");
+    Write("Lines.ini", "[LineList]\r\nVX2D_LINE_7 = Main\r\nVX2D_LINE_8 = Drain\r\n");
     const std::string deleted7 = "[DeletedLines]\r\nVX2D_LINE_7 = Main\r\n\r\n[LineList]\r\n";
     const std::string bothLive = "[LineList]\r\nVX2D_LINE_7 = Main\r\nVX2D_LINE_8 = Vent\r\n";
     const std::tuple<const char*, std::function<ELineResult()>, ELineResult, std::string> steps[] =
@@ -115,14 +107,15 @@ TEST_F(ProjectLinesTest, DeleteRecoverAndRenameMoveKeysBetweenTheLists) {
     for (const auto& [what, op, result, after] : steps) {
         SCOPED_TRACE(what);
         EXPECT_EQ(op(), result);
-        EXPECT_EQ(Lines(), after);
+        EXPECT_EQ(Read("Lines.ini"), after);
     }
     EXPECT_FALSE(fs::exists(Root() / "LineDatafile.ini"));
 }
 
 TEST_F(ProjectLinesTest, GetLinesListsLiveThenDeletedInFileOrder) {
-    SetLines("[LineList]\r\nVX2D_LINE_9 = B\r\nVX2D_LINE_10 = A\r\nVX2D_LINE_11 = \r\nJunk = J\r\n"
-             "[DeletedLines]\r\nVX2D_LINE_3 = C\r\n");
+    Write("Lines.ini",
+          "[LineList]\r\nVX2D_LINE_9 = B\r\nVX2D_LINE_10 = A\r\nVX2D_LINE_11 = \r\nJunk = J\r\n"
+          "[DeletedLines]\r\nVX2D_LINE_3 = C\r\n");
     SLineList list;
     ASSERT_EQ(lines.GetLines(1, list), eLineOk);
     EXPECT_EQ(list.names, (std::vector<std::wstring>{L"B", L"A"}));
@@ -163,7 +156,7 @@ TEST_F(ProjectLinesTest, CreateGivesUpWithoutWritingWhileAnotherHoldsTheCounter)
     CVX2D_FileLock::SetWaitLimit(std::chrono::milliseconds(200));
     SetCounter(5);
     CVX2D_FileLock other;
-    ASSERT_TRUE(other.Acquire(fx.Datafiles().LineDatafile()));
+    ASSERT_TRUE(other.Acquire(Datafiles().LineDatafile()));
     std::int32_t id = 0;
     std::wstring name;
     EXPECT_EQ(lines.CreateLine(1, id, name), eLineCantOpenDatafile);
@@ -177,11 +170,11 @@ TEST_F(ProjectLinesTest, RepairAndCopyRaiseTheCounterToTheHighestLiveLine) {
     const std::string bytes = "[DeletedLines]\r\nVX2D_LINE_120 = Old\r\n\r\n"
                               "[LineList]\r\nVX2D_LINE_90 = A\r\nVX2D_LINE_12 = B\r\n";
     for (const auto& [before, after] : {std::pair{50, 90}, std::pair{95, 95}}) {
-        SetLines(bytes);
+        Write("Lines.ini", bytes);
         SetCounter(before);
         EXPECT_EQ(lines.RepairLastLineId(1), eLineOk);
         EXPECT_EQ(Counter(), CounterAt(after)) << before;
-        EXPECT_EQ(Lines(), bytes);
+        EXPECT_EQ(Read("Lines.ini"), bytes);
     }
     SetCounter(50);
     std::int32_t newId = 0;

@@ -24,14 +24,12 @@ std::string Settings(const std::string& lines) {
 
 // Standards 1 "Pipe" (given its General.ini per test) and 2 "Lost" (listed,
 // without a folder).
-class ProjectSettingsTest : public ::testing::Test {
+class ProjectSettingsTest : public ::testing::Test, protected test::CStandardOnDisk {
 protected:
     void SetUp() override {
-        WriteBytes(dir.Path() / "ProjectDatafile.ini",
-                   "[ProjectList]\r\nVX2D_PRJ_1 = Pipe\r\nVX2D_PRJ_2 = Lost\r\n");
+        ListStandards({"Lost"});
         Standard(2023, 0, 0);
     }
-    fs::path Folder() const { return dir.Path() / "Projects" / "VX2D_PRJ_1 - Pipe"; }
     // General.ini of standard 1; a version of 0 leaves "ProjectVersion" out.
     void Standard(int version, int working, int displayed) {
         std::string bytes;
@@ -57,10 +55,6 @@ protected:
         return texts;
     }
 
-    test::CTempDir dir;
-    CVX2D_Datafiles datafiles{dir.Text()};
-    test::CScriptedPrompter prompter;
-    CVX2D_ProjectRegistry registry{datafiles, prompter};
     int units = 0;
 };
 
@@ -318,7 +312,7 @@ TEST_F(ProjectSettingsTest, AStandardWithoutAFolderLoadsNothingAndCannotSave) {
         EXPECT_FALSE(settings->Save());
         EXPECT_TRUE(settings->IsModified());
     }
-    EXPECT_FALSE(fs::exists(dir.Path() / "Projects" / "VX2D_PRJ_2 - Lost"));
+    EXPECT_FALSE(fs::exists(Root() / "Projects" / "VX2D_PRJ_2 - Lost"));
 }
 
 TEST_F(ProjectSettingsTest, LoadingFromGeneralSettingsAlreadyRead) {

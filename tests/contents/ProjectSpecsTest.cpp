@@ -3,7 +3,6 @@
 // leaves, and a line's spec lists.
 #include "contents/ProjectSpecs.h"
 #include "datafile/IniFile.h"
-#include "store/ClientRegistry.h"
 #include "store/ProjectRegistry.h"
 #include "support/TestSupport.h"
 
@@ -26,28 +25,14 @@ const std::string kRegister =
     "VX2D_SPEC_9 = Client B\r\n";
 
 // Standards 1 "Pipe" (under client 1) and 2 "Other" with folders, 3 without.
-class ProjectSpecsTest : public ::testing::Test {
+class ProjectSpecsTest : public ::testing::Test, protected test::CStandardOnDisk {
 protected:
     void SetUp() override {
-        WriteBytes(Root() / "ProjectDatafile.ini", "[ProjectList]\r\nVX2D_PRJ_1 = Pipe\r\n"
-                                                   "VX2D_PRJ_2 = Other\r\nVX2D_PRJ_3 = Gone\r\n");
-        fs::create_directories(Folder());
-        fs::create_directories(Root() / "Projects" / "VX2D_PRJ_2 - Other");
-        CVX2D_ClientRegistry clients(fx.Datafiles());
-        std::int32_t id = 0;
-        std::wstring name;
-        ASSERT_TRUE(clients.CreateClient(id, name) && clients.CreateClient(id, name));
-        ASSERT_TRUE(clients.AddProjectToClient(1, 1));
+        ListStandardsWithClients();
         WriteBytes(Register(), kRegister);
     }
-    fs::path Root() const { return fx.Dir().Path(); }
     fs::path Register() const { return Root() / "SpecDatafile.ini"; }
-    fs::path Folder() const { return Root() / "Projects" / "VX2D_PRJ_1 - Pipe"; }
-    std::string Specs() const { return ReadBytes(Folder() / "Specs.ini"); }
 
-    test::CDatafilesFixture fx;
-    test::CScriptedPrompter prompter;
-    CVX2D_ProjectRegistry registry{fx.Datafiles(), prompter};
     CVX2D_ProjectSpecs specs{registry};
 };
 
@@ -86,7 +71,7 @@ TEST_F(ProjectSpecsTest, CheckAndUncheckOnlySpecsTheStandardMayUse) {
     for (const auto& [what, op, result, after] : steps) {
         SCOPED_TRACE(what);
         EXPECT_EQ(op(), result);
-        EXPECT_EQ(Specs(), after);
+        EXPECT_EQ(Read("Specs.ini"), after);
     }
     std::vector<std::int32_t> ids;
     std::vector<std::wstring> names;
@@ -157,11 +142,12 @@ TEST_F(ProjectSpecsTest, LineSpecListsStartFromTheCheckedSpecsPerApplication) {
     // A line that has its list keeps it.
     EXPECT_EQ(specs.CreateLineSpecList(1, 1, 2), eSpecOk);
     EXPECT_EQ(specs.CreateLineSpecList(1, 2, 2), eSpecOk);
-    EXPECT_EQ(Specs(), "[LineSpecs - ELECTRIC]\r\nVX2D_LINE_1 = VX2D_SPEC_5,VX2D_SPEC_7\r\n\r\n"
-                       "[LineSpecs - ISOMETRIC]\r\nVX2D_LINE_1 = VX2D_SPEC_5,VX2D_SPEC_7\r\n\r\n"
-                       "[LineSpecs - PID]\r\nVX2D_LINE_1 = VX2D_SPEC_5,VX2D_SPEC_7\r\n"
-                       "VX2D_LINE_2 = VX2D_SPEC_5\r\n\r\n"
-                       "[SpecList]\r\nVX2D_SPEC_5 = CS150\r\n");
+    EXPECT_EQ(Read("Specs.ini"),
+              "[LineSpecs - ELECTRIC]\r\nVX2D_LINE_1 = VX2D_SPEC_5,VX2D_SPEC_7\r\n\r\n"
+              "[LineSpecs - ISOMETRIC]\r\nVX2D_LINE_1 = VX2D_SPEC_5,VX2D_SPEC_7\r\n\r\n"
+              "[LineSpecs - PID]\r\nVX2D_LINE_1 = VX2D_SPEC_5,VX2D_SPEC_7\r\n"
+              "VX2D_LINE_2 = VX2D_SPEC_5\r\n\r\n"
+              "[SpecList]\r\nVX2D_SPEC_5 = CS150\r\n");
     std::vector<std::int32_t> ids;
     ASSERT_EQ(specs.GetLineSpecList(1, 1, 3, ids), eSpecOk);
     EXPECT_EQ(ids, (std::vector<std::int32_t>{5, 7}));

@@ -3,8 +3,8 @@
 // files left in the folder and the texts shown to the user.
 #include "editors/DrawingsManager.h"
 #include "datafile/Text.h"
-#include "store/IniRegistry.h"
 #include "platform/Utf8.h"
+#include "store/IniRegistry.h"
 #include "support/TestSupport.h"
 
 #include <algorithm>
@@ -20,14 +20,14 @@ namespace {
 
 // Standard 1 "Pipe" whose ISOMETRIC drawings live in "dwg/" and templates in
 // "tpl/"; the program itself runs from "bin/".
-class DrawingsManagerTest : public ::testing::Test {
+class DrawingsManagerTest : public ::testing::Test, protected test::CStandardOnDisk {
 protected:
     void SetUp() override {
-        WriteBytes(dir.Path() / "ProjectDatafile.ini", "[ProjectList]\r\nVX2D_PRJ_1 = Pipe\r\n");
+        ListStandards();
         WriteBytes(Folder() / "General.ini",
                    "[Drawings Location]\r\nISOMETRIC = " + Drawings().string() +
                        "\r\n\r\n[General]\r\nProjectVersion = 2023\r\nTemplatesLocation = " +
-                       (dir.Path() / "tpl").string() + "\r\n");
+                       (Root() / "tpl").string() + "\r\n");
         fs::create_directories(Drawings());
         shell.open = [this](const std::wstring& verb, const std::wstring& target) {
             calls.push_back(verb + L" " + target);
@@ -40,12 +40,11 @@ protected:
         };
         shell.executablePath = [this] { return exe; };
     }
-    fs::path Folder() const { return dir.Path() / "Projects" / "VX2D_PRJ_1 - Pipe"; }
-    fs::path Drawings() const { return dir.Path() / "dwg"; }
+    fs::path Drawings() const { return Root() / "dwg"; }
     // A path under the test's folder, written with "/" between names.
     std::wstring In(std::wstring relative) const {
         std::replace(relative.begin(), relative.end(), L'/', kPathSeparator);
-        return dir.Text() + relative;
+        return RootText() + relative;
     }
     void Files(const std::vector<std::string>& names) {
         for (const auto& name : names)
@@ -73,10 +72,7 @@ protected:
         return opened;
     }
 
-    test::CTempDir dir, config;
-    CVX2D_Datafiles datafiles{dir.Text()};
-    test::CScriptedPrompter prompter;
-    CVX2D_ProjectRegistry registry{datafiles, prompter};
+    test::CTempDir config;
     CIniRegistry machine{config.File(L"machine"), config.File(L"user")};
     CInstallation installation{machine};
     CProfile profile{machine};
@@ -155,8 +151,8 @@ TEST_F(DrawingsManagerTest, DeleteAsksOnceAndUnlistsOnlyWhatWasDeleted) {
 }
 
 TEST_F(DrawingsManagerTest, NewDrawingCopiesTheTemplateToTheFirstFreeDrawingNumber) {
-    WriteBytes(dir.Path() / "bin" / "acad.dwt", "acad template");
-    WriteBytes(dir.Path() / "tpl" / "iso.dwt", "iso template");
+    WriteBytes(Root() / "bin" / "acad.dwt", "acad template");
+    WriteBytes(Root() / "tpl" / "iso.dwt", "iso template");
     // Variable 44 (nullptr: no settings file, "acad"), the program's path, and
     // the new drawing's bytes or the message shown instead.
     const std::tuple<const char*, std::wstring, std::string, std::wstring> cases[] = {
@@ -256,8 +252,8 @@ TEST_F(DrawingsManagerTest, OpeningUsesTheLauncherOnlyWhenEverythingIsInPlace) {
     const std::wstring common = In(L"net/Crafter/Common/");
     const std::wstring desktop = In(L"desk/");
     const std::wstring file = In(L"dwg/Pump.dwg");
-    WriteBytes(dir.Path() / "net" / "Crafter" / "Common" / "VANDIX 2D.exe", "x");
-    WriteBytes(dir.Path() / "desk" / "ISOMETRIC.lnk", "x");
+    WriteBytes(Root() / "net" / "Crafter" / "Common" / "VANDIX 2D.exe", "x");
+    WriteBytes(Root() / "desk" / "ISOMETRIC.lnk", "x");
     const std::wstring shellFolders =
         L"Software\\Microsoft\\Windows\\CurrentVersion\\Explorer\\Shell Folders";
     const std::wstring launched = L"start " + common +
@@ -307,7 +303,7 @@ TEST_F(DrawingsManagerTest, OpeningUsesTheLauncherOnlyWhenEverythingIsInPlace) {
     }
     // Without the shortcut or the program the file is opened directly.
     for (const char* missing : {"desk/ISOMETRIC.lnk", "net/Crafter/Common/VANDIX 2D.exe"}) {
-        fs::remove(dir.Path() / missing);
+        fs::remove(Root() / missing);
         EXPECT_EQ(Opened()->OpenDecision(L"Pump").kind, SDrawingLaunch::eShellOpen) << missing;
     }
     calls.clear();

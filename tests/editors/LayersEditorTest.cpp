@@ -45,15 +45,14 @@ void ExpectWholeSet(const fs::path& file, const std::wstring& prefix, std::size_
 namespace {
 
 // Standard 1 "Pipe", version 2023, metric.
-class LayersEditorTest : public ::testing::Test {
+class LayersEditorTest : public ::testing::Test, protected test::CStandardOnDisk {
 protected:
     void SetUp() override {
-        WriteBytes(dir.Path() / "ProjectDatafile.ini", "[ProjectList]\r\nVX2D_PRJ_1 = Pipe\r\n");
+        ListStandards();
         WriteBytes(Folder() / "General.ini",
                    "[General]\r\nProjectVersion = 2023\r\n\r\n[Units]\r\nDisplayed = 1\r\n"
                    "Working = 0\r\n");
     }
-    fs::path Folder() const { return dir.Path() / "Projects" / "VX2D_PRJ_1 - Pipe"; }
     std::size_t RowOf(std::int32_t key) const {
         for (std::size_t i = 0; i < editor.Rows().size(); ++i) {
             if (editor.Rows()[i].key == key)
@@ -67,10 +66,6 @@ protected:
                L"|" + row.lineweightText;
     }
 
-    test::CTempDir dir;
-    CVX2D_Datafiles datafiles{dir.Text()};
-    test::CScriptedPrompter prompter;
-    CVX2D_ProjectRegistry registry{datafiles, prompter};
     CLayersEditor editor{registry, prompter};
 };
 

@@ -3,7 +3,6 @@
 // the close question write.
 #include "editors/LinesEditor.h"
 #include "editors/SpecsEditor.h"
-#include "store/ClientRegistry.h"
 #include "support/TestSupport.h"
 
 #include <filesystem>
@@ -19,18 +18,10 @@ namespace {
 // Standard 1 "Pipe" under client 1, standard 2 "Other", standard 3 "Gone"
 // without a folder; specs 5 common, 6 of client 1, 7 of Pipe, 8 of Other,
 // 9 of client 2.
-class LinesSpecsEditorTest : public ::testing::Test {
+class LinesSpecsEditorTest : public ::testing::Test, protected test::CStandardOnDisk {
 protected:
     void SetUp() override {
-        WriteBytes(Root() / "ProjectDatafile.ini", "[ProjectList]\r\nVX2D_PRJ_1 = Pipe\r\n"
-                                                   "VX2D_PRJ_2 = Other\r\nVX2D_PRJ_3 = Gone\r\n");
-        fs::create_directories(Folder());
-        fs::create_directories(Root() / "Projects" / "VX2D_PRJ_2 - Other");
-        CVX2D_ClientRegistry clients(fx.Datafiles());
-        std::int32_t id = 0;
-        std::wstring name;
-        ASSERT_TRUE(clients.CreateClient(id, name) && clients.CreateClient(id, name));
-        ASSERT_TRUE(clients.AddProjectToClient(1, 1));
+        ListStandardsWithClients();
         WriteBytes(Root() / "SpecDatafile.ini",
                    "[ClientSpecs]\r\nVX2D_SPEC_6 = VX2D_CLIENT_1\r\nVX2D_SPEC_9 = VX2D_CLIENT_2\r\n"
                    "[ProjectSpecs]\r\nVX2D_SPEC_7 = VX2D_PRJ_1\r\nVX2D_SPEC_8 = VX2D_PRJ_2\r\n"
@@ -38,17 +29,9 @@ protected:
                    "VX2D_SPEC_7 = Pipe own\r\nVX2D_SPEC_8 = Other own\r\n"
                    "VX2D_SPEC_9 = Client B\r\n");
     }
-    fs::path Root() const { return fx.Dir().Path(); }
-    fs::path Folder() const { return Root() / "Projects" / "VX2D_PRJ_1 - Pipe"; }
-    std::string Lines() const { return ReadBytes(Folder() / "Lines.ini"); }
-    std::string Specs() const { return ReadBytes(Folder() / "Specs.ini"); }
     std::wstring LastMessage() const {
         return prompter.asked.empty() ? L"" : prompter.asked.back().text;
     }
-
-    test::CDatafilesFixture fx;
-    test::CScriptedPrompter prompter;
-    CVX2D_ProjectRegistry registry{fx.Datafiles(), prompter};
 };
 
 TEST_F(LinesSpecsEditorTest, EachLineCommandWritesAtOnce) {
@@ -60,12 +43,13 @@ TEST_F(LinesSpecsEditorTest, EachLineCommandWritesAtOnce) {
     EXPECT_EQ(editor.Header(), L"Lines - Pipe");
 
     EXPECT_EQ(editor.CreateLine(), 42);
-    EXPECT_EQ(Lines(), "[LineList]\r\nVX2D_LINE_42 = Line 42\r\nVX2D_LINE_7 = Main\r\n");
+    EXPECT_EQ(Read("Lines.ini"), "[LineList]\r\nVX2D_LINE_42 = Line 42\r\nVX2D_LINE_7 = Main\r\n");
     EXPECT_EQ(ReadBytes(Root() / "LineDatafile.ini"), "[General]\r\nLastLineId = 42\r\n");
     // The new line offers the checked specs in every application.
+    const std::string specs = Read("Specs.ini");
     for (const char* application : {"ELECTRIC", "ISOMETRIC", "ORTHO", "PID"})
-        EXPECT_NE(Specs().find(std::string("[LineSpecs - ") + application +
-                               "]\r\nVX2D_LINE_42 = VX2D_SPEC_5\r\n"),
+        EXPECT_NE(specs.find(std::string("[LineSpecs - ") + application +
+                             "]\r\nVX2D_LINE_42 = VX2D_SPEC_5\r\n"),
                   std::string::npos)
             << application;
 
@@ -86,7 +70,7 @@ TEST_F(LinesSpecsEditorTest, EachLineCommandWritesAtOnce) {
     for (const auto& step : steps) {
         SCOPED_TRACE(step.what);
         EXPECT_TRUE(step.command());
-        EXPECT_EQ(Lines(), step.lines);
+        EXPECT_EQ(Read("Lines.ini"), step.lines);
     }
     EXPECT_EQ(prompter.asked.size(), 1u);
     EXPECT_EQ(prompter.asked[0].text, L"Are you sure you want to mark the line 'Main' as deleted?");
@@ -123,7 +107,7 @@ TEST_F(LinesSpecsEditorTest, RefusedLineCommandsSayWhyAndWriteNothing) {
         prompter.answers = {c.answer};
         EXPECT_FALSE(c.command(editor));
         EXPECT_EQ(LastMessage(), c.message);
-        EXPECT_EQ(Lines(), lines);
+        EXPECT_EQ(Read("Lines.ini"), lines);
     }
 
     // A standard without a folder has nowhere to keep lines.
@@ -156,9 +140,10 @@ TEST_F(LinesSpecsEditorTest, SpecsOfferedAndWhatApplyWrites) {
     EXPECT_TRUE(editor.SetChecked(3, false));
     EXPECT_FALSE(editor.SetChecked(4, true));
     EXPECT_TRUE(editor.ApplyEnabled());
-    EXPECT_EQ(Specs(), "[SpecList]\r\nVX2D_SPEC_6 = Client A\r\nVX2D_SPEC_9 = Client B\r\n");
+    EXPECT_EQ(Read("Specs.ini"),
+              "[SpecList]\r\nVX2D_SPEC_6 = Client A\r\nVX2D_SPEC_9 = Client B\r\n");
     EXPECT_TRUE(editor.Apply());
-    EXPECT_EQ(Specs(), "[SpecList]\r\nVX2D_SPEC_5 = CS150\r\n");
+    EXPECT_EQ(Read("Specs.ini"), "[SpecList]\r\nVX2D_SPEC_5 = CS150\r\n");
     EXPECT_FALSE(editor.ApplyEnabled());
     EXPECT_EQ(editor.Rows().size(), 3u);
     EXPECT_TRUE(prompter.asked.empty());
@@ -191,7 +176,7 @@ TEST_F(LinesSpecsEditorTest, ClosingAModifiedSpecsPageAsks) {
             prompter.asked[0].text,
             L"Standard 'Pipe' specs have been modified.\n\nDo you want to save your changes?");
         EXPECT_EQ(prompter.asked[0].buttons, EPromptButtons::YesNo);
-        EXPECT_EQ(fs::exists(Folder() / "Specs.ini") ? Specs() : "", c.specs);
+        EXPECT_EQ(fs::exists(Folder() / "Specs.ini") ? Read("Specs.ini") : "", c.specs);
     }
 }
 

@@ -72,20 +72,17 @@ TEST(PageCloseTest, AFailedSaveOnClosingKeepsThePageAndItsChanges) {
     for (const char* obstacle : {"", ".lock"}) {
         for (const SCase& c : kCases) {
             SCOPED_TRACE(std::string(c.name) + " blocked at " + c.file + obstacle);
-            test::CDatafilesFixture folder;
-            test::CScriptedPrompter prompter;
-            CVX2D_ProjectRegistry projects(folder.Datafiles(), prompter);
+            test::CStandardOnDisk disk;
+            test::CScriptedPrompter& prompter = disk.prompter;
             std::int32_t id = 0;
-            ASSERT_EQ(projects.CreateProject({L"Pipe", 0, 1, 0, false}, id), eProjectOk);
-            test::WriteBytes(folder.Dir().Path() / "SpecDatafile.ini",
+            ASSERT_EQ(disk.registry.CreateProject({L"Pipe", 0, 1, 0, false}, id), eProjectOk);
+            test::WriteBytes(disk.Root() / "SpecDatafile.ini",
                              "[SpecList]\r\nVX2D_SPEC_5 = CS150\r\n");
             const std::unique_ptr<CPageEditor> editor =
-                c.make(projects, prompter, folder.Dir().Text());
+                c.make(disk.registry, prompter, disk.RootText());
             ASSERT_TRUE(editor->ApplyEnabled());
 
-            std::wstring standard;
-            EXPECT_EQ(projects.GetProjectFolder(id, standard), eProjectOk);
-            const fs::path file = test::P(standard) / c.file;
+            const fs::path file = disk.FolderOf(id) / c.file;
             const fs::path blocked = file.string() + obstacle;
             const fs::path aside = file.string() + ".aside";
             if (fs::exists(blocked))

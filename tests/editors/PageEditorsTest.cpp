@@ -29,16 +29,15 @@ std::string Narrow(const fs::path& path) {
 
 // Standard 1 "Pipe" of version 2023 whose General.ini holds every key, so
 // that a save changes exactly the lines of the changed values.
-class PageEditorsTest : public ::testing::Test {
+class PageEditorsTest : public ::testing::Test, protected test::CStandardOnDisk {
 protected:
     void SetUp() override {
-        WriteBytes(dir.Path() / "ProjectDatafile.ini", "[ProjectList]\r\nVX2D_PRJ_1 = Pipe\r\n");
+        ListStandards();
         WriteBytes(GeneralIni(), General("/lib/", "1"));
     }
-    fs::path Folder() const { return dir.Path() / "Projects" / "VX2D_PRJ_1 - Pipe"; }
     fs::path GeneralIni() const { return Folder() / "General.ini"; }
     fs::path BordersIni() const { return Folder() / "Borders.ini"; }
-    fs::path BordersFolder() const { return dir.Path() / "borders"; }
+    fs::path BordersFolder() const { return Root() / "borders"; }
     std::string General(const std::string& libraries, const std::string& working,
                         const std::string& electric = "/d/e/",
                         const std::string& units = "Displayed = 2\r\nRatingsFormat = 1") const {
@@ -50,11 +49,6 @@ protected:
                "ProjectVersion = 2023\r\nTemplatesLocation = /tpl/\r\n\r\n[Units]\r\n" +
                units + "\r\nWorking = " + working + "\r\n";
     }
-
-    test::CTempDir dir;
-    CVX2D_Datafiles datafiles{dir.Text()};
-    test::CScriptedPrompter prompter;
-    CVX2D_ProjectRegistry registry{datafiles, prompter};
 };
 
 TEST_F(PageEditorsTest, GeneralSettingsShowsItsListsAndAppliesOnlyWhatWasPicked) {
@@ -120,7 +114,7 @@ TEST_F(PageEditorsTest, GeneralSettingsShowsItsListsAndAppliesOnlyWhatWasPicked)
 }
 
 TEST_F(PageEditorsTest, GeneralSettingsShowsNothingForACodeInNoList) {
-    WriteBytes(datafiles.File(L"Rating.xml"),
+    WriteBytes(Datafiles().File(L"Rating.xml"),
                "<Formats><Count>2</Count><Title1>A</Title1><Title2>B</Title2></Formats>");
     WriteBytes(GeneralIni(), General("/lib/", "7", "/d/e/", "Displayed = 3\r\nRatingsFormat = 4"));
     CGeneralSettingsEditor editor(registry, prompter);
@@ -135,10 +129,10 @@ TEST_F(PageEditorsTest, GeneralSettingsShowsNothingForACodeInNoList) {
 }
 
 TEST_F(PageEditorsTest, FileLocationsChecksEachFolderAndOffersToCreateAMissingOne) {
-    const fs::path existing = dir.Path() / "dwg" / "e";
+    const fs::path existing = Root() / "dwg" / "e";
     fs::create_directories(existing);
-    WriteBytes(dir.Path() / "file.txt", "x");
-    const std::wstring root = dir.Text();
+    WriteBytes(Root() / "file.txt", "x");
+    const std::wstring root = RootText();
     CFileLocationsEditor editor(registry, prompter);
     ASSERT_TRUE(editor.Open(1));
     EXPECT_EQ(editor.Rows()[1].label, L"P & ID Drawing Folder");
@@ -206,8 +200,8 @@ TEST_F(PageEditorsTest, FileLocationsChecksEachFolderAndOffersToCreateAMissingOn
             prompts.push_back(prompt.text);
         EXPECT_EQ(Joined(prompts), c.prompts);
     }
-    EXPECT_TRUE(fs::is_directory(dir.Path() / "new" / "borders"));
-    EXPECT_FALSE(fs::exists(dir.Path() / "away"));
+    EXPECT_TRUE(fs::is_directory(Root() / "new" / "borders"));
+    EXPECT_FALSE(fs::exists(Root() / "away"));
 
     // Yes to a folder that cannot be made keeps the old one.
     prompter.asked.clear();
@@ -219,7 +213,7 @@ TEST_F(PageEditorsTest, FileLocationsChecksEachFolderAndOffersToCreateAMissingOn
     EXPECT_EQ(prompter.asked[1].icon, EPromptIcon::Stop);
 
     ASSERT_TRUE(editor.Apply());
-    const std::string text = Narrow(dir.Path());
+    const std::string text = Narrow(Root());
     std::string expected = General(text + "/Libraries/", "1", text + "/dwg/e/");
     expected.replace(expected.find(Narrow(BordersFolder()) + "/"),
                      Narrow(BordersFolder()).size() + 1, text + "/new/borders/");
@@ -331,10 +325,10 @@ TEST_F(BordersEditorTest, DrawingsToPickComeFromTheBordersFolderAsItIsNow) {
     EXPECT_FALSE(editor.RefreshDrawingFiles());
 
     // The file locations page points the standard at another folder.
-    WriteBytes(dir.Path() / "other" / "Bord_Z.dwg", "d");
+    WriteBytes(Root() / "other" / "Bord_Z.dwg", "d");
     CFileLocationsEditor locations(registry, prompter);
     ASSERT_TRUE(locations.Open(1));
-    ASSERT_TRUE(locations.SetFolder(4, (dir.Path() / "other").wstring()));
+    ASSERT_TRUE(locations.SetFolder(4, (Root() / "other").wstring()));
     ASSERT_TRUE(locations.Apply());
     EXPECT_TRUE(editor.RefreshDrawingFiles());
     EXPECT_EQ(Joined(editor.DrawingFiles()), L"Bord_Z.dwg");

@@ -22,14 +22,13 @@ std::wstring Joined(const std::vector<std::wstring>& texts) {
 
 // Standard 1 "Pipe" of version 2023 with the units and templates folder
 // each test gives it.
-class SettingsEditorTest : public ::testing::Test {
+class SettingsEditorTest : public ::testing::Test, protected test::CStandardOnDisk {
 protected:
     void SetUp() override {
-        WriteBytes(dir.Path() / "ProjectDatafile.ini", "[ProjectList]\r\nVX2D_PRJ_1 = Pipe\r\n");
+        ListStandards();
         Standard(0, 0);
     }
-    fs::path Folder() const { return dir.Path() / "Projects" / "VX2D_PRJ_1 - Pipe"; }
-    fs::path Templates() const { return dir.Path() / "tpl"; }
+    fs::path Templates() const { return Root() / "tpl"; }
     void Standard(int working, int displayed) {
         WriteBytes(
             Folder() / "General.ini",
@@ -45,10 +44,6 @@ protected:
         throw std::runtime_error("no row " + std::to_string(id));
     }
 
-    test::CTempDir dir;
-    CVX2D_Datafiles datafiles{dir.Text()};
-    test::CScriptedPrompter prompter;
-    CVX2D_ProjectRegistry registry{datafiles, prompter};
     CSettingsEditor editor{registry, prompter};
 };
 

@@ -17,19 +17,17 @@ using Kind = ECompareRowKind;
 
 // Standards 1 "Pipe" and 2 "Plant" (metric, 2023) and 3 "Imperial", each
 // with only its General.ini unless a test writes more.
-class StandardComparisonTest : public ::testing::Test {
+class StandardComparisonTest : public ::testing::Test, protected test::CStandardOnDisk {
 protected:
     void SetUp() override {
-        WriteBytes(dir.Path() / "ProjectDatafile.ini",
-                   "[ProjectList]\r\nVX2D_PRJ_1 = Pipe\r\nVX2D_PRJ_2 = Plant\r\n"
-                   "VX2D_PRJ_3 = Imperial\r\n");
+        ListStandards({"Plant", "Imperial"});
         General(1, "Working = 0\r\nDisplayed = 0\r\n");
         General(2, "Working = 0\r\nDisplayed = 0\r\n");
         General(3, "Working = 1\r\nDisplayed = 2\r\n");
     }
     fs::path Folder(int id) const {
         const char* names[] = {"", "Pipe", "Plant", "Imperial"};
-        return dir.Path() / "Projects" / ("VX2D_PRJ_" + std::to_string(id) + " - " + names[id]);
+        return Root() / "Projects" / ("VX2D_PRJ_" + std::to_string(id) + " - " + names[id]);
     }
     void Write(int id, const char* file, const std::string& bytes) const {
         WriteBytes(Folder(id) / file, bytes);
@@ -45,10 +43,6 @@ protected:
         return comparison.Result();
     }
 
-    test::CTempDir dir;
-    CVX2D_Datafiles datafiles{dir.Text()};
-    test::CScriptedPrompter prompter;
-    CVX2D_ProjectRegistry registry{datafiles, prompter};
     CVX2D_StandardComparison comparison{registry};
 };
 
@@ -226,9 +220,9 @@ TEST_F(StandardComparisonTest, AnAbandonedRebuildKeepsTheRowsBuiltSoFar) {
         General(2, "Working = 0\r\nDisplayed = 0\r\nRatingsFormat = " +
                        std::to_string(c.ratingsFormat) + "\r\n");
         std::error_code ec;
-        fs::remove(dir.Path() / "Rating.xml", ec);
+        fs::remove(Root() / "Rating.xml", ec);
         if (!c.ratingXml.empty())
-            WriteBytes(dir.Path() / "Rating.xml", c.ratingXml);
+            WriteBytes(Root() / "Rating.xml", c.ratingXml);
         comparison.SetSettingsFactory(
             [&c](std::int32_t application,
                  std::int32_t standard) -> std::unique_ptr<CVX2D_ProjectSettingsBase> {

@@ -51,13 +51,12 @@ CFields Row(const std::wstring& report, const std::wstring& title, const std::ws
     return {};
 }
 
-class StandardReportTest : public ::testing::Test {
+class StandardReportTest : public ::testing::Test, protected test::CStandardOnDisk {
 protected:
     void SetUp() override {
         ASSERT_EQ(registry.CreateProject({L"Pipe", 0, 1, 0, false}, id), eProjectOk);
-        ASSERT_EQ(registry.GetProjectFolder(id, folder), eProjectOk);
+        ASSERT_TRUE(fs::equivalent(FolderOf(id), Folder()));
     }
-    fs::path Folder() const { return test::P(folder); }
     std::wstring Report() {
         std::wstring text, error;
         EXPECT_TRUE(StandardReportText(registry, id, L"2024-05-06 14:03", text, error));
@@ -65,11 +64,7 @@ protected:
         return text;
     }
 
-    test::CDatafilesFixture fx;
-    test::CScriptedPrompter prompter;
-    CVX2D_ProjectRegistry registry{fx.Datafiles(), prompter};
     std::int32_t id = 0;
-    std::wstring folder;
 };
 
 TEST_F(StandardReportTest, ChangedValuesShowInTheirParts) {
@@ -126,8 +121,8 @@ TEST_F(StandardReportTest, WrittenToTheTemporaryFolder) {
     EXPECT_EQ(test::P(StandardReportDefaultPath()).filename(),
               fs::path("VANDIX 2D Standards Desk - Print View.txt"));
     std::wstring error;
-    ASSERT_TRUE(WriteStandardReport(registry, id, fx.File(L"report.txt"), error));
-    const std::string bytes = ReadBytes(test::P(fx.File(L"report.txt")));
+    ASSERT_TRUE(WriteStandardReport(registry, id, Datafiles().File(L"report.txt"), error));
+    const std::string bytes = ReadBytes(test::P(Datafiles().File(L"report.txt")));
     EXPECT_TRUE(bytes.starts_with("VANDIX 2D Standards Desk - Print View\n"
                                   "Standard:  Pipe\n"));
     EXPECT_NE(bytes.find("\nORTHO - Layers\n==============\n"), std::string::npos);

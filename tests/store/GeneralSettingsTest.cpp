@@ -19,20 +19,10 @@ std::string Narrow(const std::wstring& text) {
     return std::string(text.begin(), text.end());
 }
 
-class GeneralSettingsTest : public ::testing::Test {
+class GeneralSettingsTest : public ::testing::Test, protected test::CStandardOnDisk {
 protected:
-    void SetUp() override {
-        WriteBytes(dir.Path() / "ProjectDatafile.ini",
-                   "[ProjectList]\r\nVX2D_PRJ_1 = Pipe\r\nVX2D_PRJ_2 = No folder\r\n");
-    }
-    fs::path GeneralIni() const {
-        return dir.Path() / "Projects" / "VX2D_PRJ_1 - Pipe" / "General.ini";
-    }
-
-    test::CTempDir dir;
-    CVX2D_Datafiles datafiles{dir.Text()};
-    test::CScriptedPrompter prompter;
-    CVX2D_ProjectRegistry registry{datafiles, prompter};
+    void SetUp() override { ListStandards({"No folder"}); }
+    fs::path GeneralIni() const { return Folder() / "General.ini"; }
 };
 
 TEST_F(GeneralSettingsTest, DrawingsKeysFollowTheVersionYear) {
@@ -66,7 +56,7 @@ TEST_F(GeneralSettingsTest, LoadFailsWithoutAFolderAndSaveThenWritesNothing) {
         EXPECT_EQ(settings.GetPath(), L"");
         EXPECT_TRUE(settings.Save());
     }
-    EXPECT_FALSE(fs::exists(dir.Path() / "Projects"));
+    EXPECT_FALSE(fs::exists(Root() / "Projects"));
 }
 
 TEST_F(GeneralSettingsTest, AMissingOrDamagedGuidIsMadeAndWrittenBackOnLoad) {
@@ -99,8 +89,8 @@ TEST_F(GeneralSettingsTest, SaveLeavesAnUnchangedFileAloneAndWritesExactFormats)
     WriteBytes(GeneralIni(), bytes);
     CVX2D_GeneralSettings settings;
     ASSERT_TRUE(settings.Load(registry, 1));
-    EXPECT_EQ(settings.GetPath(),
-              datafiles.ProjectsFolder() + L"VX2D_PRJ_1 - Pipe" + kPathSeparator + L"General.ini");
+    EXPECT_EQ(settings.GetPath(), Datafiles().ProjectsFolder() + L"VX2D_PRJ_1 - Pipe" +
+                                      kPathSeparator + L"General.ini");
     EXPECT_EQ(settings.m_nRatingsFormat, 3);
     EXPECT_EQ(settings.m_strTemplatesLocation, L"/t/");
     ASSERT_TRUE(settings.Save());

@@ -34,9 +34,8 @@ std::set<std::string> Listing(const fs::path& folder) {
     return names;
 }
 
-class ProjectRegistryTest : public ::testing::Test {
+class ProjectRegistryTest : public ::testing::Test, protected test::CStandardOnDisk {
 protected:
-    fs::path Root() const { return fx.Dir().Path(); }
     fs::path Projects() const { return Root() / "Projects"; }
     fs::path DatafilePath() const { return Root() / "ProjectDatafile.ini"; }
     std::string Datafile() const { return ReadBytes(DatafilePath()); }
@@ -46,18 +45,8 @@ protected:
         WriteBytes(Projects() / name / "Marker.txt", marker);
     }
     std::wstring FolderText(const std::wstring& label) const {
-        return fx.Datafiles().ProjectsFolder() + label + kPathSeparator;
+        return Datafiles().ProjectsFolder() + label + kPathSeparator;
     }
-    std::int32_t Create(const std::wstring& name, int templateNumber = 1, bool oldFormat = false) {
-        std::int32_t id = 0;
-        EXPECT_EQ(registry.CreateProject({name, 0, templateNumber, 0, oldFormat}, id), eProjectOk)
-            << name;
-        return id;
-    }
-
-    test::CDatafilesFixture fx;
-    test::CScriptedPrompter prompter;
-    CVX2D_ProjectRegistry registry{fx.Datafiles(), prompter};
 };
 
 TEST_F(ProjectRegistryTest, CreateCopiesTheChosenTemplateAndGivesANewGuid) {
@@ -115,7 +104,7 @@ TEST_F(ProjectRegistryTest, CreateCopiesTheChosenTemplateAndGivesANewGuid) {
 }
 
 TEST_F(ProjectRegistryTest, CreateAddsTheStandardToItsClient) {
-    CVX2D_ClientRegistry clients(fx.Datafiles());
+    CVX2D_ClientRegistry clients(Datafiles());
     std::int32_t clientId = 0;
     std::wstring clientName;
     ASSERT_TRUE(clients.CreateClient(clientId, clientName));
@@ -466,7 +455,7 @@ TEST_F(ProjectRegistryTest, ACheckThatFindsNothingToRepairNeedsNoLock) {
     CVX2D_FileLock::SetWaitLimit(std::chrono::milliseconds(200));
     CVX2D_FileLock other;
     std::thread holder([&] {
-        ASSERT_TRUE(other.Acquire(fx.Datafiles().ProjectDatafile()));
+        ASSERT_TRUE(other.Acquire(Datafiles().ProjectDatafile()));
         std::this_thread::sleep_for(std::chrono::seconds(1));
         other.Release();
     });

@@ -1,11 +1,13 @@
 #include "support/TestSupport.h"
 
 #include "platform/Utf8.h"
+#include "store/ClientRegistry.h"
 
 #include <atomic>
 #include <chrono>
 #include <clocale>
 #include <fstream>
+#include <gtest/gtest.h>
 #include <random>
 #include <sstream>
 
@@ -47,6 +49,49 @@ std::wstring CTempDir::File(const std::wstring& name) const {
 CDatafilesFixture::CDatafilesFixture() : m_datafiles(m_dir.Text()) {
     fs::copy(fs::path(SD_TEMPLATES_DIR) / "Template", m_dir.Path() / "Template",
              fs::copy_options::recursive);
+}
+
+fs::path CStandardOnDisk::Folder() const {
+    return Root() / "Projects" / "VX2D_PRJ_1 - Pipe";
+}
+
+fs::path CStandardOnDisk::FolderOf(std::int32_t id) const {
+    std::wstring folder;
+    EXPECT_EQ(registry.GetProjectFolder(id, folder), eProjectOk) << id;
+    return P(folder);
+}
+
+void CStandardOnDisk::ListStandards(const std::vector<std::string>& others) const {
+    std::string list = "[ProjectList]\r\nVX2D_PRJ_1 = Pipe\r\n";
+    for (std::size_t i = 0; i < others.size(); ++i)
+        list += "VX2D_PRJ_" + std::to_string(i + 2) + " = " + others[i] + "\r\n";
+    WriteBytes(Root() / "ProjectDatafile.ini", list);
+}
+
+void CStandardOnDisk::ListStandardsWithClients() const {
+    ListStandards({"Other", "Gone"});
+    fs::create_directories(Folder());
+    fs::create_directories(Root() / "Projects" / "VX2D_PRJ_2 - Other");
+    CVX2D_ClientRegistry clients(Datafiles());
+    std::int32_t id = 0;
+    std::wstring name;
+    ASSERT_TRUE(clients.CreateClient(id, name) && clients.CreateClient(id, name));
+    ASSERT_TRUE(clients.AddProjectToClient(1, 1));
+}
+
+std::int32_t CStandardOnDisk::Create(const std::wstring& name, int templateNumber, bool oldFormat) {
+    std::int32_t id = 0;
+    EXPECT_EQ(registry.CreateProject({name, 0, templateNumber, 0, oldFormat}, id), eProjectOk)
+        << name;
+    return id;
+}
+
+std::string CStandardOnDisk::Read(const std::string& name) const {
+    return ReadBytes(Folder() / name);
+}
+
+void CStandardOnDisk::Write(const std::string& name, const std::string& bytes) const {
+    WriteBytes(Folder() / name, bytes);
 }
 
 std::string ReadBytes(const fs::path& file) {

@@ -3,6 +3,7 @@
 #pragma once
 
 #include "store/Datafiles.h"
+#include "store/ProjectRegistry.h"
 #include "store/Prompter.h"
 
 #include <cstdint>
@@ -89,6 +90,44 @@ public:
     std::vector<SPrompt> asked;
 
     EPromptAnswer Ask(const SPrompt& prompt) override;
+};
+
+// Standards on disk: a temporary datafiles folder holding the shipped
+// templates, a scripted prompter and the standard registry over them. It is
+// the second base of a fixture (`class XTest : public ::testing::Test,
+// protected test::CStandardOnDisk`), being initialised before the fixture's
+// own members, or stands alone in a test. Nothing is listed until the test
+// calls ListStandards or creates a standard.
+class CStandardOnDisk {
+public:
+    const CVX2D_Datafiles& Datafiles() const { return m_folder.Datafiles(); }
+    // The datafiles folder; as text it ends in a separator.
+    const std::filesystem::path& Root() const { return m_folder.Dir().Path(); }
+    std::wstring RootText() const { return m_folder.Dir().Text(); }
+    // Where standard 1 "Pipe" lives.
+    std::filesystem::path Folder() const;
+    // The folder the registry gives standard `id`.
+    std::filesystem::path FolderOf(std::int32_t id) const;
+
+    // "ProjectDatafile.ini" listing standard 1 "Pipe", then standards 2, 3,
+    // ... named `others`.
+    void ListStandards(const std::vector<std::string>& others = {}) const;
+    // Standards 1 "Pipe" and 2 "Other" with folders and 3 "Gone" without,
+    // and clients 1 and 2 with Pipe under client 1.
+    void ListStandardsWithClients() const;
+    // A new standard from template `templateNumber`; its id.
+    std::int32_t Create(const std::wstring& name, int templateNumber = 1, bool oldFormat = false);
+
+    // A file of standard 1's folder.
+    std::string Read(const std::string& name) const;
+    void Write(const std::string& name, const std::string& bytes) const;
+
+private:
+    CDatafilesFixture m_folder;
+
+public:
+    CScriptedPrompter prompter;
+    CVX2D_ProjectRegistry registry{m_folder.Datafiles(), prompter};
 };
 
 } // namespace test
