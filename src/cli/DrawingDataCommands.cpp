@@ -95,7 +95,7 @@ void BordersSet(const SCliOptions& options, const SBordersArgs& a) {
                                  editor.Rows().begin());
     if (!editor.SetCellText(row, field, value))
         prompter.Fail(what, 2);
-    if (editor.ApplyEnabled() && !editor.Apply())
+    if (!editor.Apply())
         prompter.Fail(what);
 }
 
@@ -250,7 +250,7 @@ void LayersSet(const SCliOptions& options, const SLayersArgs& a) {
         throw CCliFailure(
             fmt::format(L"'{}' cannot be stored as the {} of a layer.", value, W(a.field)), 2);
     }
-    if (editor.ApplyEnabled() && !editor.Apply())
+    if (!editor.Apply())
         prompter.Fail(what);
 }
 

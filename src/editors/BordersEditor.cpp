@@ -176,9 +176,7 @@ void CBordersEditor::RestoreDefaults() {
     Fill();
 }
 
-bool CBordersEditor::Apply() {
-    if (!m_borders)
-        return false;
+bool CBordersEditor::Save() {
     if (!m_borders->Save())
         return SaveFailed(L"border settings", StandardName());
     Fill();

@@ -63,10 +63,9 @@ public:
     // until Apply.
     void RestoreDefaults();
 
-    // Writes the changed cells; says so when the file cannot be written.
-    bool Apply() override;
-
 protected:
+    // Writes the changed cells; says so when the file cannot be written.
+    bool Save() override;
     std::wstring CloseQuestion() const override;
     void Discard() override;
 

@@ -128,9 +128,7 @@ bool CFileLocationsEditor::SetFolder(std::size_t row, const std::wstring& text) 
     return true;
 }
 
-bool CFileLocationsEditor::Apply() {
-    if (!ApplyEnabled())
-        return true;
+bool CFileLocationsEditor::Save() {
     // Only the changed folders go over the file as it is now: the general
     // settings page writes the same file.
     CVX2D_GeneralSettings current;

@@ -46,11 +46,10 @@ public:
     // from here). False when nothing was stored.
     bool SetFolder(std::size_t row, const std::wstring& text);
 
+protected:
     // Writes the changed folders into General.ini as it is now; says so
     // when the file cannot be written.
-    bool Apply() override;
-
-protected:
+    bool Save() override;
     std::wstring CloseQuestion() const override;
     void Discard() override;
 

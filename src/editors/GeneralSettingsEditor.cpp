@@ -108,9 +108,7 @@ bool CGeneralSettingsEditor::Choose(EGeneralField field, int index) {
     return true;
 }
 
-bool CGeneralSettingsEditor::Apply() {
-    if (!ApplyEnabled())
-        return true;
+bool CGeneralSettingsEditor::Save() {
     // Only what this page changed goes over the file as it is now: the file
     // locations page writes the same file.
     CVX2D_GeneralSettings current;

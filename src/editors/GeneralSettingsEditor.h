@@ -47,12 +47,11 @@ public:
     // read-only row or an index outside the list.
     bool Choose(EGeneralField field, int index);
 
+protected:
     // Writes the changed values into General.ini as it is now, so that what
     // another page or workstation saved meanwhile stays; says so when the
     // file cannot be written.
-    bool Apply() override;
-
-protected:
+    bool Save() override;
     std::wstring CloseQuestion() const override;
     void Discard() override;
 

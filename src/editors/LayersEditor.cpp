@@ -280,13 +280,11 @@ bool CLayersEditor::RestoreDefaults() {
     return true;
 }
 
-bool CLayersEditor::Apply() {
-    if (!m_layers)
-        return false;
+bool CLayersEditor::Save() {
     if (m_layers->Save())
         return true;
-    return SaveFailed(L"the " + ApplicationName(m_nApplication) + L" layers",
-                      m_projects.GetProjectName(m_nProjectId, true, true), m_layers->GetFilePath());
+    return SaveFailed(L"the " + ApplicationName(m_nApplication) + L" layers", StandardName(),
+                      m_layers->GetFilePath());
 }
 
 std::wstring CLayersEditor::CloseQuestion() const {

@@ -89,14 +89,13 @@ public:
     // as modified until Apply. False when nothing is open.
     bool RestoreDefaults();
 
-    // Writes the changes to "Layers.ini"; a failure is told to the user.
-    bool Apply() override;
-
     std::wstring HelpTopic() const override { return LayersHelpTopic(m_nApplication); }
 
     int Application() const { return m_nApplication; }
 
 protected:
+    // Writes the changes to "Layers.ini"; a failure is told to the user.
+    bool Save() override;
     std::wstring CloseQuestion() const override;
     void Discard() override;
 

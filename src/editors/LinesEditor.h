@@ -50,9 +50,9 @@ public:
 
     // Every command has written already: nothing waits for Apply.
     bool ApplyEnabled() const override { return false; }
-    bool Apply() override { return true; }
 
 protected:
+    bool Save() override { return true; }
     std::wstring CloseQuestion() const override { return {}; }
     void Discard() override { Reload(true); }
 

@@ -25,9 +25,9 @@ public:
     virtual std::wstring HelpTopic() const = 0;
 
     virtual bool ApplyEnabled() const = 0;
-    // Saves what changed. A failure is told to the user, naming the
-    // standard, and the changes stay for another try.
-    virtual bool Apply() = 0;
+    // Saves what changed; true at once when nothing did. A failure is told
+    // to the user, naming the standard, and the changes stay for another try.
+    bool Apply() { return !ApplyEnabled() || Save(); }
 
     // The page is closing: a modified editor asks its question; Yes saves,
     // No discards and shows the file's values again. False keeps the page
@@ -35,12 +35,15 @@ public:
     bool Close();
 
 protected:
+    // Writes the changes Apply found; on failure says so (SaveFailed) and
+    // keeps them.
+    virtual bool Save() = 0;
     // Such as "Standard 'Pipe' settings have been modified..."
     virtual std::wstring CloseQuestion() const = 0;
     // Drops the changes: the rows show the file again.
     virtual void Discard() = 0;
     // "Error saving <what> of standard '<name>'." and the file that could not
-    // be written, when known; false, for Apply to return.
+    // be written, when known; false, for Save to return.
     bool SaveFailed(const std::wstring& what, const std::wstring& standardName,
                     const std::wstring& file = {});
 

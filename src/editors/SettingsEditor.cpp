@@ -295,13 +295,11 @@ bool CSettingsEditor::RestoreDefaults() {
     return true;
 }
 
-bool CSettingsEditor::Apply() {
-    if (!m_settings)
-        return false;
+bool CSettingsEditor::Save() {
     if (m_settings->Save())
         return true;
     return SaveFailed(L"the " + ApplicationSettingsName(m_nApplication) + L" settings",
-                      m_projects.GetProjectName(m_nProjectId, true, true), m_settings->GetPath());
+                      StandardName(), m_settings->GetPath());
 }
 
 std::wstring CSettingsEditor::CloseQuestion() const {

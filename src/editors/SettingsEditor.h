@@ -77,9 +77,6 @@ public:
     // nothing is open.
     bool RestoreDefaults();
 
-    // Saves the changed variables; says so when the file cannot be written.
-    bool Apply() override;
-
     // The topic of this editor's help page; empty where there is none.
     std::wstring HelpTopic() const override;
 
@@ -88,6 +85,8 @@ public:
     const CVX2D_GeneralSettings& General() const { return m_general; }
 
 protected:
+    // Saves the changed variables; says so when the file cannot be written.
+    bool Save() override;
     std::wstring CloseQuestion() const override;
     void Discard() override;
 

@@ -96,7 +96,7 @@ bool CSpecsEditor::ApplyEnabled() const {
     return false;
 }
 
-bool CSpecsEditor::Apply() {
+bool CSpecsEditor::Save() {
     const CVX2D_ProjectSpecs specs(m_projects);
     bool ok = true;
     for (std::size_t i = 0; i < m_rows.size(); ++i) {

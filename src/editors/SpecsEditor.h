@@ -40,15 +40,15 @@ public:
 
     // Apply is enabled exactly while a check differs from the file.
     bool ApplyEnabled() const override;
-    // Checks and unchecks what changed, then shows the file again with the
-    // changes that failed still made. False when any of them failed (each
-    // failure is shown).
-    bool Apply() override;
 
     // "::/Specs.htm".
     std::wstring HelpTopic() const override;
 
 protected:
+    // Checks and unchecks what changed, then shows the file again with the
+    // changes that failed still made. False when any of them failed (each
+    // failure is shown).
+    bool Save() override;
     std::wstring CloseQuestion() const override;
     void Discard() override;
 
