@@ -356,14 +356,15 @@ std::wstring CDrawingsManager::NewDrawing(const CCopyProgress& progress) {
     return item + L".dwg";
 }
 
-bool CDrawingsManager::Rename(const std::wstring& item, const std::wstring& newName) {
+std::optional<std::wstring> CDrawingsManager::Rename(const std::wstring& item,
+                                                     const std::wstring& newName) {
     if (newName == item)
-        return false;
+        return std::nullopt;
     const std::wstring what = L"Error renaming drawing '" + item + L"'.\n\n";
     const std::wstring name = TrimBlanks(newName);
     if (name.empty()) {
         Error(what + L"The new name is empty.");
-        return false;
+        return std::nullopt;
     }
     const std::wstring source = FullName(item);
     // "Pump" for "Pump.bak" stays a backup: the extension is kept.
@@ -371,28 +372,28 @@ bool CDrawingsManager::Rename(const std::wstring& item, const std::wstring& newN
         HasDrawingExtension(name) ? name : name + source.substr(source.size() - 4);
     if (!IsValidName(file, m_strFolder)) {
         Error(what + L"'" + name + L"' is not a valid file name.");
-        return false;
+        return std::nullopt;
     }
     const std::wstring target = m_strFolder + file;
     if (target == source)
-        return false;
+        return std::nullopt;
     std::error_code ec;
     // A change of letter case only names the same file on Windows.
     if (Exists(target) && !fs::equivalent(platform::ToPath(source), platform::ToPath(target), ec)) {
         Error(what + L"A file named '" + file + L"' already exists.");
-        return false;
+        return std::nullopt;
     }
     fs::rename(platform::ToPath(source), platform::ToPath(target), ec);
     if (ec) {
         Error(what + platform::FromUtf8(ec.message()));
-        return false;
+        return std::nullopt;
     }
     for (auto& listed : m_list.names) {
         if (listed == item)
             listed = file;
     }
     Sort();
-    return true;
+    return file;
 }
 
 SDrawingLaunch CDrawingsManager::OpenDecision(const std::wstring& item) const {

@@ -12,6 +12,7 @@
 
 #include <cstdint>
 #include <functional>
+#include <optional>
 #include <string>
 #include <utility>
 #include <vector>
@@ -101,8 +102,9 @@ public:
     std::wstring NewDrawing(const CCopyProgress& progress = {});
     // Gives an item's file the new name (its extension kept when the new
     // name has none). A name that is empty, not a valid file name or taken
-    // is refused with a message. True when the view should keep the label.
-    bool Rename(const std::wstring& item, const std::wstring& newName);
+    // is refused with a message. The item's name afterwards, such as
+    // "Main.dwg" for "Main"; none when nothing was renamed.
+    std::optional<std::wstring> Rename(const std::wstring& item, const std::wstring& newName);
 
     // How the item would be opened, without doing it.
     SDrawingLaunch OpenDecision(const std::wstring& item) const;

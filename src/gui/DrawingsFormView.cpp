@@ -1,5 +1,6 @@
 #include "gui/DrawingsFormView.h"
 
+#include "gui/LabelEditDelegate.h"
 #include "gui/QtText.h"
 
 #include <QApplication>
@@ -24,36 +25,6 @@ public:
                    other.text(1).section(QLatin1Char(' '), 0, 0).toLongLong();
         return QTreeWidgetItem::operator<(other);
     }
-};
-
-// Hands a finished rename to the view instead of writing it into the item.
-class CRenameDelegate : public QStyledItemDelegate {
-public:
-    explicit CRenameDelegate(CDrawingsFormView* view) : QStyledItemDelegate(view), m_view(view) {
-        connect(this, &QAbstractItemDelegate::closeEditor, this,
-                [this](QWidget*, QAbstractItemDelegate::EndEditHint hint) {
-                    if (hint == QAbstractItemDelegate::RevertModelCache && !m_committed)
-                        m_view->Renamed(m_item, std::nullopt);
-                    m_committed = false;
-                });
-    }
-    QWidget* createEditor(QWidget* parent, const QStyleOptionViewItem& option,
-                          const QModelIndex& index) const override {
-        m_item = index.data().toString();
-        return QStyledItemDelegate::createEditor(parent, option, index);
-    }
-    void setModelData(QWidget* editor, QAbstractItemModel*, const QModelIndex&) const override {
-        m_committed = true;
-        const QString text = static_cast<QLineEdit*>(editor)->text();
-        QMetaObject::invokeMethod(
-            m_view, [view = m_view, item = m_item, text] { view->Renamed(item, text); },
-            Qt::QueuedConnection);
-    }
-
-private:
-    CDrawingsFormView* m_view;
-    mutable QString m_item;
-    mutable bool m_committed = false;
 };
 
 } // namespace
@@ -85,7 +56,9 @@ CDrawingsFormView::CDrawingsFormView(CStandardsCore& core, IPageHost& host, std:
       m_manager(core.projects, core.installation, core.profile, core.prompter),
       m_list(new CDrawingsListCtrl(this)) {
     setObjectName(QStringLiteral("drawingsFormView"));
-    m_list->setItemDelegate(new CRenameDelegate(this));
+    m_list->setItemDelegate(new CLabelEditDelegate(
+        this,
+        [this](const QString& item, const std::optional<QString>& text) { Renamed(item, text); }));
     auto* tools = new QToolBar(this);
     QStyle* style = QApplication::style();
     const auto add = [&](const QString& name, QStyle::StandardPixmap icon, const QString& tip,
@@ -137,7 +110,7 @@ QAction* CDrawingsFormView::Action(const QString& name) const {
     return it == m_actions.end() ? nullptr : it->second;
 }
 
-void CDrawingsFormView::Render() {
+void CDrawingsFormView::Render(const QString& select) {
     m_list->setSortingEnabled(false);
     m_list->clear();
     const SDrawingList& list = m_manager.List();
@@ -151,6 +124,11 @@ void CDrawingsFormView::Render() {
     m_list->resizeColumnToContents(1);
     m_list->resizeColumnToContents(2);
     Action(QStringLiteral("backups"))->setChecked(m_manager.BackupsShown());
+    if (!select.isEmpty()) {
+        const auto found = m_list->findItems(select, Qt::MatchFixedString, 0);
+        if (!found.isEmpty())
+            m_list->setCurrentItem(found.front());
+    }
     if (!m_manager.EditingItem().empty()) {
         const auto found = m_list->findItems(Q(m_manager.EditingItem()), Qt::MatchExactly, 0);
         if (!found.isEmpty()) {
@@ -161,9 +139,11 @@ void CDrawingsFormView::Render() {
 }
 
 void CDrawingsFormView::Renamed(const QString& item, const std::optional<QString>& text) {
+    std::optional<std::wstring> renamed;
     if (text && *text != item)
-        m_manager.Rename(W(item), W(*text));
-    Render();
+        renamed = m_manager.Rename(W(item), W(*text));
+    // The drawing stays the chosen one, under whichever name it now has.
+    Render(renamed ? Q(*renamed) : item);
 }
 
 bool CDrawingsFormView::Progress(int number, int count, const std::wstring& source,

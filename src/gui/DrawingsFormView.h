@@ -26,7 +26,8 @@ public:
     CDrawingsListCtrl* List() const { return m_list; }
     QAction* Action(const QString& name) const;
     // Refills the list from the manager and starts editing where it asks.
-    void Render();
+    // Lists the drawings again, choosing the one named `select`.
+    void Render(const QString& select = {});
     // A label edit ended (nullopt: cancelled).
     void Renamed(const QString& item, const std::optional<QString>& text);
 

@@ -1,5 +1,6 @@
 #include "gui/NavigatorDlg.h"
 
+#include "gui/LabelEditDelegate.h"
 #include "gui/QtText.h"
 
 #include <QApplication>
@@ -8,31 +9,6 @@
 #include <QLineEdit>
 #include <QStyle>
 #include <QVBoxLayout>
-
-// Passes a finished or cancelled label edit to the controller instead of
-// writing it into the item: the controller decides what the label becomes.
-class CLabelDelegate : public QStyledItemDelegate {
-public:
-    explicit CLabelDelegate(CNavigatorTreeCtrl* tree) : QStyledItemDelegate(tree), m_tree(tree) {
-        connect(this, &QAbstractItemDelegate::closeEditor, this,
-                [this](QWidget*, QAbstractItemDelegate::EndEditHint hint) {
-                    if (hint == QAbstractItemDelegate::RevertModelCache && !m_committed)
-                        m_tree->LabelEdited(std::nullopt);
-                    m_committed = false;
-                });
-    }
-    void setModelData(QWidget* editor, QAbstractItemModel*, const QModelIndex&) const override {
-        m_committed = true;
-        const QString text = static_cast<QLineEdit*>(editor)->text();
-        // After the editor has closed: the tree is rebuilt from the model.
-        QMetaObject::invokeMethod(
-            m_tree, [tree = m_tree, text] { tree->LabelEdited(text); }, Qt::QueuedConnection);
-    }
-
-private:
-    CNavigatorTreeCtrl* m_tree;
-    mutable bool m_committed = false;
-};
 
 namespace {
 
@@ -58,7 +34,8 @@ CNavigatorTreeCtrl::CNavigatorTreeCtrl(CNavigatorController& controller, QWidget
     setObjectName(QStringLiteral("navigatorTree"));
     setHeaderHidden(true);
     setColumnCount(1);
-    setItemDelegate(new CLabelDelegate(this));
+    setItemDelegate(new CLabelEditDelegate(
+        this, [this](const QString&, const std::optional<QString>& text) { LabelEdited(text); }));
     setEditTriggers(QAbstractItemView::NoEditTriggers);
     setDragEnabled(true);
     setAcceptDrops(true);

@@ -34,7 +34,6 @@ protected:
     void startDrag(Qt::DropActions actions) override;
 
 private:
-    friend class CLabelDelegate;
     void AddItems(QTreeWidgetItem* parent, const std::vector<CNavItem>& items);
     void LabelEdited(const std::optional<QString>& text);
 

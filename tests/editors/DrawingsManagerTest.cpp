@@ -209,7 +209,8 @@ TEST_F(DrawingsManagerTest, RenameRefusesTakenEmptyAndInvalidNames) {
         Files(std::vector<std::string>(files.begin(), files.end()));
         prompter.asked.clear();
         auto m = Opened();
-        EXPECT_EQ(m->Rename(item, typed), renamed != nullptr);
+        const std::optional<std::wstring> now = m->Rename(item, typed);
+        EXPECT_EQ(now, renamed ? std::optional(platform::FromUtf8(renamed)) : std::nullopt);
         EXPECT_EQ(Shown(), message.empty() ? std::vector<std::wstring>{}
                                            : std::vector<std::wstring>{message});
         auto after = files;

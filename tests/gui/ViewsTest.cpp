@@ -16,6 +16,7 @@
 
 #include <QComboBox>
 #include <QFileInfo>
+#include <QLineEdit>
 #include <QMdiSubWindow>
 
 namespace fs = std::filesystem;
@@ -155,6 +156,17 @@ private slots:
         QCOMPARE(test::ReadBytes(drawings / "Drawing1.dwg"), std::string("template"));
         QCOMPARE(view->List()->topLevelItemCount(), 3);
         QCOMPARE(view->List()->currentItem()->text(0), QStringLiteral("Drawing1"));
+
+        // A label typed over renames the file; the list shows the new name.
+        view->List()->editItem(view->List()->currentItem(), 0);
+        auto* editor = view->List()->findChild<QLineEdit*>();
+        QVERIFY(editor);
+        editor->setText(QStringLiteral("Feed"));
+        QTest::keyClick(editor, Qt::Key_Return);
+        QTRY_VERIFY(fs::exists(drawings / "Feed.dwg"));
+        QVERIFY(!fs::exists(drawings / "Drawing1.dwg"));
+        QVERIFY(view->List()->currentItem());
+        QCOMPARE(view->List()->currentItem()->text(0), QStringLiteral("Feed.dwg"));
 
         // Its help topic, from the installed help.
         const std::wstring local = world->config.Text() + L"app/";
