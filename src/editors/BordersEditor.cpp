@@ -72,9 +72,6 @@ std::vector<std::wstring> DrawingFilesIn(const std::wstring& folder) {
     return names;
 }
 
-CBordersEditor::CBordersEditor(const CVX2D_ProjectRegistry& projects, IPrompter& prompter)
-    : CPageEditor(projects, prompter) {}
-
 CBordersEditor::~CBordersEditor() = default;
 
 bool CBordersEditor::Open(std::int32_t projectId) {

@@ -34,7 +34,7 @@ class CBordersEditor : public CPageEditor {
 public:
     static constexpr const wchar_t* kHelpTopic = L"::/Border_Settings_Dialog_Box.htm";
 
-    CBordersEditor(const CVX2D_ProjectRegistry& projects, IPrompter& prompter);
+    using CPageEditor::CPageEditor;
     ~CBordersEditor();
 
     // Loads the standard's borders and lists the drawings of its borders

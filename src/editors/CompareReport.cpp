@@ -4,33 +4,23 @@
 #include "platform/System.h"
 #include "platform/Utf8.h"
 
+#include <algorithm>
 #include <ctime>
 #include <fmt/xchar.h>
 
 namespace {
 
 std::wstring Html(const std::wstring& text) {
+    static constexpr std::pair<wchar_t, const wchar_t*> kEntities[] = {
+        {L'&', L"&amp;"}, {L'<', L"&lt;"}, {L'>', L"&gt;"}, {L'"', L"&quot;"}, {L'\'', L"&#39;"}};
     std::wstring out;
     for (const wchar_t c : text) {
-        switch (c) {
-        case L'&':
-            out += L"&amp;";
-            break;
-        case L'<':
-            out += L"&lt;";
-            break;
-        case L'>':
-            out += L"&gt;";
-            break;
-        case L'"':
-            out += L"&quot;";
-            break;
-        case L'\'':
-            out += L"&#39;";
-            break;
-        default:
+        const auto* entity = std::find_if(std::begin(kEntities), std::end(kEntities),
+                                          [c](const auto& e) { return e.first == c; });
+        if (entity == std::end(kEntities))
             out += c;
-        }
+        else
+            out += entity->second;
     }
     return out;
 }

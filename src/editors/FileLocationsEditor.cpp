@@ -47,10 +47,6 @@ bool IsStorable(const std::wstring& text) {
 
 } // namespace
 
-CFileLocationsEditor::CFileLocationsEditor(const CVX2D_ProjectRegistry& projects,
-                                           IPrompter& prompter)
-    : CPageEditor(projects, prompter) {}
-
 bool CFileLocationsEditor::Open(std::int32_t projectId) {
     m_nProjectId = projectId;
     m_rows.clear();

@@ -27,7 +27,7 @@ class CFileLocationsEditor : public CPageEditor {
 public:
     static constexpr const wchar_t* kHelpTopic = L"::/File_Locations_Dialog_Box.htm";
 
-    CFileLocationsEditor(const CVX2D_ProjectRegistry& projects, IPrompter& prompter);
+    using CPageEditor::CPageEditor;
 
     // False, with no rows, when the standard has no folder.
     bool Open(std::int32_t projectId);

@@ -23,10 +23,6 @@ const std::vector<std::wstring>& DisplayedUnitsNames() {
     return names;
 }
 
-CGeneralSettingsEditor::CGeneralSettingsEditor(const CVX2D_ProjectRegistry& projects,
-                                               IPrompter& prompter)
-    : CPageEditor(projects, prompter) {}
-
 bool CGeneralSettingsEditor::Open(std::int32_t projectId) {
     m_nProjectId = projectId;
     m_rows.clear();

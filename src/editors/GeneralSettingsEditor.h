@@ -31,7 +31,7 @@ class CGeneralSettingsEditor : public CPageEditor {
 public:
     static constexpr const wchar_t* kHelpTopic = L"::/General_Settings_Dialog_Box.htm";
 
-    CGeneralSettingsEditor(const CVX2D_ProjectRegistry& projects, IPrompter& prompter);
+    using CPageEditor::CPageEditor;
 
     // Loads the standard's general settings and the rating formats of the
     // datafiles folder. False, with no rows, when the standard has no folder.

@@ -159,9 +159,6 @@ std::wstring LayersHelpTopic(int application) {
     }
 }
 
-CLayersEditor::CLayersEditor(const CVX2D_ProjectRegistry& projects, IPrompter& prompter)
-    : CPageEditor(projects, prompter) {}
-
 bool CLayersEditor::Open(std::int32_t projectId, int application) {
     m_nProjectId = projectId;
     m_nApplication = application;

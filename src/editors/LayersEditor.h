@@ -66,7 +66,7 @@ std::wstring LayersHelpTopic(int application);
 
 class CLayersEditor : public CPageEditor {
 public:
-    CLayersEditor(const CVX2D_ProjectRegistry& projects, IPrompter& prompter);
+    using CPageEditor::CPageEditor;
 
     // Loads the standard's layers of the application (the standard's version
     // names the sections). False, with no rows, for an unknown application or

@@ -12,13 +12,8 @@ std::wstring LineStateText(bool deleted) {
     return deleted ? L"Deleted" : L"Live";
 }
 
-CLinesEditor::CLinesEditor(const CVX2D_ProjectRegistry& projects, IPrompter& prompter)
-    : CPageEditor(projects, prompter) {}
-
 bool CLinesEditor::Open(std::int32_t projectId) {
-    m_nProjectId = projectId;
-    m_strName = m_projects.GetProjectName(projectId, true, true);
-    m_strHeader = L"Lines - " + m_strName;
+    SetStandard(projectId, L"Lines");
     return Reload();
 }
 

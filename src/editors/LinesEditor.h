@@ -23,7 +23,7 @@ std::wstring LineStateText(bool deleted);
 
 class CLinesEditor : public CPageEditor {
 public:
-    CLinesEditor(const CVX2D_ProjectRegistry& projects, IPrompter& prompter);
+    using CPageEditor::CPageEditor;
 
     // Reads the standard's lines: the live ones by id, then the deleted ones
     // by id. False, with the reason shown, when they cannot be read.
@@ -61,6 +61,5 @@ private:
     const SLineRow* Row(std::int32_t lineId) const;
     void Error(const std::wstring& what, int code);
 
-    std::wstring m_strName;
     std::vector<SLineRow> m_rows;
 };

@@ -43,3 +43,9 @@ bool CPageEditor::Close() {
         return false;
     }
 }
+
+void CPageEditor::SetStandard(std::int32_t projectId, const std::wstring& title) {
+    m_nProjectId = projectId;
+    m_strName = StandardName();
+    m_strHeader = title + L" - " + m_strName;
+}

@@ -50,10 +50,14 @@ protected:
     // The standard's name as the registry has it now, for questions and
     // messages.
     std::wstring StandardName() const;
+    // Open has begun on a standard: keeps its id and its name, and titles the
+    // page "<title> - <name>".
+    void SetStandard(std::int32_t projectId, const std::wstring& title);
 
     const CVX2D_ProjectRegistry& m_projects;
     IPrompter& m_prompter;
     std::int32_t m_nProjectId = 0;
+    std::wstring m_strName; // as the standard was named when the page opened
     std::wstring m_strHeader;
 };
 

@@ -191,9 +191,6 @@ std::wstring SettingsHelpTopic(int application, int section) {
     return L"";
 }
 
-CSettingsEditor::CSettingsEditor(const CVX2D_ProjectRegistry& projects, IPrompter& prompter)
-    : CPageEditor(projects, prompter) {}
-
 CSettingsEditor::~CSettingsEditor() = default;
 
 bool CSettingsEditor::Open(std::int32_t projectId, int application, int section) {

@@ -53,7 +53,7 @@ class CSettingsEditor : public CPageEditor {
 public:
     static constexpr SRgb kSubHeadingBackground{212, 208, 200};
 
-    CSettingsEditor(const CVX2D_ProjectRegistry& projects, IPrompter& prompter);
+    using CPageEditor::CPageEditor;
     ~CSettingsEditor();
 
     // Loads the standard's general settings and the application's settings

@@ -22,13 +22,8 @@ std::wstring ScopeText(ESpecScope scope) {
 
 } // namespace
 
-CSpecsEditor::CSpecsEditor(const CVX2D_ProjectRegistry& projects, IPrompter& prompter)
-    : CPageEditor(projects, prompter) {}
-
 bool CSpecsEditor::Open(std::int32_t projectId) {
-    m_nProjectId = projectId;
-    m_strName = m_projects.GetProjectName(projectId, true, true);
-    m_strHeader = L"Specs - " + m_strName;
+    SetStandard(projectId, L"Specs");
     m_rows.clear();
     m_saved.clear();
     return Reload();

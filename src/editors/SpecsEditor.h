@@ -24,7 +24,7 @@ struct SSpecRow {
 
 class CSpecsEditor : public CPageEditor {
 public:
-    CSpecsEditor(const CVX2D_ProjectRegistry& projects, IPrompter& prompter);
+    using CPageEditor::CPageEditor;
 
     // Reads the register and the standard's checks: the register's specs in
     // its order, then any checked spec it does not offer. False, with the
@@ -57,7 +57,6 @@ private:
     // says so when `tell` is set.
     bool Reload(bool tell = true);
 
-    std::wstring m_strName;
     std::vector<SSpecRow> m_rows;
     std::vector<bool> m_saved; // the checks as the file has them
 };
