@@ -175,13 +175,9 @@ void CBordersEditor::RestoreDefaults() {
 
 bool CBordersEditor::Save() {
     if (!m_borders->Save())
-        return SaveFailed(L"border settings", StandardName());
+        return SaveFailed(L"border settings");
     Fill();
     return true;
-}
-
-std::wstring CBordersEditor::CloseQuestion() const {
-    return PageModifiedQuestion(StandardName(), L"border settings");
 }
 
 void CBordersEditor::Discard() {

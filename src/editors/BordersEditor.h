@@ -66,7 +66,7 @@ public:
 protected:
     // Writes the changed cells; says so when the file cannot be written.
     bool Save() override;
-    std::wstring CloseQuestion() const override;
+    std::wstring ContentsName() const override { return L"border settings"; }
     void Discard() override;
 
 private:

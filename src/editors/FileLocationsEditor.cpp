@@ -135,15 +135,11 @@ bool CFileLocationsEditor::Save() {
         }
     });
     if (!saved)
-        return SaveFailed(L"file locations", StandardName());
+        return SaveFailed(L"file locations");
     // Shows what the file now holds: a cleared libraries folder reads as
     // the program's default one.
     Open(m_nProjectId);
     return true;
-}
-
-std::wstring CFileLocationsEditor::CloseQuestion() const {
-    return PageModifiedQuestion(StandardName(), L"file locations");
 }
 
 void CFileLocationsEditor::Discard() {

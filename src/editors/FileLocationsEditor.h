@@ -50,7 +50,7 @@ protected:
     // Writes the changed folders into General.ini as it is now; says so
     // when the file cannot be written.
     bool Save() override;
-    std::wstring CloseQuestion() const override;
+    std::wstring ContentsName() const override { return L"file locations"; }
     void Discard() override;
 
 private:

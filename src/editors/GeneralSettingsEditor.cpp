@@ -117,16 +117,11 @@ bool CGeneralSettingsEditor::Save() {
             file.m_nRatingsFormat = m_general.m_nRatingsFormat;
     });
     if (!saved)
-        return SaveFailed(L"general settings", StandardName());
+        return SaveFailed(L"general settings");
     m_general = current;
     m_opened = current;
     Fill();
     return true;
-}
-
-std::wstring CGeneralSettingsEditor::CloseQuestion() const {
-    return PageModifiedQuestion(m_projects.GetProjectName(m_nProjectId, true, true),
-                                L"general settings");
 }
 
 void CGeneralSettingsEditor::Discard() {

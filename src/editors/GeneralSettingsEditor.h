@@ -52,7 +52,7 @@ protected:
     // another page or workstation saved meanwhile stays; says so when the
     // file cannot be written.
     bool Save() override;
-    std::wstring CloseQuestion() const override;
+    std::wstring ContentsName() const override { return L"general settings"; }
     void Discard() override;
 
 private:

@@ -280,13 +280,8 @@ bool CLayersEditor::RestoreDefaults() {
 bool CLayersEditor::Save() {
     if (m_layers->Save())
         return true;
-    return SaveFailed(L"the " + ApplicationName(m_nApplication) + L" layers", StandardName(),
+    return SaveFailed(L"the " + ApplicationName(m_nApplication) + L" layers",
                       m_layers->GetFilePath());
-}
-
-std::wstring CLayersEditor::CloseQuestion() const {
-    return PageModifiedQuestion(m_projects.GetProjectName(m_nProjectId, true, true),
-                                ApplicationName(m_nApplication) + L" layers");
 }
 
 void CLayersEditor::Discard() {

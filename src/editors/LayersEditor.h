@@ -5,6 +5,7 @@
 #pragma once
 
 #include "contents/ProjectLayers.h"
+#include "datafile/Application.h"
 #include "editors/PageEditor.h"
 #include "store/ProjectRegistry.h"
 #include "store/Prompter.h"
@@ -96,7 +97,9 @@ public:
 protected:
     // Writes the changes to "Layers.ini"; a failure is told to the user.
     bool Save() override;
-    std::wstring CloseQuestion() const override;
+    std::wstring ContentsName() const override {
+        return ApplicationName(m_nApplication) + L" layers";
+    }
     void Discard() override;
 
 private:

@@ -53,7 +53,7 @@ public:
 
 protected:
     bool Save() override { return true; }
-    std::wstring CloseQuestion() const override { return {}; }
+    std::wstring ContentsName() const override { return L"lines"; }
     void Discard() override { Reload(true); }
 
 private:

@@ -4,14 +4,17 @@
 
 #include <fmt/xchar.h>
 
+namespace {
+
 std::wstring PageModifiedQuestion(const std::wstring& standardName, const std::wstring& what) {
     return L"Standard '" + standardName + L"' " + what +
            L" have been modified.\n\nDo you want to save your changes?";
 }
 
-bool CPageEditor::SaveFailed(const std::wstring& what, const std::wstring& standardName,
-                             const std::wstring& file) {
-    std::wstring text = fmt::format(L"Error saving {} of standard '{}'.", what, standardName);
+} // namespace
+
+bool CPageEditor::SaveFailed(const std::wstring& what, const std::wstring& file) {
+    std::wstring text = fmt::format(L"Error saving {} of standard '{}'.", what, StandardName());
     // Why, when the datafile said: another workstation, a read-only share,
     // a full disk.
     const std::wstring why = DatafileProblemText();
@@ -31,8 +34,8 @@ bool CPageEditor::Close() {
     if (!ApplyEnabled())
         return true;
     ClearDatafileProblem();
-    const SPrompt question{CloseQuestion(), L"", EPromptButtons::YesNo, EPromptIcon::Question,
-                           EPromptAnswer::Yes};
+    const SPrompt question{PageModifiedQuestion(StandardName(), ContentsName()), L"",
+                           EPromptButtons::YesNo, EPromptIcon::Question, EPromptAnswer::Yes};
     switch (m_prompter.Ask(question)) {
     case EPromptAnswer::Yes:
         return Apply();

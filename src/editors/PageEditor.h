@@ -38,14 +38,14 @@ protected:
     // Writes the changes Apply found; on failure says so (SaveFailed) and
     // keeps them.
     virtual bool Save() = 0;
-    // Such as "Standard 'Pipe' settings have been modified..."
-    virtual std::wstring CloseQuestion() const = 0;
+    // What the page holds, such as "general settings", for the question on
+    // closing: "Standard 'Pipe' general settings have been modified...".
+    virtual std::wstring ContentsName() const = 0;
     // Drops the changes: the rows show the file again.
     virtual void Discard() = 0;
     // "Error saving <what> of standard '<name>'." and the file that could not
     // be written, when known; false, for Save to return.
-    bool SaveFailed(const std::wstring& what, const std::wstring& standardName,
-                    const std::wstring& file = {});
+    bool SaveFailed(const std::wstring& what, const std::wstring& file = {});
 
     // The standard's name as the registry has it now, for questions and
     // messages.
@@ -60,7 +60,3 @@ protected:
     std::wstring m_strName; // as the standard was named when the page opened
     std::wstring m_strHeader;
 };
-
-// The close question of a modified page: "Standard 'Pipe' <what> have been
-// modified..." with `what` such as "general settings".
-std::wstring PageModifiedQuestion(const std::wstring& standardName, const std::wstring& what);

@@ -296,11 +296,7 @@ bool CSettingsEditor::Save() {
     if (m_settings->Save())
         return true;
     return SaveFailed(L"the " + ApplicationSettingsName(m_nApplication) + L" settings",
-                      StandardName(), m_settings->GetPath());
-}
-
-std::wstring CSettingsEditor::CloseQuestion() const {
-    return PageModifiedQuestion(m_projects.GetProjectName(m_nProjectId, true, true), L"settings");
+                      m_settings->GetPath());
 }
 
 void CSettingsEditor::Discard() {

@@ -87,7 +87,7 @@ public:
 protected:
     // Saves the changed variables; says so when the file cannot be written.
     bool Save() override;
-    std::wstring CloseQuestion() const override;
+    std::wstring ContentsName() const override { return L"settings"; }
     void Discard() override;
 
 private:

@@ -130,10 +130,6 @@ bool CSpecsEditor::Save() {
     return ok;
 }
 
-std::wstring CSpecsEditor::CloseQuestion() const {
-    return PageModifiedQuestion(m_strName, L"specs");
-}
-
 void CSpecsEditor::Discard() {
     Reload();
 }

@@ -49,7 +49,7 @@ protected:
     // changes that failed still made. False when any of them failed (each
     // failure is shown).
     bool Save() override;
-    std::wstring CloseQuestion() const override;
+    std::wstring ContentsName() const override { return L"specs"; }
     void Discard() override;
 
 private:
