@@ -278,10 +278,8 @@ bool CLayersEditor::RestoreDefaults() {
 }
 
 bool CLayersEditor::Save() {
-    if (m_layers->Save())
-        return true;
-    return SaveFailed(L"the " + ApplicationName(m_nApplication) + L" layers",
-                      m_layers->GetFilePath());
+    return m_layers->Save() || SaveFailed(L"the " + ApplicationName(m_nApplication) + L" layers",
+                                          m_layers->GetFilePath());
 }
 
 void CLayersEditor::Discard() {

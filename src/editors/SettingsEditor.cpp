@@ -293,9 +293,8 @@ bool CSettingsEditor::RestoreDefaults() {
 }
 
 bool CSettingsEditor::Save() {
-    if (m_settings->Save())
-        return true;
-    return SaveFailed(L"the " + ApplicationSettingsName(m_nApplication) + L" settings",
+    return m_settings->Save() ||
+           SaveFailed(L"the " + ApplicationSettingsName(m_nApplication) + L" settings",
                       m_settings->GetPath());
 }
 

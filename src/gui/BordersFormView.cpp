@@ -26,9 +26,8 @@ constexpr EBorderColumn kColumns[] = {EBorderColumn::Border, EBorderColumn::Limi
 
 CBordersFormView::CBordersFormView(CStandardsCore& core, IPageHost& host, std::int32_t standardId,
                                    QWidget* parent)
-    : CEditorPageView(core, host, parent), m_grid(new QTableWidget(this)),
-      m_folder(new QLabel(this)) {
-    setObjectName(QStringLiteral("bordersFormView"));
+    : CEditorPageView(core, host, parent, QStringLiteral("bordersFormView")),
+      m_grid(new QTableWidget(this)), m_folder(new QLabel(this)) {
     m_grid->setObjectName(QStringLiteral("bordersGrid"));
     m_folder->setObjectName(QStringLiteral("bordersFolderLabel"));
     m_editor.Open(standardId);

@@ -8,8 +8,7 @@
 
 CFileLocationsFormView::CFileLocationsFormView(CStandardsCore& core, IPageHost& host,
                                                std::int32_t standardId, QWidget* parent)
-    : CEditorPageView(core, host, parent) {
-    setObjectName(QStringLiteral("fileLocationsFormView"));
+    : CEditorPageView(core, host, parent, QStringLiteral("fileLocationsFormView")) {
     m_editor.Open(standardId);
 
     auto* grid = new QGridLayout;

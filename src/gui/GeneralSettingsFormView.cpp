@@ -30,8 +30,7 @@ QString FieldName(EGeneralField field) {
 
 CGeneralSettingsFormView::CGeneralSettingsFormView(CStandardsCore& core, IPageHost& host,
                                                    std::int32_t standardId, QWidget* parent)
-    : CEditorPageView(core, host, parent) {
-    setObjectName(QStringLiteral("generalSettingsFormView"));
+    : CEditorPageView(core, host, parent, QStringLiteral("generalSettingsFormView")) {
     m_editor.Open(standardId);
 
     auto* form = new QFormLayout;

@@ -145,9 +145,8 @@ int CColorIndexDialog::Pick(QWidget* parent, int index) {
 
 CLayersFormView::CLayersFormView(CStandardsCore& core, IPageHost& host, std::int32_t standardId,
                                  int application, QWidget* parent)
-    : CEditorPageView(core, host, parent), m_grid(new QTableWidget(this)),
-      m_restore(MakeRestoreButton()) {
-    setObjectName(QStringLiteral("layersFormView"));
+    : CEditorPageView(core, host, parent, QStringLiteral("layersFormView")),
+      m_grid(new QTableWidget(this)), m_restore(MakeRestoreButton()) {
     m_grid->setObjectName(QStringLiteral("layersGrid"));
     SetUpGrid(m_grid,
               {tr("Description"), tr("Layer Name"), tr("Color"), tr("Linetype"), tr("Lineweight")},

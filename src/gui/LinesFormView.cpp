@@ -17,11 +17,11 @@ constexpr int kStateColumn = 2;
 
 CLinesFormView::CLinesFormView(CStandardsCore& core, IPageHost& host, std::int32_t standardId,
                                QWidget* parent)
-    : CEditorPageView(core, host, parent, ESaving::AtOnce), m_grid(new QTableWidget(this)),
-      m_new(new QPushButton(tr("New Line"), this)), m_delete(new QPushButton(tr("Delete"), this)),
+    : CEditorPageView(core, host, parent, QStringLiteral("linesFormView"), ESaving::AtOnce),
+      m_grid(new QTableWidget(this)), m_new(new QPushButton(tr("New Line"), this)),
+      m_delete(new QPushButton(tr("Delete"), this)),
       m_recover(new QPushButton(tr("Recover"), this)),
       m_rename(new QPushButton(tr("Rename"), this)) {
-    setObjectName(QStringLiteral("linesFormView"));
     m_grid->setObjectName(QStringLiteral("linesGrid"));
     m_new->setObjectName(QStringLiteral("newButton"));
     m_delete->setObjectName(QStringLiteral("deleteButton"));

@@ -70,10 +70,12 @@ public:
 protected:
     enum class ESaving { OnApply, AtOnce };
 
-    CEditorPageView(CStandardsCore& core, IPageHost& host, QWidget* parent,
+    // `name`: the page's object name, by which tests and style sheets find it.
+    CEditorPageView(CStandardsCore& core, IPageHost& host, QWidget* parent, const QString& name,
                     ESaving saving = ESaving::OnApply)
         : CPageView(core, host, parent), m_editor(core.projects, core.prompter),
           m_header(MakeHeader()) {
+        setObjectName(name);
         if (saving == ESaving::OnApply)
             SetEditor(m_editor);
     }

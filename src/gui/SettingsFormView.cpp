@@ -45,9 +45,8 @@ void CSettingsGridCtrl::resizeEvent(QResizeEvent* event) {
 
 CSettingsFormView::CSettingsFormView(CStandardsCore& core, IPageHost& host, std::int32_t standardId,
                                      int application, int section, QWidget* parent)
-    : CEditorPageView(core, host, parent), m_grid(new CSettingsGridCtrl(this)),
-      m_restore(MakeRestoreButton()) {
-    setObjectName(QStringLiteral("settingsFormView"));
+    : CEditorPageView(core, host, parent, QStringLiteral("settingsFormView")),
+      m_grid(new CSettingsGridCtrl(this)), m_restore(MakeRestoreButton()) {
     LayOutGrid(m_grid, MakeButtons({m_restore}));
 
     connect(m_grid, &QTableWidget::itemChanged, this, [this](QTableWidgetItem* item) {

@@ -16,12 +16,11 @@ constexpr int kScopeColumn = 2;
 
 CSpecsFormView::CSpecsFormView(CStandardsCore& core, IPageHost& host, std::int32_t standardId,
                                QWidget* parent)
-    : CEditorPageView(core, host, parent),
+    : CEditorPageView(core, host, parent, QStringLiteral("specsFormView")),
       m_empty(new QLabel(tr("The register holds no spec that this standard may use: common "
                             "specs, specs of its client and its own."),
                          this)),
       m_grid(new QTableWidget(this)) {
-    setObjectName(QStringLiteral("specsFormView"));
     m_grid->setObjectName(QStringLiteral("specsGrid"));
     SetUpGrid(m_grid, {tr("Spec"), tr("Id"), tr("Scope")}, QAbstractItemView::NoEditTriggers, true,
               kSpecColumn);
