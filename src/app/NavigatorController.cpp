@@ -82,24 +82,32 @@ SNavPopup CNavigatorController::RightClick(std::uint64_t handle) {
     popup.showDeletedChecked = DeletedShown();
     switch (SelectionKind()) {
     case eNavStandard:
-        popup.menuIndex = 0;
-        popup.greyed = {eCmdRecoverStandard, eCmdPurgeStandard};
-        break;
     case eNavDeleted:
         popup.menuIndex = 0;
-        popup.greyed = {eCmdOpenStandard, eCmdDeleteStandard, eCmdPrintStandard};
+        popup.items = {eCmdOpenStandard,     eCmdCopyStandard,   eCmdRenameStandard,
+                       eCmdPrintStandard,    eCmdDeleteStandard, eCmdRecoverStandard,
+                       eCmdPurgeStandard,    eCmdSeparator,      eCmdExportStandard,
+                       eCmdCompareStandards, eCmdSeparator,      eCmdShowDeleted};
+        if (SelectionKind() == eNavStandard)
+            popup.greyed = {eCmdRecoverStandard, eCmdPurgeStandard};
+        else
+            popup.greyed = {eCmdOpenStandard, eCmdDeleteStandard, eCmdPrintStandard};
         break;
     case eNavClient:
         popup.menuIndex = 4;
+        popup.items = {eCmdNewClient, eCmdRenameClient, eCmdDeleteClient,
+                       eCmdSeparator, eCmdNewStandard,  eCmdImportStandards};
         break;
     default:
         popup.menuIndex = 5;
+        popup.items = {eCmdNewClient, eCmdNewStandard, eCmdImportStandards, eCmdCompareStandards,
+                       eCmdSeparator, eCmdShowDeleted, eCmdRefresh};
         break;
     }
     return popup;
 }
 
-bool CNavigatorController::Applies(int command) const {
+bool CNavigatorController::Applies(ENavCommand command) const {
     const int kind = SelectionKind();
     switch (command) {
     case eCmdRenameClient:
@@ -139,7 +147,7 @@ std::int32_t CNavigatorController::SelectedClientId() const {
     return parent && parent->image == eNavClient ? parent->id : 0;
 }
 
-void CNavigatorController::Execute(int command) {
+void CNavigatorController::Execute(ENavCommand command) {
     if (!Applies(command))
         return;
     ClearDatafileProblem();
@@ -155,9 +163,9 @@ void CNavigatorController::Execute(int command) {
     case eCmdNewStandard:
         return NewStandard();
     case eCmdOpenStandard:
-        return m_owner.Request(kRequestOpen, item->id);
+        return m_owner.Request(ENavRequest::Open, item->id);
     case eCmdCompareStandards:
-        return m_owner.Request(kRequestCompare,
+        return m_owner.Request(ENavRequest::Compare,
                                item && IsStandardKind(item->image) ? item->id : -1);
     case eCmdCopyStandard:
         return CopyStandard();

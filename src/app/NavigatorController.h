@@ -4,16 +4,19 @@
 #pragma once
 
 #include "app/NavigatorTree.h"
-#include "store/Profile.h"
 #include "store/ClientRegistry.h"
+#include "store/Profile.h"
 #include "store/ProjectRegistry.h"
 #include "store/Prompter.h"
 
 #include <optional>
 #include <set>
+#include <vector>
 
-// Menu command ids of the navigator.
+// Menu command ids of the navigator. In a list of menu items, the separator
+// stands for the line between two groups.
 enum ENavCommand {
+    eCmdSeparator = 0,
     eCmdNewClient = 201,
     eCmdRenameClient = 202,
     eCmdDeleteClient = 203,
@@ -33,14 +36,13 @@ enum ENavCommand {
 };
 
 // Requests the navigator sends to the window that owns it.
-inline constexpr int kRequestOpen = 11;
-inline constexpr int kRequestCompare = 12;
+enum class ENavRequest { Open = 11, Compare = 12 };
 
 class INavigatorOwner {
 public:
     virtual ~INavigatorOwner() = default;
-    // Code 11 with a standard id (open it), code 12 with an id or -1 (compare).
-    virtual void Request(int code, std::int32_t standardId) = 0;
+    // Open with a standard id, Compare with an id or -1 (no first standard).
+    virtual void Request(ENavRequest request, std::int32_t standardId) = 0;
     // Runs the new standard wizard for a client (0: none); true on Finish.
     virtual bool RunNewStandardWizard(std::int32_t clientId, std::int32_t& newId,
                                       std::wstring& newName) = 0;
@@ -56,12 +58,13 @@ struct SNavButtons {
 };
 
 // The pop-up menu for the item under the pointer: its index in the
-// navigator's pop-up menu, the check of "Show Deleted Standards" and the
-// commands shown greyed.
+// navigator's pop-up menu, its items in order, the check of "Show Deleted
+// Standards" and the commands shown greyed.
 struct SNavPopup {
     int menuIndex = 5;
+    std::vector<ENavCommand> items;
     bool showDeletedChecked = false;
-    std::set<int> greyed;
+    std::set<ENavCommand> greyed;
 };
 
 class CNavigatorController {
@@ -85,11 +88,11 @@ public:
     // Selects the item under the pointer (0: none) and says which pop-up opens.
     SNavPopup RightClick(std::uint64_t handle);
     // Whether a command acts on the current selection; the others do nothing.
-    bool Applies(int command) const;
+    bool Applies(ENavCommand command) const;
 
     // Runs a menu command on the selection; silently nothing when it does not
     // apply. Rename commands start label editing (EditingItem).
-    void Execute(int command);
+    void Execute(ENavCommand command);
     // Label editing ended: nullopt when cancelled. True when the view should
     // keep the new label.
     bool EndLabelEdit(const std::optional<std::wstring>& newText);

@@ -116,7 +116,7 @@ COutput UpdateCheck(const SCliOptions& options, const SArgs& a) {
 
 class CNoWindows : public INavigatorOwner {
 public:
-    void Request(int, std::int32_t) override {}
+    void Request(ENavRequest, std::int32_t) override {}
     bool RunNewStandardWizard(std::int32_t, std::int32_t&, std::wstring&) override { return false; }
     void PrintStandard(std::int32_t) override {}
     void ExportStandard(std::int32_t, const std::wstring&) override {}

@@ -57,7 +57,8 @@ CMainFrame::CMainFrame(CStandardsCore& core, IFileDialogs& dialogs, QWidget* par
     UpdateTitle();
 }
 
-QAction* CMainFrame::AddCommand(int command, const QString& text, const QKeySequence& shortcut) {
+QAction* CMainFrame::AddCommand(ENavCommand command, const QString& text,
+                                const QKeySequence& shortcut) {
     auto* action = new QAction(text, this);
     action->setObjectName(QStringLiteral("command%1").arg(command));
     if (!shortcut.isEmpty())
@@ -67,7 +68,7 @@ QAction* CMainFrame::AddCommand(int command, const QString& text, const QKeySequ
     return action;
 }
 
-QAction* CMainFrame::Action(int command) const {
+QAction* CMainFrame::Action(ENavCommand command) const {
     const auto it = m_actions.find(command);
     return it == m_actions.end() ? nullptr : it->second;
 }
@@ -115,7 +116,7 @@ void CMainFrame::CreateMenus() {
     client->addAction(Action(eCmdDeleteClient));
 
     QMenu* standard = menuBar()->addMenu(tr("&Standard"));
-    for (int command :
+    for (const ENavCommand command :
          {eCmdNewStandard, eCmdOpenStandard, eCmdCopyStandard, eCmdRenameStandard,
           eCmdPrintStandard, eCmdDeleteStandard, eCmdRecoverStandard, eCmdPurgeStandard}) {
         standard->addAction(Action(command));
@@ -149,12 +150,12 @@ void CMainFrame::CreateMenus() {
     QToolBar* tools = addToolBar(tr("Standard"));
     tools->setObjectName(QStringLiteral("toolbar"));
     tools->setToolButtonStyle(Qt::ToolButtonIconOnly);
-    for (int command : {eCmdNewStandard, eCmdOpenStandard, eCmdDeleteStandard, eCmdExportStandard,
-                        eCmdCompareStandards, eCmdRefresh})
+    for (const ENavCommand command : {eCmdNewStandard, eCmdOpenStandard, eCmdDeleteStandard,
+                                      eCmdExportStandard, eCmdCompareStandards, eCmdRefresh})
         tools->addAction(Action(command));
 }
 
-void CMainFrame::RunCommand(int command) {
+void CMainFrame::RunCommand(ENavCommand command) {
     m_navigator.Execute(command);
     m_showDeleted->setChecked(m_navigator.DeletedShown());
     m_panel->Tree()->Render();
@@ -168,33 +169,8 @@ void CMainFrame::ShowPopup(const QPoint& globalPos) {
     m_panel->Tree()->Render();
     emit m_panel->Tree()->SelectionChanged();
     QMenu menu(this);
-    std::vector<int> commands;
-    switch (popup.menuIndex) {
-    case 0:
-        commands = {eCmdOpenStandard,
-                    eCmdCopyStandard,
-                    eCmdRenameStandard,
-                    eCmdPrintStandard,
-                    eCmdDeleteStandard,
-                    eCmdRecoverStandard,
-                    eCmdPurgeStandard,
-                    0,
-                    eCmdExportStandard,
-                    eCmdCompareStandards,
-                    0,
-                    eCmdShowDeleted};
-        break;
-    case 4:
-        commands = {eCmdNewClient,   eCmdRenameClient,   eCmdDeleteClient, 0,
-                    eCmdNewStandard, eCmdImportStandards};
-        break;
-    default:
-        commands = {eCmdNewClient,   eCmdNewStandard, eCmdImportStandards, eCmdCompareStandards, 0,
-                    eCmdShowDeleted, eCmdRefresh};
-        break;
-    }
-    for (int command : commands) {
-        if (command == 0) {
+    for (const ENavCommand command : popup.items) {
+        if (command == eCmdSeparator) {
             menu.addSeparator();
             continue;
         }
@@ -206,10 +182,10 @@ void CMainFrame::ShowPopup(const QPoint& globalPos) {
     menu.exec(globalPos);
 }
 
-void CMainFrame::Request(int code, std::int32_t standardId) {
-    if (code == kRequestOpen)
+void CMainFrame::Request(ENavRequest request, std::int32_t standardId) {
+    if (request == ENavRequest::Open)
         OpenStandard(standardId);
-    else if (code == kRequestCompare)
+    else
         OpenComparison(standardId);
 }
 

@@ -27,12 +27,12 @@ public:
     QMdiArea* Documents() const { return m_documents; }
     IFileDialogs& FileDialogs() override { return m_dialogs; }
     // The action of a navigator command id (menus, toolbar, pop-ups share them).
-    QAction* Action(int command) const;
+    QAction* Action(ENavCommand command) const;
     // Runs a navigator command and shows its outcome.
-    void RunCommand(int command);
+    void RunCommand(ENavCommand command);
 
     // INavigatorOwner
-    void Request(int code, std::int32_t standardId) override;
+    void Request(ENavRequest request, std::int32_t standardId) override;
     bool RunNewStandardWizard(std::int32_t clientId, std::int32_t& newId,
                               std::wstring& newName) override;
     void PrintStandard(std::int32_t standardId) override;
@@ -59,7 +59,8 @@ private:
     void CreateMenus();
     void ShowPopup(const QPoint& globalPos);
     void UpdateTitle();
-    QAction* AddCommand(int command, const QString& text, const QKeySequence& shortcut = {});
+    QAction* AddCommand(ENavCommand command, const QString& text,
+                        const QKeySequence& shortcut = {});
 
     CStandardsCore& m_core;
     IFileDialogs& m_dialogs;
@@ -69,7 +70,7 @@ private:
     CStandardTransfer m_transfer;
     CNavigatorDlg* m_panel = nullptr;
     QMdiArea* m_documents = nullptr;
-    std::map<int, QAction*> m_actions;
+    std::map<ENavCommand, QAction*> m_actions;
     QAction* m_showDeleted = nullptr;
     COpener m_opener;
 };

@@ -50,7 +50,7 @@ public:
     void UpdateButtons();
 
 signals:
-    void CommandRequested(int command);
+    void CommandRequested(ENavCommand command);
 
 private:
     CNavigatorController& m_controller;

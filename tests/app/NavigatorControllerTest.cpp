@@ -4,6 +4,7 @@
 #include "store/IniRegistry.h"
 #include "support/TestSupport.h"
 
+#include <algorithm>
 #include <gtest/gtest.h>
 
 namespace fs = std::filesystem;
@@ -11,11 +12,13 @@ namespace fs = std::filesystem;
 namespace {
 
 struct CFakeOwner : INavigatorOwner {
-    std::vector<std::pair<int, std::int32_t>> requests;
+    std::vector<std::pair<ENavRequest, std::int32_t>> requests;
     std::int32_t wizardClient = -1;
     std::int32_t wizardId = 0;
     std::wstring wizardName;
-    void Request(int code, std::int32_t id) override { requests.emplace_back(code, id); }
+    void Request(ENavRequest request, std::int32_t id) override {
+        requests.emplace_back(request, id);
+    }
     bool RunNewStandardWizard(std::int32_t clientId, std::int32_t& id,
                               std::wstring& name) override {
         wizardClient = clientId;
@@ -109,7 +112,7 @@ TEST_F(NavigatorTest, RefreshKeepsTheSelectionOrItsNearestSurvivingAncestor) {
 TEST_F(NavigatorTest, KindsDecideButtonsPopupsAndWhichCommandsAct) {
     nav.Execute(eCmdShowDeleted);
     // The item, its kind, the pop-up menu and its greyed commands.
-    const std::tuple<std::vector<std::wstring>, int, int, std::set<int>> cases[] = {
+    const std::tuple<std::vector<std::wstring>, int, int, std::set<ENavCommand>> cases[] = {
         {{}, kNavNothing, 5, {}},
         {{L"Zeta"}, eNavClient, 4, {}},
         {{L"Zeta", L"pipe"}, eNavStandard, 0, {eCmdRecoverStandard, eCmdPurgeStandard}},
@@ -125,6 +128,13 @@ TEST_F(NavigatorTest, KindsDecideButtonsPopupsAndWhichCommandsAct) {
         EXPECT_TRUE(nav.Buttons().newClient && nav.Buttons().newStandard);
         EXPECT_EQ(popup.menuIndex, menu);
         EXPECT_EQ(popup.greyed, greyed);
+        // The menu of a standard opens it; a client's and the empty area's
+        // start with New Client; every greyed command is one of the items.
+        ASSERT_FALSE(popup.items.empty());
+        EXPECT_EQ(popup.items.front(), menu == 0 ? eCmdOpenStandard : eCmdNewClient);
+        for (const ENavCommand command : greyed)
+            EXPECT_NE(std::find(popup.items.begin(), popup.items.end(), command),
+                      popup.items.end());
         EXPECT_TRUE(popup.showDeletedChecked);
     }
     // Commands for another kind do nothing at all.
@@ -156,7 +166,8 @@ TEST_F(NavigatorTest, OpenAndCompareAreRequestsToTheOwner) {
     nav.Select(Item({L"acme"}));
     nav.Execute(eCmdCompareStandards);
     EXPECT_EQ(owner.requests,
-              (std::vector<std::pair<int, std::int32_t>>{{11, 4}, {12, 4}, {12, -1}}));
+              (std::vector<std::pair<ENavRequest, std::int32_t>>{
+                  {ENavRequest::Open, 4}, {ENavRequest::Compare, 4}, {ENavRequest::Compare, -1}}));
 }
 
 TEST_F(NavigatorTest, NewClientIsInsertedSortedAndNamedByEditingItsLabel) {

@@ -27,7 +27,7 @@ class MainFrameTest : public QObject {
         QVERIFY(item);
         Tree()->setCurrentItem(item);
     }
-    void Trigger(int command) { frame->Action(command)->trigger(); }
+    void Trigger(ENavCommand command) { frame->Action(command)->trigger(); }
     QStringList TopTexts() {
         QStringList texts;
         for (int i = 0; i < Tree()->topLevelItemCount(); ++i)
