@@ -117,8 +117,8 @@ constexpr SCatalogueRow kPidSystemToggles[] = {
     {118, L"Pipe Spec", L"pip_spc", eBool, On, On},
     {131, L"Spec Check", L"spchek", eBool, Off, Off},
     {159, L"Valve Tagging Option", L"valtag", eBool, Off, Off},
-    {155, L"Valve Appearance 1", L"valv_flg", eChoice, 17, 17, {17, 18}},
-    {156, L"Valve Appearance 2", L"spc_flg", eChoice, 21, 21, {21, 10}},
+    {155, L"Valve Appearance 1", L"valv_flg", eChoice, ePrjPlaceFlangedValves, ePrjPlaceFlangedValves, {ePrjPlaceFlangedValves, ePrjPlaceValvesWithoutFlanges}},
+    {156, L"Valve Appearance 2", L"spc_flg", eChoice, ePrjShowFlangedAsPerSpec, ePrjShowFlangedAsPerSpec, {ePrjShowFlangedAsPerSpec, ePrjFlangesNeverShown}},
 };
 
 // P&ID, section 6 "Scale Factors".
@@ -167,7 +167,7 @@ constexpr SCatalogueRow kPidScaleFactors[] = {
 // P&ID, section 0 "Bill of Material".
 constexpr SCatalogueRow kPidBillOfMaterial[] = {
     {106, L"Scale Factor for Material ID Balloons", L"balscl", eReal, 10, 0.5},
-    {191, L"BOM Placement Default", L"", eChoice, 52, 52, {52, 51, 53, 54}},
+    {191, L"BOM Placement Default", L"", eChoice, ePrjTopRight, ePrjTopRight, {ePrjTopRight, ePrjTopLeft, ePrjBottomLeft, ePrjBottomRight}},
 };
 
 // ISOMETRIC, section 4 "General Drawing Parameters".
@@ -183,7 +183,7 @@ constexpr SCatalogueRow kIsoGeneralDrawing[] = {
     {133, L"Prefix Text for Spool Piece Number Blocks", L"mkprfx", eText, L"MK-", L"MK-"},
     {2, L"Maximum Number of Characters in Balloon Before Breaking", L"charno", eInteger, 3, 3},
     {163, L"Weld Gap", L"wldgap", eReal, 0, 0},
-    {62, L"Flange Appearance", L"flgshp", eChoice, 22, 22, {22, 14}},
+    {62, L"Flange Appearance", L"flgshp", eChoice, ePrjStandard, ePrjStandard, {ePrjStandard, ePrjLineWidth}},
     {44, L"Drawing Template", L"", eString, L"acad", L"acad"},
     {189, L"Block Folder", L"", eFolder, L"", L""},
     {99, L"Distance for Line Breaks", L"brkdis", eReal, 3, 0.125},
@@ -194,9 +194,9 @@ constexpr SCatalogueRow kIsoSystemToggles[] = {
     {158, L"Valve Stem", L"hndwhl", eBool, On, On},
     {131, L"Spec Check", L"spchek", eBool, Off, Off},
     {5, L"Branch Check", L"brchck", eBool, On, On},
-    {9, L"BW Elbows", L"crvell", eChoice, 5, 5, {5, 23}},
-    {61, L"Fitting Insert Point", L"fitins", eChoice, 24, 24, {24, 3}},
-    {67, L"Flange Insert Point", L"flgins", eChoice, 24, 24, {24, 9}},
+    {9, L"BW Elbows", L"crvell", eChoice, ePrjCurved, ePrjCurved, {ePrjCurved, ePrjSquare}},
+    {61, L"Fitting Insert Point", L"fitins", eChoice, ePrjWeld, ePrjWeld, {ePrjWeld, ePrjCenter}},
+    {67, L"Flange Insert Point", L"flgins", eChoice, ePrjWeld, ePrjWeld, {ePrjWeld, ePrjFaceOfFlange}},
 };
 
 // ISOMETRIC, section 6 "Scale Factors".
@@ -248,13 +248,13 @@ constexpr SCatalogueRow kIsoBillOfMaterial[] = {
     {105, L"Material Block", L"mtoblk", eBool, On, On},
     {106, L"Scale Factor for Material ID Balloons", L"balscl", eReal, 10, 0.5},
     {117, L"Minimum Pipe Length Between Fittings", L"minpup", eReal, 50, 2},
-    {170, L"Bolt Diameter Size Units", L"bltimp", eChoice, 40, 40, {39, 40}},
-    {180, L"Bolt Length Units", L"", eChoice, 0, 0, {39, 40}},
-    {182, L"Bolt Diameter Size Precision", L"", eChoice, 0, 0, {30, 31, 32, 33, 34, 35, 36, 37, 38}},
-    {181, L"Bolt Length Precision", L"", eChoice, 0, 0, {30, 31, 32, 33, 34, 35, 36, 37, 38}},
-    {190, L"Eccentric Reducer and Swage Unit Format", L"", eChoice, 26, 26, {25, 26, 27, 28, 29}},
-    {191, L"BOM Placement Default", L"", eChoice, 52, 52, {52, 51, 53, 54}},
-    {192, L"Swage BOM Sorting", L"", eChoice, 56, 56, {55, 56, 57}},
+    {170, L"Bolt Diameter Size Units", L"bltimp", eChoice, ePrjEnglish, ePrjEnglish, {ePrjMetric, ePrjEnglish}},
+    {180, L"Bolt Length Units", L"", eChoice, ePrjNone, ePrjNone, {ePrjMetric, ePrjEnglish}},
+    {182, L"Bolt Diameter Size Precision", L"", eChoice, ePrjNone, ePrjNone, {ePrjPrecision0, ePrjPrecision1, ePrjPrecision2, ePrjPrecision3, ePrjPrecision4, ePrjPrecision5, ePrjPrecision6, ePrjPrecision7, ePrjPrecision8}},
+    {181, L"Bolt Length Precision", L"", eChoice, ePrjNone, ePrjNone, {ePrjPrecision0, ePrjPrecision1, ePrjPrecision2, ePrjPrecision3, ePrjPrecision4, ePrjPrecision5, ePrjPrecision6, ePrjPrecision7, ePrjPrecision8}},
+    {190, L"Eccentric Reducer and Swage Unit Format", L"", eChoice, ePrjDecimal, ePrjDecimal, {ePrjScientific, ePrjDecimal, ePrjEngineering, ePrjArchitectural, ePrjFractional}},
+    {191, L"BOM Placement Default", L"", eChoice, ePrjTopRight, ePrjTopRight, {ePrjTopRight, ePrjTopLeft, ePrjBottomLeft, ePrjBottomRight}},
+    {192, L"Swage BOM Sorting", L"", eChoice, ePrjSwageAllScrewed, ePrjSwageAllScrewed, {ePrjSwageSeparate, ePrjSwageAllScrewed, ePrjSwageAllWelded}},
 };
 
 // ORTHO, section 4 "General Drawing Parameters".
@@ -271,7 +271,7 @@ constexpr SCatalogueRow kOrthoGeneralDrawing[] = {
     {2, L"Maximum Number of Characters in Balloon Before Breaking", L"charno", eInteger, 3, 3},
     {163, L"Weld Gap", L"wldgap", eReal, 0, 0},
     {169, L"Double Line Drafting Start Size", L"sd-brk", eString, L"350mm", L"14\""},
-    {186, L"Pipe Double/Single Line Drafting", L"", eChoice, 42, 42, {42, 43}},
+    {186, L"Pipe Double/Single Line Drafting", L"", eChoice, ePrjDoubleLine, ePrjDoubleLine, {ePrjDoubleLine, ePrjSingleLine}},
     {44, L"Drawing Template", L"", eString, L"acad", L"acad"},
     {189, L"Block Folder", L"", eFolder, L"", L""},
 };
@@ -307,17 +307,17 @@ constexpr SCatalogueRow kOrthoScaleFactors[] = {
 constexpr SCatalogueRow kOrthoBillOfMaterial[] = {
     {105, L"Material Block", L"mtoblk", eBool, On, On},
     {106, L"Scale Factor for Material ID Balloons", L"balscl", eReal, 10, 0.5},
-    {170, L"Bolt Diameter Size Units", L"bltimp", eChoice, 40, 40, {39, 40}},
-    {180, L"Bolt Length Units", L"", eChoice, 0, 0, {39, 40}},
-    {182, L"Bolt Diameter Size Precision", L"", eChoice, 0, 0, {30, 31, 32, 33, 34, 35, 36, 37, 38}},
-    {181, L"Bolt Length Precision", L"", eChoice, 0, 0, {30, 31, 32, 33, 34, 35, 36, 37, 38}},
-    {191, L"BOM Placement Default", L"", eChoice, 52, 52, {52, 51, 53, 54}},
-    {192, L"Swage BOM Sorting", L"", eChoice, 55, 55, {55, 56, 57}},
+    {170, L"Bolt Diameter Size Units", L"bltimp", eChoice, ePrjEnglish, ePrjEnglish, {ePrjMetric, ePrjEnglish}},
+    {180, L"Bolt Length Units", L"", eChoice, ePrjNone, ePrjNone, {ePrjMetric, ePrjEnglish}},
+    {182, L"Bolt Diameter Size Precision", L"", eChoice, ePrjNone, ePrjNone, {ePrjPrecision0, ePrjPrecision1, ePrjPrecision2, ePrjPrecision3, ePrjPrecision4, ePrjPrecision5, ePrjPrecision6, ePrjPrecision7, ePrjPrecision8}},
+    {181, L"Bolt Length Precision", L"", eChoice, ePrjNone, ePrjNone, {ePrjPrecision0, ePrjPrecision1, ePrjPrecision2, ePrjPrecision3, ePrjPrecision4, ePrjPrecision5, ePrjPrecision6, ePrjPrecision7, ePrjPrecision8}},
+    {191, L"BOM Placement Default", L"", eChoice, ePrjTopRight, ePrjTopRight, {ePrjTopRight, ePrjTopLeft, ePrjBottomLeft, ePrjBottomRight}},
+    {192, L"Swage BOM Sorting", L"", eChoice, ePrjSwageSeparate, ePrjSwageSeparate, {ePrjSwageSeparate, ePrjSwageAllScrewed, ePrjSwageAllWelded}},
 };
 
 // ORTHO, section 1 "Civil/Structural Parameters".
 constexpr SCatalogueRow kOrthoCivilStructural[] = {
-    {183, L"Structural Display Units", L"", eChoice, 0, 0, {39, 40}},
+    {183, L"Structural Display Units", L"", eChoice, ePrjNone, ePrjNone, {ePrjMetric, ePrjEnglish}},
     {161, L"Vessel/Radial Platform Clearance", L"pltdis", eReal, 100, 4},
     {58, L"Distance Between Fence", L"fendis", eReal, 1800, 72},
     {126, L"Single Door Width", L"sndrwd", eReal, 914, 36},
@@ -338,7 +338,7 @@ constexpr SCatalogueRow kOrthoCivilStructural[] = {
     {97, L"Ladder Rung Thickness", L"rungtk", eReal, 25, 1},
     {123, L"Number of Rungs Above a Platform", L"rungab", eInteger, 4, 4},
     {96, L"Spacing Between Ladder Rungs", L"rungsp", eReal, 305, 12},
-    {136, L"Linetype for Steel", L"stldash", eChoice, 11, 11, {11, 6}},
+    {136, L"Linetype for Steel", L"stldash", eChoice, ePrjHidden, ePrjHidden, {ePrjHidden, ePrjDashed}},
 };
 
 // Shared dimensioning section: section 3, the last section of every application.
@@ -352,21 +352,21 @@ constexpr SCatalogueRow kDimensioning[] = {
     {26, L"Dimension Center Marks and Centerlines", L"DIMCEN", eReal, 1, 0.03125},
     Title(L"Text"),
     {36, L"Dimension Text Height", L"DIMTXT", eReal, 2.5, 0.09375},
-    {37, L"Vertical Position of Text in Relation to the Dimension Line", L"DIMTAD", eChoice, 19, 19, {4, 19, 20, 13}},
+    {37, L"Vertical Position of Text in Relation to the Dimension Line", L"DIMTAD", eChoice, ePrjTextAboveDimLine, ePrjTextAboveDimLine, {ePrjCenterTextBetweenExtLines, ePrjTextAboveDimLine, ePrjTextOnSideOfDimLine, ePrjJisRepresentation}},
     {184, L"Gap Distance Around the Dimension Text", L"DIMGAP", eReal, 0.625, 0.09},
     Title(L"Fit"),
     {35, L"Draw Text Between Extension Lines", L"DIMTIX", eBool, On, On},
     {34, L"Suppress Dimension Lines Outside the Extension Lines", L"DIMSOXD", eBool, On, On},
     {30, L"Force Text Between the Extension Lines", L"DIMTOFL", eBool, On, On},
     Title(L"Primary Units"),
-    {166, L"Linear Unit Format", L"DIMLUNIT", eChoice, 26, 28, {25, 26, 27, 28, 29}},
-    {167, L"Linear Precision", L"DIMDEC", eChoice, 30, 34, {30, 31, 32, 33, 34, 35, 36, 37, 38}},
-    {31, L"Fraction Format", L"DIMFRAC", eChoice, 12, 12, {12, 7, 16}},
+    {166, L"Linear Unit Format", L"DIMLUNIT", eChoice, ePrjDecimal, ePrjArchitectural, {ePrjScientific, ePrjDecimal, ePrjEngineering, ePrjArchitectural, ePrjFractional}},
+    {167, L"Linear Precision", L"DIMDEC", eChoice, ePrjPrecision0, ePrjPrecision4, {ePrjPrecision0, ePrjPrecision1, ePrjPrecision2, ePrjPrecision3, ePrjPrecision4, ePrjPrecision5, ePrjPrecision6, ePrjPrecision7, ePrjPrecision8}},
+    {31, L"Fraction Format", L"DIMFRAC", eChoice, ePrjHorizontal, ePrjHorizontal, {ePrjHorizontal, ePrjDiagonal, ePrjNotStacked}},
     {27, L"Dimension Distance Rounding", L"DIMRND", eReal, 0, 0},
     {32, L"Dimension Linear Scale Factor", L"DIMLFAC", eReal, 1, 1},
-    {187, L"Zero Suppression", L"DIMZIN", eChoice, 44, 44, {44, 45, 46, 47, 48, 49, 50}},
+    {187, L"Zero Suppression", L"DIMZIN", eChoice, ePrjZeroNoFeetOrInches, ePrjZeroNoFeetOrInches, {ePrjZeroNoFeetOrInches, ePrjZeroShowFeetAndInches, ePrjZeroNoInches, ePrjZeroNoFeet, ePrjZeroNoLeading, ePrjZeroNoTrailing, ePrjZeroNoLeadingOrTrailing}},
     Title(L"Miscellaneous"),
-    {25, L"Dimension Associativity", L"DIMASO", eChoice, 1, 1, {8, 15, 1}},
+    {25, L"Dimension Associativity", L"DIMASO", eChoice, ePrjAssociative, ePrjAssociative, {ePrjExploded, ePrjNonAssociative, ePrjAssociative}},
 };
 // ISOMETRIC's dimension styles, placed after "Dimension Style Name".
 constexpr SCatalogueRow kIsoDimensionStyles[] = {

@@ -12,17 +12,6 @@ int IndexOf(int code, int first, std::size_t count) {
 
 } // namespace
 
-const std::vector<std::wstring>& WorkingUnitsNames() {
-    static const std::vector<std::wstring> names = {L"Metric", L"English"};
-    return names;
-}
-
-const std::vector<std::wstring>& DisplayedUnitsNames() {
-    static const std::vector<std::wstring> names = {L"Metric - OD", L"Metric - NPS",
-                                                    L"English - US", L"English - NPS"};
-    return names;
-}
-
 bool CGeneralSettingsEditor::Open(std::int32_t projectId) {
     m_nProjectId = projectId;
     m_rows.clear();

@@ -3,6 +3,7 @@
 // read-only, Apply, the question on closing and the help topic.
 #pragma once
 
+#include "datafile/Units.h"
 #include "editors/PageEditor.h"
 #include "editors/RatingFormats.h"
 #include "store/GeneralSettings.h"
@@ -63,9 +64,3 @@ private:
     std::vector<SRatingFormat> m_formats;
     std::vector<SGeneralRow> m_rows;
 };
-
-// "Metric", "English": working units by code.
-const std::vector<std::wstring>& WorkingUnitsNames();
-// "Metric - OD", "Metric - NPS", "English - US", "English - NPS": displayed
-// units by code.
-const std::vector<std::wstring>& DisplayedUnitsNames();

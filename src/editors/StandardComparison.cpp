@@ -10,6 +10,7 @@
 #include "datafile/Application.h"
 #include "datafile/IniFile.h"
 #include "datafile/Text.h"
+#include "datafile/Units.h"
 #include "editors/RatingFormats.h"
 #include "platform/Utf8.h"
 #include "store/GeneralSettings.h"
@@ -206,12 +207,10 @@ private:
         const CVX2D_GeneralSettings& g1 = One().general;
         const CVX2D_GeneralSettings& g2 = Two().general;
         Heading(ECompareRowKind::eHeading, L"General Settings");
-        Value(L"Working Units", CVX2D_StandardComparison::WorkingUnitsText(g1.m_nWorkingUnits),
-              CVX2D_StandardComparison::WorkingUnitsText(g2.m_nWorkingUnits),
-              g1.m_nWorkingUnits != g2.m_nWorkingUnits);
-        Value(L"Displayed Units",
-              CVX2D_StandardComparison::DisplayedUnitsText(g1.m_nDisplayedUnits),
-              CVX2D_StandardComparison::DisplayedUnitsText(g2.m_nDisplayedUnits),
+        Value(L"Working Units", WorkingUnitsText(g1.m_nWorkingUnits),
+              WorkingUnitsText(g2.m_nWorkingUnits), g1.m_nWorkingUnits != g2.m_nWorkingUnits);
+        Value(L"Displayed Units", DisplayedUnitsText(g1.m_nDisplayedUnits),
+              DisplayedUnitsText(g2.m_nDisplayedUnits),
               g1.m_nDisplayedUnits != g2.m_nDisplayedUnits);
 
         const std::vector<SRatingFormat> formats = LoadRatingFormats(m_registry.Datafiles());
@@ -400,32 +399,6 @@ std::wstring CompareErrorText(const std::wstring& reason) {
 
 CVX2D_StandardComparison::CVX2D_StandardComparison(const CVX2D_ProjectRegistry& registry)
     : m_registry(registry) {}
-
-std::wstring CVX2D_StandardComparison::WorkingUnitsText(int units) {
-    switch (units) {
-    case 0:
-        return L"Metric";
-    case 1:
-        return L"English";
-    default:
-        return {};
-    }
-}
-
-std::wstring CVX2D_StandardComparison::DisplayedUnitsText(int units) {
-    switch (units) {
-    case 0:
-        return L"Metric - OD";
-    case 1:
-        return L"Metric - NPS";
-    case 2:
-        return L"English - US";
-    case 3:
-        return L"English - NPS";
-    default:
-        return {};
-    }
-}
 
 bool CVX2D_StandardComparison::Rebuild() {
     m_result = SComparison{};

@@ -82,10 +82,6 @@ public:
     bool Rebuild();
     const SComparison& Result() const { return m_result; }
 
-    // The display tables: empty text for a code outside them.
-    static std::wstring WorkingUnitsText(int units);
-    static std::wstring DisplayedUnitsText(int units);
-
 private:
     const CVX2D_ProjectRegistry& m_registry;
     std::int32_t m_nStandard1 = -1;

@@ -9,6 +9,7 @@
 #include "contents/SettingsText.h"
 #include "datafile/Application.h"
 #include "datafile/IniFile.h"
+#include "datafile/Units.h"
 #include "editors/CompareReport.h"
 #include "editors/LayersEditor.h"
 #include "editors/RatingFormats.h"
@@ -164,10 +165,8 @@ private:
                                            : fmt::format(L"{} (not in the list of rating formats)",
                                                          m_general.m_nRatingsFormat);
         m_out.Table({
-            {L"Working Units",
-             CVX2D_StandardComparison::WorkingUnitsText(m_general.m_nWorkingUnits)},
-            {L"Displayed Units",
-             CVX2D_StandardComparison::DisplayedUnitsText(m_general.m_nDisplayedUnits)},
+            {L"Working Units", WorkingUnitsText(m_general.m_nWorkingUnits)},
+            {L"Displayed Units", DisplayedUnitsText(m_general.m_nDisplayedUnits)},
             {L"Rating Format", rating},
             {L"Version", std::to_wstring(m_general.m_nProjectVersion)},
             {L"GUID", GuidToText(m_general.m_guid)},

@@ -1,6 +1,7 @@
 #include "gui/NewStandardWizard.h"
 
 #include "datafile/Application.h"
+#include "datafile/Units.h"
 #include "gui/QtText.h"
 
 #include <QFormLayout>
@@ -55,11 +56,12 @@ QWizardPage* CNewStandardWizardDlg::UnitsPage() {
     auto* form = new QFormLayout;
     m_working = new QComboBox(page);
     m_working->setObjectName(QStringLiteral("workingUnits"));
-    m_working->addItems({QStringLiteral("Metric"), QStringLiteral("English")});
+    for (const auto& name : WorkingUnitsNames())
+        m_working->addItem(Q(name));
     m_displayed = new QComboBox(page);
     m_displayed->setObjectName(QStringLiteral("displayedUnits"));
-    m_displayed->addItems({QStringLiteral("Metric - OD"), QStringLiteral("Metric - NPS"),
-                           QStringLiteral("English - US"), QStringLiteral("English - NPS")});
+    for (const auto& name : DisplayedUnitsNames())
+        m_displayed->addItem(Q(name));
     form->addRow(tr("&Working units:"), m_working);
     form->addRow(tr("&Displayed units:"), m_displayed);
     layout->addLayout(form);
