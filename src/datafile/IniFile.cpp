@@ -111,6 +111,10 @@ void AppendBytes(std::string& out, const std::wstring& text) {
         out += static_cast<char>(static_cast<unsigned char>(c));
 }
 
+// The section of an entry DeleteKey has marked: no section can be named so,
+// as names are trimmed of line breaks and a file's lines are split at them.
+const std::wstring kDeletedSection = L"\n";
+
 } // namespace
 
 std::size_t CVX2D_IniFile::SPairHash::operator()(
@@ -130,7 +134,7 @@ CVX2D_IniFile::~CVX2D_IniFile() {
 CVX2D_IniFile::CVX2D_IniFile(const CVX2D_IniFile& other)
     : m_bAutoSave(other.m_bAutoSave), m_bCaseSensitive(other.m_bCaseSensitive),
       m_bModified(other.m_bModified), m_strSeparator(other.m_strSeparator),
-      m_strPath(other.m_strPath), m_arrEntries(other.m_arrEntries),
+      m_strPath(other.m_strPath), m_arrEntries((other.Compact(), other.m_arrEntries)),
       m_strSection(other.m_strSection) {}
 
 CVX2D_IniFile& CVX2D_IniFile::operator=(const CVX2D_IniFile& other) {
@@ -141,7 +145,9 @@ CVX2D_IniFile& CVX2D_IniFile::operator=(const CVX2D_IniFile& other) {
     m_bModified = other.m_bModified;
     m_strSeparator = other.m_strSeparator;
     m_strPath = other.m_strPath;
+    other.Compact();
     m_arrEntries = other.m_arrEntries;
+    m_nDeleted = 0;
     m_strSection = other.m_strSection;
     Invalidate();
     return *this;
@@ -241,6 +247,7 @@ int CVX2D_IniFile::Save(bool bForce) {
         return eOk;
     if (m_strPath.empty())
         return eCantCreate;
+    Compact();
     for (const auto& e : m_arrEntries) {
         if (!Storable(e.section) || !StorableKey(e.key) || !Storable(e.value))
             return eCantCreate;
@@ -287,6 +294,7 @@ void CVX2D_IniFile::Clear() {
     if (!m_arrEntries.empty())
         m_bModified = true;
     m_arrEntries.clear();
+    m_nDeleted = 0;
     Invalidate();
 }
 
@@ -299,8 +307,18 @@ void CVX2D_IniFile::Invalidate() {
     m_bValueIndexValid = false;
 }
 
+void CVX2D_IniFile::Compact() const {
+    if (m_nDeleted == 0)
+        return;
+    std::erase_if(m_arrEntries, [](const SEntry& e) { return e.section == kDeletedSection; });
+    m_nDeleted = 0;
+    m_bKeyIndexValid = false;
+    m_bValueIndexValid = false;
+}
+
 std::size_t CVX2D_IniFile::FindExact(const std::wstring& section, const std::wstring& key) const {
     if (!m_bKeyIndexValid) {
+        Compact();
         m_keyIndex.clear();
         for (std::size_t i = 0; i < m_arrEntries.size(); ++i)
             m_keyIndex.try_emplace({m_arrEntries[i].section, m_arrEntries[i].key}, i);
@@ -316,6 +334,7 @@ const CVX2D_IniFile::SEntry* CVX2D_IniFile::Find(const std::wstring& section,
         const std::size_t i = FindExact(section, key);
         return i == std::wstring::npos ? nullptr : &m_arrEntries[i];
     }
+    Compact();
     for (const auto& e : m_arrEntries) {
         if (EqualsNoCase(e.section, section) && EqualsNoCase(e.key, key))
             return &e;
@@ -409,12 +428,17 @@ void CVX2D_IniFile::DeleteKey(const std::wstring& key) {
     const std::size_t i = FindExact(m_strSection, key);
     if (i == std::wstring::npos)
         return;
-    m_arrEntries.erase(m_arrEntries.begin() + static_cast<std::ptrdiff_t>(i));
+    // Marked, not erased: erasing would move every later entry and spoil
+    // the index, making a run of deletes quadratic.
+    m_keyIndex.erase({m_strSection, m_arrEntries[i].key});
+    m_arrEntries[i].section = kDeletedSection;
+    ++m_nDeleted;
     m_bModified = true;
-    Invalidate();
+    m_bValueIndexValid = false;
 }
 
 void CVX2D_IniFile::DeleteSection(const std::wstring& name) {
+    Compact();
     const auto removed =
         std::erase_if(m_arrEntries, [&](const SEntry& e) { return e.section == name; });
     if (removed > 0) {
@@ -427,6 +451,7 @@ void CVX2D_IniFile::GetSectionEntries(std::vector<std::wstring>& keys,
                                       std::vector<std::wstring>& values) const {
     keys.clear();
     values.clear();
+    Compact();
     for (const auto& e : m_arrEntries) {
         if (e.section == m_strSection) {
             keys.push_back(e.key);
@@ -442,6 +467,7 @@ void CVX2D_IniFile::SetSectionEntries(const std::vector<std::wstring>& keys,
 }
 
 std::wstring CVX2D_IniFile::FindKeyByValue(const std::wstring& value) const {
+    Compact();
     if (!m_bCaseSensitive) {
         for (const auto& e : m_arrEntries) {
             if (EqualsNoCase(e.section, m_strSection) && EqualsNoCase(e.value, value))

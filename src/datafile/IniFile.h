@@ -77,7 +77,10 @@ public:
     std::wstring FindKeyByValue(const std::wstring& value) const;
 
     // Every entry in memory order (file order after a read, sorted after a save).
-    const std::vector<SEntry>& Entries() const { return m_arrEntries; }
+    const std::vector<SEntry>& Entries() const {
+        Compact();
+        return m_arrEntries;
+    }
 
     bool IsModified() const { return m_bModified; }
     const std::wstring& GetPath() const { return m_strPath; }
@@ -98,6 +101,9 @@ private:
     const SEntry* Find(const std::wstring& section, const std::wstring& key) const;
     std::size_t FindExact(const std::wstring& section, const std::wstring& key) const;
     void Invalidate();
+    // Drops the entries DeleteKey marked, in one pass: a run of deletes costs
+    // one move of the entries, not one per delete.
+    void Compact() const;
     void ParseBytes(const std::string& bytes);
 
     bool m_bAutoSave = true;
@@ -105,7 +111,10 @@ private:
     bool m_bModified = false;
     std::wstring m_strSeparator = L" = ";
     std::wstring m_strPath;
-    std::vector<SEntry> m_arrEntries;
+    // Deleted entries stay in place, marked, until the next Compact, so that
+    // the positions in the key index stay valid.
+    mutable std::vector<SEntry> m_arrEntries;
+    mutable std::size_t m_nDeleted = 0;
     std::wstring m_strSection;
 
     // (section, key) -> position of the entry, and (section, value) -> first

@@ -266,6 +266,38 @@ TEST_F(IniFileTest, DeletesTheMatchInTheCurrentSectionAndWholeSectionsAnywhere) 
     EXPECT_EQ(ini.GetSection(), L"B");
 }
 
+// Deleted entries are only marked until the next full pass; every way of
+// reading the document must behave as if they were gone.
+TEST_F(IniFileTest, DeletedEntriesAreGoneForEveryReader) {
+    CVX2D_IniFile ini;
+    Read(ini, "[L]\r\nP1 = Pipe\r\nP2 = Tank\r\nP3 = Pipe\r\nP4 = Vent\r\n");
+    ini.SetSection(L"L");
+    EXPECT_EQ(ini.FindKeyByValue(L"Pipe"), L"P1");
+    ini.DeleteKey(L"P1");
+    ini.DeleteKey(L"P4");
+    EXPECT_EQ(ini.FindKeyByValue(L"Pipe"), L"P3");
+    EXPECT_EQ(ini.FindKeyByValue(L"Vent"), L"");
+    EXPECT_FALSE(ini.HasKey(L"P1"));
+    // A deleted key set again comes back, after the others.
+    ini.SetString(L"P1", L"Again");
+    EXPECT_EQ(ini.String(L"P3"), L"Pipe");
+    ini.DeleteKey(L"P2");
+    CVX2D_IniFile copy(ini);
+    CVX2D_IniFile assigned;
+    assigned = ini;
+    for (const CVX2D_IniFile* document : {&ini, &copy, &assigned}) {
+        EXPECT_EQ(Dump(*document), L"[L]P3=Pipe;[L]P1=Again;");
+        std::vector<std::wstring> keys, values;
+        document->GetSectionEntries(keys, values);
+        EXPECT_EQ(keys, (std::vector<std::wstring>{L"P3", L"P1"}));
+    }
+    ini.SetCaseSensitive(false);
+    EXPECT_EQ(ini.String(L"p2", L"none"), L"none");
+    ini.SetCaseSensitive(true);
+    EXPECT_EQ(ini.Save(true), 0);
+    EXPECT_EQ(ReadBytes(test::P(File())), "[L]\r\nP1 = Again\r\nP3 = Pipe\r\n");
+}
+
 TEST_F(IniFileTest, FindsTheFirstKeyHoldingAValueInTheCurrentSection) {
     CVX2D_IniFile ini;
     Read(ini, "[A]\r\nx = Pipe\r\n\r\n[B]\r\nk2 = Pipe\r\nk1 = Pipe\r\n");
