@@ -111,6 +111,11 @@ void AppendBytes(std::string& out, const std::wstring& text) {
         out += static_cast<char>(static_cast<unsigned char>(c));
 }
 
+std::function<void(const std::wstring&)>& ReadObserver() {
+    static std::function<void(const std::wstring&)> observer;
+    return observer;
+}
+
 // The section of an entry DeleteKey has marked: no section can be named so,
 // as names are trimmed of line breaks and a file's lines are split at them.
 const std::wstring kDeletedSection = L"\n";
@@ -194,7 +199,11 @@ void CVX2D_IniFile::Unlock() {
 
 int CVX2D_IniFile::Reload() {
     std::string bytes;
-    if (m_strPath.empty() || !ReadWholeFile(platform::ToPath(m_strPath), bytes))
+    if (m_strPath.empty())
+        return eCantOpen;
+    if (ReadObserver())
+        ReadObserver()(m_strPath);
+    if (!ReadWholeFile(platform::ToPath(m_strPath), bytes))
         return eCantOpen;
     Clear();
     ParseBytes(bytes);
@@ -528,4 +537,8 @@ bool WriteFileAtomically(const fs::path& target, const std::string& bytes) {
         return false;
     }
     return true;
+}
+
+void SetDatafileReadObserver(std::function<void(const std::wstring&)> observer) {
+    ReadObserver() = std::move(observer);
 }

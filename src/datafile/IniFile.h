@@ -127,6 +127,11 @@ private:
     CVX2D_FileLock m_lock;
 };
 
+// Hears of every datafile the engine reads from disk (its path), so that
+// benchmarks and tests can count the reads an action costs. An empty function
+// stops it. Not for use from several threads at once.
+void SetDatafileReadObserver(std::function<void(const std::wstring&)> observer);
+
 // One read-modify-write of a shared datafile under its lock: opens `path` for
 // update, lets `change` edit the document, and saves it when `change` returns
 // true (false leaves the file untouched). True only when the change was saved.
