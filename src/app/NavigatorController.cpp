@@ -5,6 +5,7 @@
 
 #include <fmt/xchar.h>
 #include <map>
+#include <unordered_map>
 
 namespace {
 
@@ -30,7 +31,6 @@ void CNavigatorController::Error(const std::wstring& text) {
 
 void CNavigatorController::Rebuild() {
     const std::vector<std::wstring> path = m_tree.PathOf(m_selection);
-    m_tree.Clear();
     m_selection = 0;
     m_editing = 0;
 
@@ -41,20 +41,26 @@ void CNavigatorController::Rebuild() {
     // every command on a standard say why.
     static_cast<void>(m_projects.ListProjects(true, DeletedShown(), projects));
 
-    std::map<std::int32_t, std::uint64_t> itemOfClient;
-    std::map<std::int32_t, std::uint64_t> parentOfProject;
+    // The clients first, then each standard under its client (the first
+    // client listing it) or at the top level; the tree sorts every level once.
+    std::vector<CNavItem> roots;
+    roots.reserve(clients.size() + projects.size());
+    std::unordered_map<std::int32_t, std::size_t> clientOfProject;
     for (const auto& client : clients) {
-        const std::uint64_t item = m_tree.Insert(0, client.name, client.id, eNavClient);
-        itemOfClient.try_emplace(client.id, item);
+        roots.push_back({0, client.name, client.id, eNavClient, {}});
         for (std::int32_t id : client.projectIds)
-            parentOfProject.try_emplace(id, item);
+            clientOfProject.try_emplace(id, roots.size() - 1);
     }
     for (const auto& project : projects) {
-        const auto parent = parentOfProject.find(project.id);
-        m_tree.Insert(parent == parentOfProject.end() ? 0 : parent->second, project.name,
-                      project.id, project.deleted ? eNavDeleted : eNavStandard);
+        CNavItem item{
+            0, project.name, project.id, project.deleted ? eNavDeleted : eNavStandard, {}};
+        const auto client = clientOfProject.find(project.id);
+        if (client == clientOfProject.end())
+            roots.push_back(std::move(item));
+        else
+            roots[client->second].children.push_back(std::move(item));
     }
-    m_tree.SortAll();
+    m_tree.Assign(std::move(roots));
     Select(m_tree.FindByPath(path));
 }
 
@@ -213,7 +219,7 @@ void CNavigatorController::BeginRename() {
 
 bool CNavigatorController::EndLabelEdit(const std::optional<std::wstring>& newText) {
     ClearDatafileProblem();
-    CNavItem* item = m_tree.Find(m_editing);
+    const CNavItem* item = m_tree.Find(m_editing);
     m_editing = 0;
     if (!item || !newText || *newText == m_editOldText)
         return false;
@@ -225,13 +231,13 @@ bool CNavigatorController::EndLabelEdit(const std::optional<std::wstring>& newTe
             return false;
         }
         // The registry stores the name trimmed; show what it stored.
-        item->text = m_projects.GetProjectName(item->id, true, true);
+        m_tree.SetText(item->handle, m_projects.GetProjectName(item->id, true, true));
     } else {
         if (!m_clients.RenameClient(item->id, *newText)) {
             Error(RenameClientErrorText(m_editOldText, *newText));
             return false;
         }
-        item->text = *newText;
+        m_tree.SetText(item->handle, *newText);
     }
     const CNavItem* parent = m_tree.Parent(item->handle);
     m_tree.SortChildren(parent ? parent->handle : 0);
@@ -284,7 +290,7 @@ void CNavigatorController::CopyStandard() {
 }
 
 void CNavigatorController::MarkDeleted() {
-    CNavItem* item = m_tree.Find(m_selection);
+    const CNavItem* item = m_tree.Find(m_selection);
     const EPromptAnswer answer = m_prompter.Ask(
         {fmt::format(L"Are you sure you want to mark the standard '{}' as deleted?", item->text),
          L"", EPromptButtons::YesNo, EPromptIcon::Exclamation, EPromptAnswer::Yes});
@@ -297,7 +303,7 @@ void CNavigatorController::MarkDeleted() {
         return;
     }
     if (DeletedShown()) {
-        item->image = eNavDeleted;
+        m_tree.SetImage(item->handle, eNavDeleted);
     } else {
         m_tree.Remove(item->handle);
         m_selection = 0;
@@ -305,18 +311,18 @@ void CNavigatorController::MarkDeleted() {
 }
 
 void CNavigatorController::Recover() {
-    CNavItem* item = m_tree.Find(m_selection);
+    const CNavItem* item = m_tree.Find(m_selection);
     const EProjectResult result = m_projects.RecoverProject(item->id);
     if (result != eProjectOk) {
         Error(fmt::format(L"{}\n\n{}", RecoverStandardErrorText(item->text),
                           ProjectResultText(result)));
         return;
     }
-    item->image = eNavStandard;
+    m_tree.SetImage(item->handle, eNavStandard);
 }
 
 void CNavigatorController::Purge() {
-    CNavItem* item = m_tree.Find(m_selection);
+    const CNavItem* item = m_tree.Find(m_selection);
     const std::wstring name = item->text;
     if (m_prompter.Ask({fmt::format(L"Are you sure you want to purge the standard '{}'?", name),
                         L"", EPromptButtons::YesNo, EPromptIcon::Exclamation, EPromptAnswer::No}) !=

@@ -75,6 +75,8 @@ public:
                          CProfile& profile, IPrompter& prompter, INavigatorOwner& owner);
 
     const CNavigatorTree& Tree() const { return m_tree; }
+    // What changed in the tree since the view last asked.
+    std::vector<SNavChange> TakeTreeChanges() { return m_tree.TakeChanges(); }
     std::uint64_t Selection() const { return m_selection; }
     // The item whose label the view should put into editing, or 0.
     std::uint64_t EditingItem() const { return m_editing; }

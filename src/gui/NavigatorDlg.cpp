@@ -12,19 +12,30 @@
 
 namespace {
 
-QIcon IconFor(int image) {
-    QStyle* style = QApplication::style();
+// One icon per kind, made once and shared by every item of that kind: a
+// large office has tens of thousands of items.
+const QIcon& IconFor(int image) {
+    static const QIcon client = QApplication::style()->standardIcon(QStyle::SP_DirIcon);
+    static const QIcon standard = QApplication::style()->standardIcon(QStyle::SP_FileIcon);
+    // A deleted standard: the standard's icon, greyed.
+    static const QIcon deleted = QIcon(standard.pixmap(16, 16, QIcon::Disabled));
     switch (image) {
     case eNavClient:
-        return style->standardIcon(QStyle::SP_DirIcon);
+        return client;
     case eNavStandard:
-        return style->standardIcon(QStyle::SP_FileIcon);
-    default: {
-        // A deleted standard: the standard's icon, greyed.
-        const QIcon icon = style->standardIcon(QStyle::SP_FileIcon);
-        return QIcon(icon.pixmap(16, 16, QIcon::Disabled));
+        return standard;
+    default:
+        return deleted;
     }
-    }
+}
+
+void Show(QTreeWidgetItem* widget, const CNavItem& item) {
+    widget->setText(0, Q(item.text));
+    widget->setIcon(0, IconFor(item.image));
+    Qt::ItemFlags flags = Qt::ItemIsEnabled | Qt::ItemIsSelectable | Qt::ItemIsEditable;
+    flags |= item.image == eNavClient ? Qt::ItemIsDropEnabled
+                                      : Qt::ItemIsDragEnabled | Qt::ItemIsDropEnabled;
+    widget->setFlags(flags);
 }
 
 } // namespace
@@ -57,34 +68,103 @@ std::uint64_t CNavigatorTreeCtrl::HandleOf(const QTreeWidgetItem* item) {
 }
 
 QTreeWidgetItem* CNavigatorTreeCtrl::ItemOf(std::uint64_t handle) const {
-    if (handle == 0)
-        return nullptr;
-    for (QTreeWidgetItemIterator it(const_cast<CNavigatorTreeCtrl*>(this)); *it; ++it) {
-        if (HandleOf(*it) == handle)
-            return *it;
-    }
-    return nullptr;
+    const auto it = m_items.find(handle);
+    return it == m_items.end() ? nullptr : it->second;
 }
 
-void CNavigatorTreeCtrl::AddItems(QTreeWidgetItem* parent, const std::vector<CNavItem>& items) {
-    for (const auto& item : items) {
-        auto* widget = parent ? new QTreeWidgetItem(parent) : new QTreeWidgetItem(this);
-        widget->setText(0, Q(item.text));
-        widget->setIcon(0, IconFor(item.image));
-        widget->setData(0, kHandleRole, QVariant::fromValue<qulonglong>(item.handle));
-        Qt::ItemFlags flags = Qt::ItemIsEnabled | Qt::ItemIsSelectable | Qt::ItemIsEditable;
-        flags |= item.image == eNavClient ? Qt::ItemIsDropEnabled
-                                          : Qt::ItemIsDragEnabled | Qt::ItemIsDropEnabled;
-        widget->setFlags(flags);
-        AddItems(widget, item.children);
+QTreeWidgetItem* CNavigatorTreeCtrl::MakeItem(const CNavItem& item) {
+    auto* widget = new QTreeWidgetItem;
+    Show(widget, item);
+    widget->setData(0, kHandleRole, QVariant::fromValue<qulonglong>(item.handle));
+    m_items[item.handle] = widget;
+    QList<QTreeWidgetItem*> children;
+    children.reserve(static_cast<qsizetype>(item.children.size()));
+    for (const auto& child : item.children)
+        children.append(MakeItem(child));
+    widget->addChildren(children);
+    return widget;
+}
+
+void CNavigatorTreeCtrl::Forget(QTreeWidgetItem* widget) {
+    m_items.erase(HandleOf(widget));
+    for (int i = 0; i < widget->childCount(); ++i)
+        Forget(widget->child(i));
+}
+
+void CNavigatorTreeCtrl::Apply(const SNavChange& change) {
+    const CNavigatorTree& tree = m_controller.Tree();
+    const CNavItem* item = tree.Find(change.handle);
+    switch (change.kind) {
+    case SNavChange::Reset:
+        break;
+    case SNavChange::Inserted: {
+        if (!item || ItemOf(change.handle))
+            return;
+        const CNavItem* parent = tree.Parent(change.handle);
+        QTreeWidgetItem* under = parent ? ItemOf(parent->handle) : nullptr;
+        QTreeWidgetItem* widget = MakeItem(*item);
+        const int at = static_cast<int>(tree.IndexOf(change.handle));
+        if (under)
+            under->insertChild(at, widget);
+        else
+            insertTopLevelItem(at, widget);
+        widget->setExpanded(true);
+        if (under)
+            under->setExpanded(true);
+        return;
+    }
+    case SNavChange::Removed:
+        if (QTreeWidgetItem* widget = ItemOf(change.handle)) {
+            Forget(widget);
+            delete widget;
+        }
+        return;
+    case SNavChange::Changed:
+        if (QTreeWidgetItem* widget = ItemOf(change.handle); widget && item)
+            Show(widget, *item);
+        return;
+    case SNavChange::Resorted: {
+        // The children in the model's order; the items themselves stay.
+        QTreeWidgetItem* parent = change.handle ? ItemOf(change.handle) : invisibleRootItem();
+        const std::vector<CNavItem>* children =
+            change.handle ? (item ? &item->children : nullptr) : &tree.Roots();
+        if (!parent || !children)
+            return;
+        const QList<QTreeWidgetItem*> taken = parent->takeChildren();
+        QList<QTreeWidgetItem*> ordered;
+        ordered.reserve(taken.size());
+        for (const auto& child : *children) {
+            if (QTreeWidgetItem* widget = ItemOf(child.handle))
+                ordered.append(widget);
+        }
+        parent->addChildren(ordered);
+        for (QTreeWidgetItem* widget : ordered)
+            widget->setExpanded(true);
+        return;
+    }
     }
 }
 
 void CNavigatorTreeCtrl::Render() {
     m_rendering = true;
-    clear();
-    AddItems(nullptr, m_controller.Tree().Roots());
-    expandAll();
+    const std::vector<SNavChange> changes = m_controller.TakeTreeChanges();
+    const bool reset = m_items.empty() ||
+                       std::any_of(changes.begin(), changes.end(), [](const SNavChange& change) {
+                           return change.kind == SNavChange::Reset;
+                       });
+    if (reset) {
+        // Built aside and added in one go: one notification for the lot.
+        clear();
+        m_items.clear();
+        QList<QTreeWidgetItem*> roots;
+        for (const auto& item : m_controller.Tree().Roots())
+            roots.append(MakeItem(item));
+        addTopLevelItems(roots);
+        expandAll();
+    } else {
+        for (const SNavChange& change : changes)
+            Apply(change);
+    }
     QTreeWidgetItem* selected = ItemOf(m_controller.Selection());
     setCurrentItem(selected);
     if (selected)

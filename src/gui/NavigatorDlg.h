@@ -7,6 +7,7 @@
 #include <QPushButton>
 #include <QStyledItemDelegate>
 #include <QTreeWidget>
+#include <unordered_map>
 
 class CNavigatorTreeCtrl : public QTreeWidget {
     Q_OBJECT
@@ -34,12 +35,18 @@ protected:
     void startDrag(Qt::DropActions actions) override;
 
 private:
-    void AddItems(QTreeWidgetItem* parent, const std::vector<CNavItem>& items);
+    // An item for a model item and its children, not yet in the tree.
+    QTreeWidgetItem* MakeItem(const CNavItem& item);
+    // Drops an item and its children from the handle map.
+    void Forget(QTreeWidgetItem* widget);
+    // Brings the items up to one change of the model.
+    void Apply(const SNavChange& change);
     void LabelEdited(const std::optional<QString>& text);
 
     CNavigatorController& m_controller;
     bool m_rendering = false;
     std::uint64_t m_dragged = 0;
+    std::unordered_map<std::uint64_t, QTreeWidgetItem*> m_items;
 };
 
 class CNavigatorDlg : public QWidget {

@@ -38,6 +38,23 @@ class MainFrameTest : public QObject {
         std::int32_t id = 0;
         QCOMPARE(world->core.projects.CreateProject({name, 0, 1, client, false}, id), eProjectOk);
     }
+    // The tree widget shows the navigator's model item for item, in order.
+    static bool Mirrors(QTreeWidgetItem* parent, const std::vector<CNavItem>& items) {
+        if (parent->childCount() != static_cast<int>(items.size()))
+            return false;
+        for (int i = 0; i < parent->childCount(); ++i) {
+            QTreeWidgetItem* widget = parent->child(i);
+            const CNavItem& item = items[static_cast<std::size_t>(i)];
+            if (widget->text(0) != Q(item.text) ||
+                CNavigatorTreeCtrl::HandleOf(widget) != item.handle ||
+                !Mirrors(widget, item.children))
+                return false;
+        }
+        return true;
+    }
+    bool Mirrored() {
+        return Mirrors(Tree()->invisibleRootItem(), frame->Navigator().Tree().Roots());
+    }
     void Reopen() {
         frame = std::make_unique<CMainFrame>(world->core, world->dialogs);
         frame->show();
@@ -120,6 +137,37 @@ private slots:
         Tree()->DropOn(nullptr);
         QCOMPARE(TopTexts(), (QStringList{QStringLiteral("Acme"), QStringLiteral("Pipe"),
                                           QStringLiteral("Tank"), QStringLiteral("Zeta")}));
+    }
+
+    void eachCommandUpdatesOnlyTheItemsItConcerns() {
+        // A client no command touches keeps its very item throughout.
+        QTreeWidgetItem* zeta = Item({QStringLiteral("Zeta")});
+        QVERIFY(zeta);
+        Select({QStringLiteral("Tank")});
+        Trigger(eCmdRenameStandard);
+        auto* editor = Tree()->findChild<QLineEdit*>();
+        QVERIFY(editor);
+        editor->setText(QStringLiteral("Aardvark"));
+        QTest::keyClick(editor, Qt::Key_Return);
+        QTRY_VERIFY(Item({QStringLiteral("Aardvark")}) != nullptr);
+        QCOMPARE(TopTexts(), (QStringList{QStringLiteral("Aardvark"), QStringLiteral("Acme"),
+                                          QStringLiteral("Zeta")}));
+        QVERIFY(Mirrored());
+        Select({QStringLiteral("Acme"), QStringLiteral("Pipe")});
+        Tree()->DropOn(zeta);
+        QVERIFY(Mirrored());
+        QCOMPARE(Tree()->currentItem(), Item({QStringLiteral("Zeta"), QStringLiteral("Pipe")}));
+        world->prompter.answers = {EPromptAnswer::Yes};
+        Trigger(eCmdDeleteStandard);
+        QVERIFY(Mirrored());
+        QVERIFY(!Item({QStringLiteral("Zeta"), QStringLiteral("Pipe")}));
+        Trigger(eCmdNewClient);
+        QVERIFY(Mirrored());
+        QCOMPARE(Item({QStringLiteral("Zeta")}), zeta);
+        // Showing the deleted ones reads the registries again: a new tree.
+        Trigger(eCmdShowDeleted);
+        QVERIFY(Mirrored());
+        QVERIFY(Item({QStringLiteral("Zeta"), QStringLiteral("Pipe")}));
     }
 
     void theWizardMakesAStandardUnderTheSelectedClient() {
