@@ -230,8 +230,8 @@ bool CNavigatorController::EndLabelEdit(const std::optional<std::wstring>& newTe
                               ProjectResultText(result)));
             return false;
         }
-        // The registry stores the name trimmed; show what it stored.
-        m_tree.SetText(item->handle, m_projects.GetProjectName(item->id, true, true));
+        // Show the name as the registry stored it, trimmed.
+        m_tree.SetText(item->handle, CVX2D_ProjectRegistry::StoredName(*newText));
     } else {
         if (!m_clients.RenameClient(item->id, *newText)) {
             Error(RenameClientErrorText(m_editOldText, *newText));

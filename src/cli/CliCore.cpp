@@ -38,6 +38,11 @@ void Check(EProjectResult result, const std::wstring& what) {
         throw CCliFailure(what + L"\n\n" + ProjectResultText(result));
 }
 
+void Check(EProjectResult result, const std::function<std::wstring()>& what) {
+    if (result != eProjectOk)
+        Check(result, what());
+}
+
 void RequireStorable(const std::wstring& text, const std::wstring& what) {
     if (!IsOneByteText(text) || text.find(L'\n') != std::wstring::npos)
         throw CCliFailure(

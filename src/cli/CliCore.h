@@ -106,6 +106,9 @@ private:
 
 // Throws the failure "what\n\n<the code's text>" unless the result is Ok.
 void Check(EProjectResult result, const std::wstring& what);
+// The same with the first line made only when it is needed: naming the
+// standard costs a read of the registry.
+void Check(EProjectResult result, const std::function<std::wstring()>& what);
 
 // Text that a datafile cannot hold (a character above 255, a line break)
 // is refused before anything is written.

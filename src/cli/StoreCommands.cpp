@@ -130,7 +130,7 @@ COutput StandardCopy(const SCliOptions& options, const SArgs& a) {
     std::int32_t newId = 0;
     std::wstring newName;
     Check(core.projects.CopyProject(a.id, newId, newName),
-          CopyStandardErrorText(core.NameOf(a.id)));
+          [&] { return CopyStandardErrorText(core.NameOf(a.id)); });
     COutput output({{"id"}, {"name"}});
     output.Add({newId, newName});
     return output;
@@ -138,15 +138,16 @@ COutput StandardCopy(const SCliOptions& options, const SArgs& a) {
 
 void StandardRename(const SCliOptions& options, const SArgs& a) {
     SCore core(options);
-    Check(core.projects.RenameProject(a.id, W(a.name)),
-          RenameStandardErrorText(core.projects.GetProjectName(a.id, true, true), W(a.name)));
+    Check(core.projects.RenameProject(a.id, W(a.name)), [&] {
+        return RenameStandardErrorText(core.projects.GetProjectName(a.id, true, true), W(a.name));
+    });
 }
 
 void StandardPurge(const SCliOptions& options, const SArgs& a) {
     SCore core(options);
     bool gone = false;
     Check(PurgeStandard(core.projects, core.clients, a.id, gone),
-          PurgeStandardErrorText(core.NameOf(a.id)));
+          [&] { return PurgeStandardErrorText(core.NameOf(a.id)); });
 }
 
 void StandardMove(const SCliOptions& options, const SArgs& a) {
@@ -208,7 +209,8 @@ void AddStandardCommands(CLI::App& app, SCliContext& context) {
         return [ctx, args, operation, what] {
             ctx->Run([ctx, args, operation, what] {
                 SCore core(ctx->options);
-                Check((core.projects.*operation)(args->id), what(core.NameOf(args->id)));
+                Check((core.projects.*operation)(args->id),
+                      [&] { return what(core.NameOf(args->id)); });
             });
         };
     };

@@ -36,6 +36,21 @@ std::size_t NativeLength(const std::wstring& text);
 // fopen for any path; the mode is the C library's ("rb", "wb", "wbx").
 std::FILE* OpenFile(const std::filesystem::path& path, const char* mode);
 
+// What tells one state of a file on disk from another: which file the path
+// names (an atomic save makes a new one), its size and its times of change.
+struct SFileStamp {
+    bool exists = false;
+    std::uint64_t volume = 0;
+    std::uint64_t file = 0;
+    std::uint64_t size = 0;
+    std::int64_t modified = 0; // nanoseconds, or the system's own unit
+    std::int64_t changed = 0;
+    friend bool operator==(const SFileStamp&, const SFileStamp&) = default;
+};
+// The stamp of the file a path names now; `exists` false when there is none
+// or it cannot be looked at.
+SFileStamp FileStamp(const std::filesystem::path& path);
+
 // Whether this user may write the existing file at `path` (its mode and
 // owner, or its read-only attribute on Windows).
 bool CanWriteFile(const std::filesystem::path& path);

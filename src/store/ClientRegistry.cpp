@@ -52,10 +52,11 @@ bool CVX2D_ClientRegistry::DeleteClient(std::int32_t id) {
 std::wstring CVX2D_ClientRegistry::GetClientName(std::int32_t id) const {
     if (Path().empty())
         return {};
-    CVX2D_IniFile ini;
-    ini.Open(Path());
-    ini.SetSection(kClientList);
-    return ini.String(MakeClientKey(id));
+    CVX2D_IniFile* ini = m_snapshot.Read(Path());
+    if (!ini)
+        return {};
+    ini->SetSection(kClientList);
+    return ini->String(MakeClientKey(id));
 }
 
 std::vector<std::int32_t> CVX2D_ClientRegistry::GetClientIds() const {
@@ -69,10 +70,11 @@ std::vector<std::int32_t> CVX2D_ClientRegistry::GetClientProjectIds(std::int32_t
     std::vector<std::int32_t> ids;
     if (Path().empty())
         return ids;
-    CVX2D_IniFile ini;
-    ini.Open(Path());
+    const CVX2D_IniFile* ini = m_snapshot.Read(Path());
+    if (!ini)
+        return ids;
     const std::wstring section = MakeClientProjectListSection(clientId);
-    for (const auto& e : ini.Entries()) {
+    for (const auto& e : ini->Entries()) {
         if (e.section == section)
             ids.push_back(WToL(e.key));
     }
@@ -83,10 +85,11 @@ std::vector<SClientInfo> CVX2D_ClientRegistry::ListClients() const {
     std::vector<SClientInfo> clients;
     if (Path().empty())
         return clients;
-    CVX2D_IniFile ini;
-    ini.Open(Path());
+    const CVX2D_IniFile* ini = m_snapshot.Read(Path());
+    if (!ini)
+        return clients;
     std::unordered_map<std::wstring, std::vector<std::int32_t>> lists;
-    for (const auto& e : ini.Entries()) {
+    for (const auto& e : ini->Entries()) {
         if (e.section == kClientList)
             clients.push_back({ParseClientKey(e.key), e.value, {}});
         else if (e.section.starts_with(L"ProjectList - "))

@@ -4,6 +4,7 @@
 // is unknown or the datafile cannot be updated.
 #pragma once
 
+#include "datafile/DatafileSnapshot.h"
 #include "store/Datafiles.h"
 
 #include <cstdint>
@@ -43,4 +44,7 @@ public:
 private:
     std::wstring Path() const { return m_datafiles.ClientDatafile(); }
     const CVX2D_Datafiles& m_datafiles;
+    // The registry as last read, for lookups; changes read afresh under the
+    // lock.
+    mutable CDatafileSnapshot m_snapshot;
 };

@@ -123,6 +123,11 @@ bool CVX2D_ProjectRegistry::OpenForReading(CVX2D_IniFile& ini) const {
     return ini.Open(path) == CVX2D_IniFile::eOk || !Exists(path);
 }
 
+CVX2D_IniFile* CVX2D_ProjectRegistry::Snapshot() const {
+    const std::wstring path = m_datafiles.ProjectDatafile();
+    return path.empty() ? nullptr : m_snapshot.Read(path);
+}
+
 std::wstring CVX2D_ProjectRegistry::LookupName(CVX2D_IniFile& ini, std::int32_t id, bool active,
                                                bool deleted) const {
     const std::wstring key = MakeProjectKey(id);
@@ -140,10 +145,8 @@ std::wstring CVX2D_ProjectRegistry::LookupName(CVX2D_IniFile& ini, std::int32_t 
 
 std::wstring CVX2D_ProjectRegistry::GetProjectName(std::int32_t id, bool active,
                                                    bool deleted) const {
-    CVX2D_IniFile ini;
-    if (id < 1 || !OpenForReading(ini))
-        return {};
-    return LookupName(ini, id, active, deleted);
+    CVX2D_IniFile* ini = id < 1 ? nullptr : Snapshot();
+    return ini ? LookupName(*ini, id, active, deleted) : std::wstring();
 }
 
 std::wstring CVX2D_ProjectRegistry::FolderFor(std::int32_t id, const std::wstring& name) const {
@@ -200,10 +203,10 @@ EProjectResult CVX2D_ProjectRegistry::GetProjectFolder(std::int32_t id,
     folder.clear();
     if (id < 1)
         return eProjectInvalidId;
-    CVX2D_IniFile ini;
-    if (!OpenForReading(ini))
+    CVX2D_IniFile* ini = Snapshot();
+    if (!ini)
         return eProjectCantOpenDatafile;
-    return FindFolder(id, LookupName(ini, id, true, true), folder);
+    return FindFolder(id, LookupName(*ini, id, true, true), folder);
 }
 
 std::wstring CVX2D_ProjectRegistry::StandardFile(std::int32_t id, const std::wstring& name) const {
@@ -216,14 +219,14 @@ std::wstring CVX2D_ProjectRegistry::StandardFile(std::int32_t id, const std::wst
 EProjectResult CVX2D_ProjectRegistry::ListProjects(bool active, bool deleted,
                                                    std::vector<SProjectInfo>& projects) const {
     projects.clear();
-    CVX2D_IniFile ini;
-    if (!OpenForReading(ini))
+    const CVX2D_IniFile* ini = Snapshot();
+    if (!ini)
         return eProjectCantOpenDatafile;
     for (const bool wantDeleted : {false, true}) {
         if (wantDeleted ? !deleted : !active)
             continue;
         const std::wstring& section = wantDeleted ? kDeletedProjects : kProjectList;
-        for (const auto& e : ini.Entries()) {
+        for (const auto& e : ini->Entries()) {
             if (e.section == section)
                 projects.push_back({ParseProjectKey(e.key), e.value, wantDeleted});
         }
@@ -242,9 +245,9 @@ std::vector<std::int32_t> CVX2D_ProjectRegistry::GetProjectIds(bool active, bool
 }
 
 std::wstring CVX2D_ProjectRegistry::GetDefaultProjectName() const {
-    CVX2D_IniFile ini;
-    OpenForReading(ini);
-    return MakeDefaultProjectName(ini);
+    CVX2D_IniFile* ini = Snapshot();
+    CVX2D_IniFile none;
+    return MakeDefaultProjectName(ini ? *ini : none);
 }
 
 std::wstring CVX2D_ProjectRegistry::TemplateFolderFor(const SNewProject& project) const {
@@ -390,10 +393,14 @@ EProjectResult CVX2D_ProjectRegistry::OpenStandardForUpdate(CVX2D_IniFile& ini, 
     return found;
 }
 
+std::wstring CVX2D_ProjectRegistry::StoredName(const std::wstring& name) {
+    return TrimBlanks(name);
+}
+
 EProjectResult CVX2D_ProjectRegistry::RenameProject(std::int32_t id, const std::wstring& rawName) {
     if (id < 1)
         return eProjectInvalidId;
-    const std::wstring name = TrimBlanks(rawName);
+    const std::wstring name = StoredName(rawName);
     if (name.empty() ||
         !IsValidName(name, m_datafiles.ProjectsFolder(), MakeProjectKey(id) + L" - "))
         return eProjectInvalidName;

@@ -3,6 +3,7 @@
 // operation is one read-modify-write of the datafile under its lock.
 #pragma once
 
+#include "datafile/DatafileSnapshot.h"
 #include "datafile/ProjectResult.h"
 #include "store/Datafiles.h"
 #include "store/FolderTree.h"
@@ -56,6 +57,8 @@ public:
     EProjectResult CreateProject(const SNewProject& project, std::int32_t& id);
     EProjectResult CopyProject(std::int32_t id, std::int32_t& newId, std::wstring& newName);
     EProjectResult RenameProject(std::int32_t id, const std::wstring& name);
+    // The name the registry stores for a typed one: blanks around it dropped.
+    static std::wstring StoredName(const std::wstring& name);
     EProjectResult DeleteProject(std::int32_t id);
     EProjectResult RecoverProject(std::int32_t id);
     EProjectResult PurgeProject(std::int32_t id);
@@ -71,6 +74,9 @@ private:
     EProjectResult MoveBetweenLists(std::int32_t id, const std::wstring& from,
                                     const std::wstring& to);
     bool OpenForReading(CVX2D_IniFile& ini) const;
+    // The registry for lookups, read again only when the file changed;
+    // nullptr when it cannot be read.
+    CVX2D_IniFile* Snapshot() const;
     EProjectResult OpenStandardForUpdate(CVX2D_IniFile& ini, std::int32_t id, std::wstring& name,
                                          std::wstring& folder) const;
     std::wstring LookupName(CVX2D_IniFile& ini, std::int32_t id, bool active, bool deleted) const;
@@ -88,5 +94,8 @@ private:
     const CVX2D_Datafiles& m_datafiles;
     IPrompter& m_prompter;
     CVX2D_FolderTree m_defaultTree;
+    // The registry as last read, for lookups; changes always read afresh
+    // under the lock.
+    mutable CDatafileSnapshot m_snapshot;
     CVX2D_FolderTree* m_pTree = nullptr;
 };

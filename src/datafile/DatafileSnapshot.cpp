@@ -1,0 +1,18 @@
+#include "datafile/DatafileSnapshot.h"
+
+CVX2D_IniFile* CDatafileSnapshot::Read(const std::wstring& path) {
+    // The stamp is taken before the read: a change while reading leaves a
+    // stamp that no longer matches, so the next call reads again.
+    const platform::SFileStamp stamp = platform::FileStamp(platform::ToPath(path));
+    if (m_ini && path == m_strPath && stamp == m_stamp)
+        return &*m_ini;
+    m_ini.emplace();
+    m_ini->SetAutoSave(false);
+    m_strPath = path;
+    m_stamp = stamp;
+    if (m_ini->Open(path) != CVX2D_IniFile::eOk && stamp.exists) {
+        m_ini.reset();
+        return nullptr;
+    }
+    return &*m_ini;
+}
