@@ -107,8 +107,18 @@ std::error_code LastError() {
 }
 
 void AppendBytes(std::string& out, const std::wstring& text) {
-    for (wchar_t c : text)
-        out += static_cast<char>(static_cast<unsigned char>(c));
+    const std::size_t at = out.size();
+    out.resize(at + text.size());
+    for (std::size_t i = 0; i < text.size(); ++i)
+        out[at + i] = static_cast<char>(static_cast<unsigned char>(text[i]));
+}
+
+// Bytes read from a datafile, one character each.
+std::wstring Widen(std::string_view bytes) {
+    std::wstring text(bytes.size(), L'\0');
+    for (std::size_t i = 0; i < bytes.size(); ++i)
+        text[i] = static_cast<wchar_t>(static_cast<unsigned char>(bytes[i]));
+    return text;
 }
 
 std::function<void(const std::wstring&)>& ReadObserver() {
@@ -121,13 +131,6 @@ std::function<void(const std::wstring&)>& ReadObserver() {
 const std::wstring kDeletedSection = L"\n";
 
 } // namespace
-
-std::size_t CVX2D_IniFile::SPairHash::operator()(
-    const std::pair<std::wstring, std::wstring>& p) const noexcept {
-    const std::size_t a = std::hash<std::wstring>{}(p.first);
-    const std::size_t b = std::hash<std::wstring>{}(p.second);
-    return a ^ (b + 0x9e3779b97f4a7c15ULL + (a << 6) + (a >> 2));
-}
 
 CVX2D_IniFile::CVX2D_IniFile() : m_strPath(DefaultPath()) {}
 
@@ -212,40 +215,48 @@ int CVX2D_IniFile::Reload() {
 }
 
 void CVX2D_IniFile::ParseBytes(const std::string& bytes) {
+    // The lines are read in place, one byte per character; only the texts
+    // kept are widened.
+    std::string separator;
+    AppendBytes(separator, m_strSeparator);
+    const std::string_view keyTrim = "[]\n\t";
+    const std::string_view all(bytes);
     std::size_t start = 0;
-    std::wstring line;
-    while (start < bytes.size()) {
-        std::size_t end = bytes.find('\n', start);
-        if (end == std::string::npos)
-            end = bytes.size();
-        std::size_t length = end - start;
-        if (length > 0 && bytes[start + length - 1] == '\r')
-            --length;
-        line.assign(length, L'\0');
-        for (std::size_t i = 0; i < length; ++i)
-            line[i] = static_cast<wchar_t>(static_cast<unsigned char>(bytes[start + i]));
+    while (start < all.size()) {
+        std::size_t end = all.find('\n', start);
+        if (end == std::string_view::npos)
+            end = all.size();
+        std::string_view line = all.substr(start, end - start);
         start = end + 1;
+        if (!line.empty() && line.back() == '\r')
+            line.remove_suffix(1);
         if (line.empty())
             continue;
-        if (line.front() == L'[' && line.back() == L']' && line.size() >= 2) {
-            SetSection(line.substr(1, line.size() - 2));
+        if (line.front() == '[' && line.back() == ']' && line.size() >= 2) {
+            SetSection(Widen(line.substr(1, line.size() - 2)));
             continue;
         }
-        const auto separator = line.find(m_strSeparator);
-        if (separator == std::wstring::npos)
+        const auto at = line.find(separator);
+        if (at == std::string_view::npos)
             continue;
         // Stored like SetString, except that an empty value read from the file
         // is kept as an entry: "Key = " survives a read and a save.
-        const std::wstring key = TrimKey(line.substr(0, separator));
-        if (!StorableKey(key))
-            continue; // "Key =<tab> = v": no key can be written back like that
-        std::wstring value = line.substr(separator + m_strSeparator.size());
-        const std::size_t existing = FindExact(m_strSection, key);
+        std::string_view key = line.substr(0, at);
+        const auto first = key.find_first_not_of(keyTrim);
+        key = first == std::string_view::npos
+                  ? std::string_view()
+                  : key.substr(first, key.find_last_not_of(keyTrim) - first + 1);
+        // "Key =<tab> = v": no key can be written back like that.
+        if (key.find(separator) != std::string_view::npos || key.ends_with(" ="))
+            continue;
+        std::wstring wideKey = Widen(key);
+        std::wstring value = Widen(line.substr(at + separator.size()));
+        const std::size_t existing = FindExact(m_strSection, wideKey);
         if (existing != std::wstring::npos) {
             m_arrEntries[existing].value = std::move(value);
         } else {
-            m_arrEntries.push_back({m_strSection, key, std::move(value)});
-            m_keyIndex.try_emplace({m_strSection, key}, m_arrEntries.size() - 1);
+            m_arrEntries.push_back({m_strSection, std::move(wideKey), std::move(value)});
+            m_keyIndex.Add(m_arrEntries, m_arrEntries.size() - 1);
         }
     }
     m_bValueIndexValid = false;
@@ -268,13 +279,15 @@ int CVX2D_IniFile::Save(bool bForce) {
         !writeLock.Acquire(m_strPath))
         return eCantCreate;
 
-    std::stable_sort(m_arrEntries.begin(), m_arrEntries.end(),
-                     [](const SEntry& a, const SEntry& b) {
-                         if (a.section != b.section)
-                             return a.section < b.section;
-                         return a.key < b.key;
-                     });
-    Invalidate();
+    const auto less = [](const SEntry& a, const SEntry& b) {
+        const int bySection = a.section.compare(b.section);
+        return bySection != 0 ? bySection < 0 : a.key < b.key;
+    };
+    // A document read from a sorted file usually still is.
+    if (!std::is_sorted(m_arrEntries.begin(), m_arrEntries.end(), less)) {
+        std::stable_sort(m_arrEntries.begin(), m_arrEntries.end(), less);
+        Invalidate();
+    }
 
     std::string out;
     for (std::size_t i = 0; i < m_arrEntries.size(); ++i) {
@@ -325,16 +338,16 @@ void CVX2D_IniFile::Compact() const {
     m_bValueIndexValid = false;
 }
 
-std::size_t CVX2D_IniFile::FindExact(const std::wstring& section, const std::wstring& key) const {
+std::size_t CVX2D_IniFile::FindExact(std::wstring_view section, std::wstring_view key) const {
     if (!m_bKeyIndexValid) {
         Compact();
-        m_keyIndex.clear();
+        m_keyIndex.Clear();
         for (std::size_t i = 0; i < m_arrEntries.size(); ++i)
-            m_keyIndex.try_emplace({m_arrEntries[i].section, m_arrEntries[i].key}, i);
+            m_keyIndex.Add(m_arrEntries, i);
         m_bKeyIndexValid = true;
     }
-    const auto it = m_keyIndex.find({section, key});
-    return it == m_keyIndex.end() ? std::wstring::npos : it->second;
+    const std::size_t at = m_keyIndex.Find(m_arrEntries, section, key);
+    return at == CKeyIndex::npos ? std::wstring::npos : at;
 }
 
 const CVX2D_IniFile::SEntry* CVX2D_IniFile::Find(const std::wstring& section,
@@ -405,7 +418,7 @@ void CVX2D_IniFile::SetString(const std::wstring& rawKey, const std::wstring& va
         return;
     }
     m_arrEntries.push_back({m_strSection, key, value});
-    m_keyIndex.try_emplace({m_strSection, key}, m_arrEntries.size() - 1);
+    m_keyIndex.Add(m_arrEntries, m_arrEntries.size() - 1);
 }
 
 void CVX2D_IniFile::SetInt(const std::wstring& key, int value) {
@@ -439,7 +452,7 @@ void CVX2D_IniFile::DeleteKey(const std::wstring& key) {
         return;
     // Marked, not erased: erasing would move every later entry and spoil
     // the index, making a run of deletes quadratic.
-    m_keyIndex.erase({m_strSection, m_arrEntries[i].key});
+    m_keyIndex.Remove(m_arrEntries, i);
     m_arrEntries[i].section = kDeletedSection;
     ++m_nDeleted;
     m_bModified = true;
@@ -485,13 +498,13 @@ std::wstring CVX2D_IniFile::FindKeyByValue(const std::wstring& value) const {
         return {};
     }
     if (!m_bValueIndexValid) {
-        m_valueIndex.clear();
+        m_valueIndex.Clear();
         for (std::size_t i = 0; i < m_arrEntries.size(); ++i)
-            m_valueIndex.try_emplace({m_arrEntries[i].section, m_arrEntries[i].value}, i);
+            m_valueIndex.Add(m_arrEntries, i);
         m_bValueIndexValid = true;
     }
-    const auto it = m_valueIndex.find({m_strSection, value});
-    return it == m_valueIndex.end() ? std::wstring() : m_arrEntries[it->second].key;
+    const std::size_t at = m_valueIndex.Find(m_arrEntries, m_strSection, value);
+    return at == CValueIndex::npos ? std::wstring() : m_arrEntries[at].key;
 }
 
 bool UpdateDatafile(const std::wstring& path, const std::function<bool(CVX2D_IniFile&)>& change) {

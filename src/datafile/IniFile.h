@@ -2,6 +2,7 @@
 // entries, written back sorted, one byte per character, CR LF line ends.
 #pragma once
 
+#include "datafile/EntryIndex.h"
 #include "datafile/FileLock.h"
 #include "datafile/Guid.h"
 
@@ -9,7 +10,7 @@
 #include <filesystem>
 #include <functional>
 #include <string>
-#include <unordered_map>
+#include <string_view>
 #include <vector>
 
 class CVX2D_IniFile {
@@ -92,14 +93,11 @@ public:
     static std::wstring FormatDouble(double value);
 
 private:
-    struct SPairHash {
-        std::size_t operator()(const std::pair<std::wstring, std::wstring>& p) const noexcept;
-    };
-    using CIndex =
-        std::unordered_map<std::pair<std::wstring, std::wstring>, std::size_t, SPairHash>;
+    using CKeyIndex = CEntryIndex<SEntry, &SEntry::key>;
+    using CValueIndex = CEntryIndex<SEntry, &SEntry::value>;
 
     const SEntry* Find(const std::wstring& section, const std::wstring& key) const;
-    std::size_t FindExact(const std::wstring& section, const std::wstring& key) const;
+    std::size_t FindExact(std::wstring_view section, std::wstring_view key) const;
     void Invalidate();
     // Drops the entries DeleteKey marked, in one pass: a run of deletes costs
     // one move of the entries, not one per delete.
@@ -119,9 +117,9 @@ private:
 
     // (section, key) -> position of the entry, and (section, value) -> first
     // position, rebuilt lazily after entries move.
-    mutable CIndex m_keyIndex;
+    mutable CKeyIndex m_keyIndex;
     mutable bool m_bKeyIndexValid = false;
-    mutable CIndex m_valueIndex;
+    mutable CValueIndex m_valueIndex;
     mutable bool m_bValueIndexValid = false;
 
     CVX2D_FileLock m_lock;

@@ -7,6 +7,8 @@
 #include <array>
 #include <filesystem>
 #include <gtest/gtest.h>
+#include <map>
+#include <random>
 #include <thread>
 #include <tuple>
 
@@ -296,6 +298,53 @@ TEST_F(IniFileTest, DeletedEntriesAreGoneForEveryReader) {
     ini.SetCaseSensitive(true);
     EXPECT_EQ(ini.Save(true), 0);
     EXPECT_EQ(ReadBytes(test::P(File())), "[L]\r\nP1 = Again\r\nP3 = Pipe\r\n");
+}
+
+// Thousands of sets, deletes and look-ups in a few sections, with keys that
+// collide often, against a plain map: the engine's index must never lose or
+// invent an entry.
+TEST_F(IniFileTest, LookUpsFollowEverySetAndDeleteInAnyOrder) {
+    CVX2D_IniFile ini;
+    ini.SetAutoSave(false);
+    std::map<std::pair<std::wstring, std::wstring>, std::wstring> model;
+    std::mt19937 random(11);
+    const std::wstring sections[] = {L"A", L"B", L"ProjectList"};
+    for (int step = 0; step < 20000; ++step) {
+        const std::wstring& section = sections[random() % 3];
+        const std::wstring key = L"K" + std::to_wstring(random() % 300);
+        ini.SetSection(section);
+        switch (random() % 4) {
+        case 0:
+        case 1: {
+            const std::wstring value = L"v" + std::to_wstring(random() % 50);
+            ini.SetString(key, value);
+            model[{section, key}] = value;
+            break;
+        }
+        case 2:
+            ini.DeleteKey(key);
+            model.erase({section, key});
+            break;
+        default: {
+            const auto it = model.find({section, key});
+            ASSERT_EQ(ini.String(key, L"-"), it == model.end() ? L"-" : it->second) << step;
+            // The first key of the section holding a value, in document order.
+            const std::wstring value = L"v" + std::to_wstring(random() % 50);
+            std::wstring first;
+            for (const auto& e : ini.Entries()) {
+                if (e.section == section && e.value == value) {
+                    first = e.key;
+                    break;
+                }
+            }
+            ASSERT_EQ(ini.FindKeyByValue(value), first) << step;
+            if (!first.empty()) {
+                ASSERT_EQ((model[{section, first}]), value) << step;
+            }
+        }
+        }
+    }
+    EXPECT_EQ(ini.Entries().size(), model.size());
 }
 
 TEST_F(IniFileTest, FindsTheFirstKeyHoldingAValueInTheCurrentSection) {
