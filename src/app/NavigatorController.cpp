@@ -1,6 +1,7 @@
 #include "app/NavigatorController.h"
 
 #include "datafile/DatafileProblem.h"
+#include "datafile/Ids.h"
 #include "store/StandardOperations.h"
 
 #include <fmt/xchar.h>
@@ -62,6 +63,20 @@ void CNavigatorController::Rebuild() {
     }
     m_tree.Assign(std::move(roots));
     Select(m_tree.FindByPath(path));
+}
+
+std::wstring CNavigatorController::ToolTipOf(std::uint64_t handle) const {
+    const CNavItem* item = m_tree.Find(handle);
+    if (!item)
+        return {};
+    if (item->image == eNavClient) {
+        return fmt::format(L"Client {}\n{} standard{}", item->id, item->children.size(),
+                           item->children.size() == 1 ? L"" : L"s");
+    }
+    // The folder by its name, without looking at the disk.
+    return fmt::format(
+        L"Standard {}{}\n{}", item->id, item->image == eNavDeleted ? L" (deleted)" : L"",
+        m_projects.Datafiles().ProjectsFolder() + MakeProjectLabel(item->id, item->text));
 }
 
 int CNavigatorController::KindOf(std::uint64_t handle) const {

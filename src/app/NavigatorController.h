@@ -75,6 +75,9 @@ public:
                          CProfile& profile, IPrompter& prompter, INavigatorOwner& owner);
 
     const CNavigatorTree& Tree() const { return m_tree; }
+    // What the pointer over an item shows: a standard's id and folder (two
+    // standards may share a name), a client's id and its number of standards.
+    std::wstring ToolTipOf(std::uint64_t handle) const;
     // What changed in the tree since the view last asked.
     std::vector<SNavChange> TakeTreeChanges() { return m_tree.TakeChanges(); }
     std::uint64_t Selection() const { return m_selection; }

@@ -113,6 +113,8 @@ void AddStandardId(CLI::App* command, std::int32_t& id) {
 
 void AddAllCommands(CLI::App& app, SCliContext& context) {
     app.require_subcommand(1);
+    app.set_version_flag("--version", "standards-desk-cli " SD_VERSION,
+                         "Print the program's version and end");
     // Global options may also follow the verb: "standard list --json".
     app.fallthrough();
     app.add_option("--datafiles", context.options.datafiles,

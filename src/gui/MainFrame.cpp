@@ -14,10 +14,13 @@
 #include <QCloseEvent>
 #include <QDockWidget>
 #include <QFileInfo>
+#include <QLabel>
 #include <QMdiSubWindow>
 #include <QMenuBar>
 #include <QMessageBox>
+#include <QStatusBar>
 #include <QToolBar>
+#include <algorithm>
 #include <fmt/xchar.h>
 
 CMainFrame::CMainFrame(CStandardsCore& core, IFileDialogs& dialogs, QWidget* parent)
@@ -44,8 +47,16 @@ CMainFrame::CMainFrame(CStandardsCore& core, IFileDialogs& dialogs, QWidget* par
 
     CreateActions();
     CreateMenus();
+    m_status = new QLabel(this);
+    m_status->setObjectName(QStringLiteral("standardsCount"));
+    m_folder = new QLabel(this);
+    m_folder->setObjectName(QStringLiteral("datafilesFolder"));
+    m_folder->setTextInteractionFlags(Qt::TextSelectableByMouse);
+    statusBar()->addWidget(m_status);
+    statusBar()->addPermanentWidget(m_folder);
     connect(m_panel, &CNavigatorDlg::CommandRequested, this, &CMainFrame::RunCommand);
     connect(m_panel->Tree(), &CNavigatorTreeCtrl::ContextMenuWanted, this, &CMainFrame::ShowPopup);
+    connect(m_panel->Tree(), &CNavigatorTreeCtrl::Renamed, this, &CMainFrame::SyncDocuments);
     connect(m_panel->Tree(), &CNavigatorTreeCtrl::SelectionChanged, this, [this] {
         for (const auto& [command, action] : m_actions)
             action->setEnabled(m_navigator.Applies(command));
@@ -55,6 +66,7 @@ CMainFrame::CMainFrame(CStandardsCore& core, IFileDialogs& dialogs, QWidget* par
     m_panel->Tree()->Render();
     emit m_panel->Tree()->SelectionChanged();
     UpdateTitle();
+    UpdateStatus();
 }
 
 QAction* CMainFrame::AddCommand(ENavCommand command, const QString& text,
@@ -75,11 +87,11 @@ QAction* CMainFrame::Action(ENavCommand command) const {
 
 void CMainFrame::CreateActions() {
     QStyle* style = QApplication::style();
-    AddCommand(eCmdNewClient, tr("&New..."))
+    AddCommand(eCmdNewClient, tr("&New Client"))
         ->setIcon(style->standardIcon(QStyle::SP_FileDialogNewFolder));
     AddCommand(eCmdRenameClient, tr("&Rename"), QKeySequence(Qt::Key_F2));
     AddCommand(eCmdDeleteClient, tr("&Delete..."));
-    AddCommand(eCmdNewStandard, tr("&New..."), QKeySequence::New)
+    AddCommand(eCmdNewStandard, tr("&New Standard..."), QKeySequence::New)
         ->setIcon(style->standardIcon(QStyle::SP_FileIcon));
     AddCommand(eCmdOpenStandard, tr("&Open"), QKeySequence::Open)
         ->setIcon(style->standardIcon(QStyle::SP_DialogOpenButton));
@@ -110,6 +122,11 @@ void CMainFrame::CreateActions() {
 }
 
 void CMainFrame::CreateMenus() {
+    QMenu* file = menuBar()->addMenu(tr("&File"));
+    QAction* quit = file->addAction(tr("&Quit"), QKeySequence::Quit, this, &QWidget::close);
+    quit->setObjectName(QStringLiteral("quitAction"));
+    quit->setMenuRole(QAction::QuitRole);
+
     QMenu* client = menuBar()->addMenu(tr("&Client"));
     client->addAction(Action(eCmdNewClient));
     client->addAction(Action(eCmdRenameClient));
@@ -142,9 +159,10 @@ void CMainFrame::CreateMenus() {
     help->addAction(tr("&About"), this, [this] {
         QMessageBox::about(
             this, tr("About Standards Desk"),
-            tr("<b>Standards Desk</b><p>Drafting standards administration for the 2D Kryn "
-               "2023 suite.</p><p>Datafiles folder:<br>%1</p>")
-                .arg(Q(m_core.installation.DatafilesPath()).toHtmlEscaped()));
+            tr("<b>Standards Desk %1</b><p>Drafting standards administration for the 2D Kryn "
+               "2023 suite.</p><p>Datafiles folder:<br>%2</p>")
+                .arg(QApplication::applicationVersion(),
+                     Q(m_core.installation.DatafilesPath()).toHtmlEscaped()));
     });
 
     QToolBar* tools = addToolBar(tr("Standard"));
@@ -160,6 +178,8 @@ void CMainFrame::RunCommand(ENavCommand command) {
     m_showDeleted->setChecked(m_navigator.DeletedShown());
     m_panel->Tree()->Render();
     emit m_panel->Tree()->SelectionChanged();
+    SyncDocuments();
+    UpdateStatus();
 }
 
 void CMainFrame::ShowPopup(const QPoint& globalPos) {
@@ -276,10 +296,47 @@ void CMainFrame::ShowHelp(const std::wstring& topic) {
 }
 
 void CMainFrame::UpdateTitle() {
-    QString title = QStringLiteral("Standards Desk");
-    if (QMdiSubWindow* window = m_documents->activeSubWindow())
-        title += QStringLiteral(" - ") + window->windowTitle();
-    setWindowTitle(title);
+    // The desktop adds the program's name after the title.
+    QMdiSubWindow* window = m_documents->activeSubWindow();
+    setWindowTitle(window ? window->windowTitle() : QString());
+}
+
+void CMainFrame::UpdateStatus() {
+    std::vector<SProjectInfo> standards;
+    QString text;
+    if (m_core.projects.ListProjects(true, true, standards) == eProjectOk) {
+        const auto deleted = std::count_if(standards.begin(), standards.end(),
+                                           [](const SProjectInfo& s) { return s.deleted; });
+        const auto live = static_cast<qsizetype>(standards.size()) - deleted;
+        text = live == 1 ? tr("1 standard") : tr("%1 standards").arg(live);
+        if (deleted > 0)
+            text += tr(", %1 deleted").arg(deleted);
+    } else {
+        text = tr("The standard registry cannot be read");
+    }
+    m_status->setText(text);
+    m_status->setToolTip(Q(m_core.installation.DatafilesPath()));
+    m_folder->setText(Q(m_core.installation.DatafilesPath()));
+}
+
+void CMainFrame::SyncDocuments() {
+    for (QMdiSubWindow* window : m_documents->subWindowList()) {
+        auto* document = qobject_cast<CStandardDocument*>(window->widget());
+        if (!document)
+            continue;
+        const std::wstring name =
+            m_core.projects.GetProjectName(document->StandardId(), true, true);
+        if (name.empty()) {
+            // Purged: the window goes, asking first about what is unsaved.
+            window->close();
+            continue;
+        }
+        if (window->windowTitle() != Q(name)) {
+            window->setWindowTitle(Q(name));
+            document->setWindowTitle(Q(name));
+        }
+    }
+    UpdateTitle();
 }
 
 void CMainFrame::closeEvent(QCloseEvent* event) {

@@ -10,6 +10,7 @@
 #include "gui/ProgressPrompter.h"
 
 #include <QAction>
+#include <QLabel>
 #include <QMainWindow>
 #include <QMdiArea>
 #include <functional>
@@ -59,6 +60,10 @@ private:
     void CreateMenus();
     void ShowPopup(const QPoint& globalPos);
     void UpdateTitle();
+    // The open standards' windows follow renames and purges.
+    void SyncDocuments();
+    // The status bar: how many standards, which datafiles folder.
+    void UpdateStatus();
     QAction* AddCommand(ENavCommand command, const QString& text,
                         const QKeySequence& shortcut = {});
 
@@ -72,5 +77,7 @@ private:
     QMdiArea* m_documents = nullptr;
     std::map<ENavCommand, QAction*> m_actions;
     QAction* m_showDeleted = nullptr;
+    QLabel* m_status = nullptr;
+    QLabel* m_folder = nullptr;
     COpener m_opener;
 };

@@ -6,8 +6,10 @@
 #include <QApplication>
 #include <QDropEvent>
 #include <QHeaderView>
+#include <QHelpEvent>
 #include <QLineEdit>
 #include <QStyle>
+#include <QToolTip>
 #include <QVBoxLayout>
 
 namespace {
@@ -32,6 +34,16 @@ const QIcon& IconFor(int image) {
 void Show(QTreeWidgetItem* widget, const CNavItem& item) {
     widget->setText(0, Q(item.text));
     widget->setIcon(0, IconFor(item.image));
+    // A deleted standard: greyed and slanted as well, in any palette.
+    const bool deleted = item.image == eNavDeleted;
+    if (deleted || widget->font(0).italic()) {
+        QFont font = widget->font(0);
+        font.setItalic(deleted);
+        widget->setFont(0, font);
+        widget->setForeground(
+            0,
+            deleted ? QApplication::palette().brush(QPalette::Disabled, QPalette::Text) : QBrush());
+    }
     Qt::ItemFlags flags = Qt::ItemIsEnabled | Qt::ItemIsSelectable | Qt::ItemIsEditable;
     flags |= item.image == eNavClient ? Qt::ItemIsDropEnabled
                                       : Qt::ItemIsDragEnabled | Qt::ItemIsDropEnabled;
@@ -178,9 +190,25 @@ void CNavigatorTreeCtrl::LabelEdited(const std::optional<QString>& text) {
     std::optional<std::wstring> newText;
     if (text)
         newText = W(*text);
-    m_controller.EndLabelEdit(newText);
+    const bool renamed = m_controller.EndLabelEdit(newText);
     Render();
     emit SelectionChanged();
+    if (renamed)
+        emit Renamed();
+}
+
+bool CNavigatorTreeCtrl::viewportEvent(QEvent* event) {
+    // Made when asked: an office has tens of thousands of items.
+    if (event->type() == QEvent::ToolTip) {
+        const auto* help = static_cast<QHelpEvent*>(event);
+        const QString text = Q(m_controller.ToolTipOf(HandleOf(itemAt(help->pos()))));
+        if (text.isEmpty())
+            QToolTip::hideText();
+        else
+            QToolTip::showText(help->globalPos(), text, viewport());
+        return true;
+    }
+    return QTreeWidget::viewportEvent(event);
 }
 
 void CNavigatorTreeCtrl::startDrag(Qt::DropActions actions) {

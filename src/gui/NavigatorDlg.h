@@ -27,12 +27,15 @@ public:
 
 signals:
     void SelectionChanged();
+    // A client or a standard has a new name.
+    void Renamed();
     void ContextMenuWanted(const QPoint& globalPos);
 
 protected:
     void dropEvent(QDropEvent* event) override;
     void dragMoveEvent(QDragMoveEvent* event) override;
     void startDrag(Qt::DropActions actions) override;
+    bool viewportEvent(QEvent* event) override;
 
 private:
     // An item for a model item and its children, not yet in the tree.

@@ -18,6 +18,7 @@ int main(int argc, char** argv) {
     QApplication::setApplicationName(QStringLiteral("Standards Desk"));
     QApplication::setApplicationDisplayName(QStringLiteral("Standards Desk"));
     QApplication::setOrganizationName(QStringLiteral("VANDIX"));
+    QApplication::setApplicationVersion(QStringLiteral(SD_VERSION));
 
     // "-install" is a word of its own, in any letter case, wherever it stands.
     QString datafiles;
@@ -34,8 +35,12 @@ int main(int argc, char** argv) {
             std::fputs(
                 "Usage: standards-desk [--datafiles DIR] [-install]\n\n"
                 "  --datafiles DIR  work on this datafiles folder instead of the installed one\n"
-                "  -install         set up the datafiles folder with the first standards and end\n",
+                "  -install         set up the datafiles folder with the first standards and end\n"
+                "  --version        print the program's version and end\n",
                 stdout);
+            return 0;
+        } else if (arguments[i] == QLatin1String("--version")) {
+            std::fputs("standards-desk " SD_VERSION "\n", stdout);
             return 0;
         }
         words.push_back(W(arguments[i]));

@@ -1,6 +1,7 @@
 // The navigator: the tree it builds from the registries, what applies to a
 // selection, and each command's questions, messages and effects on disk.
 #include "app/NavigatorController.h"
+#include "platform/Utf8.h"
 #include "store/IniRegistry.h"
 #include "support/TestSupport.h"
 
@@ -157,6 +158,15 @@ TEST_F(NavigatorTest, KindsDecideButtonsPopupsAndWhichCommandsAct) {
     }
     EXPECT_EQ(owner.exported,
               (std::vector<std::pair<std::int32_t, std::wstring>>{{1, L"pipe"}, {5, L"Old"}}));
+}
+
+TEST_F(NavigatorTest, ToolTipsTellStandardsOfTheSameNameApart) {
+    const std::uint64_t loose = Item({L"Loose"});
+    const std::wstring tip = nav.ToolTipOf(loose);
+    EXPECT_TRUE(tip.starts_with(L"Standard 4\n")) << platform::ToUtf8(tip);
+    EXPECT_TRUE(tip.ends_with(L"VX2D_PRJ_4 - Loose")) << platform::ToUtf8(tip);
+    EXPECT_TRUE(nav.ToolTipOf(Item({L"acme"})).starts_with(L"Client "));
+    EXPECT_EQ(nav.ToolTipOf(0), L"");
 }
 
 TEST_F(NavigatorTest, OpenAndCompareAreRequestsToTheOwner) {

@@ -10,7 +10,10 @@
 
 #include <QComboBox>
 #include <QFileInfo>
+#include <QLabel>
 #include <QLineEdit>
+#include <QMdiArea>
+#include <QMdiSubWindow>
 #include <QProgressDialog>
 #include <QTimer>
 
@@ -168,6 +171,38 @@ private slots:
         Trigger(eCmdShowDeleted);
         QVERIFY(Mirrored());
         QVERIFY(Item({QStringLiteral("Zeta"), QStringLiteral("Pipe")}));
+    }
+
+    void openWindowsFollowRenamesAndPurgesAndTheStatusBarCounts() {
+        auto status = [&] {
+            return frame->findChild<QLabel*>(QStringLiteral("standardsCount"))->text();
+        };
+        QCOMPARE(status(), QStringLiteral("2 standards"));
+        Select({QStringLiteral("Tank")});
+        Trigger(eCmdOpenStandard);
+        QCOMPARE(frame->Documents()->subWindowList().size(), 1);
+        QCOMPARE(frame->windowTitle(), QStringLiteral("Tank"));
+        Trigger(eCmdRenameStandard);
+        auto* editor = Tree()->findChild<QLineEdit*>();
+        QVERIFY(editor);
+        editor->setText(QStringLiteral("Tank Farm"));
+        QTest::keyClick(editor, Qt::Key_Return);
+        QTRY_COMPARE(frame->Documents()->subWindowList().value(0)->windowTitle(),
+                     QStringLiteral("Tank Farm"));
+        QCOMPARE(frame->windowTitle(), QStringLiteral("Tank Farm"));
+        // Deleted, then purged: the window of a standard that is gone closes.
+        Select({QStringLiteral("Tank Farm")});
+        world->prompter.answers = {EPromptAnswer::Yes};
+        Trigger(eCmdDeleteStandard);
+        QCOMPARE(status(), QStringLiteral("1 standard, 1 deleted"));
+        QCOMPARE(frame->Documents()->subWindowList().size(), 1);
+        Trigger(eCmdShowDeleted);
+        Select({QStringLiteral("Tank Farm")});
+        world->prompter.answers = {EPromptAnswer::Yes, EPromptAnswer::Yes};
+        Trigger(eCmdPurgeStandard);
+        QTRY_VERIFY(frame->Documents()->subWindowList().isEmpty());
+        QCOMPARE(status(), QStringLiteral("1 standard"));
+        QCOMPARE(frame->windowTitle(), QString());
     }
 
     void theWizardMakesAStandardUnderTheSelectedClient() {
