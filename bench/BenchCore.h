@@ -8,17 +8,20 @@
 #include "app/StandardsCore.h"
 #include "store/IniRegistry.h"
 
+#include <cstdlib>
 #include <filesystem>
 #include <string>
 #include <unistd.h>
+#include <vector>
 
 class CDefaultAnswers : public IPrompter {
 public:
     EPromptAnswer Ask(const SPrompt& prompt) override { return prompt.defaultAnswer; }
 };
 
-// A configuration folder for this process: the machine and user files of
-// the INI-backed registry, also handed to child programs through XDG_*.
+// A configuration folder of its own: the machine and user files of the
+// INI-backed registry, also handed to child programs through XDG_*, so that
+// no benchmark reads or changes the settings of the user who runs it.
 struct SBenchConfig {
     SBenchConfig() { std::filesystem::create_directories(dir); }
     ~SBenchConfig() {
@@ -32,8 +35,21 @@ struct SBenchConfig {
         return {"XDG_CONFIG_HOME=" + (dir / "user").string(),
                 "XDG_CONFIG_DIRS=" + (dir / "machine").string()};
     }
+    // The same for this process (the command line run in it).
+    void UseInThisProcess() const {
+        for (const auto& variable : Environment()) {
+            const auto equals = variable.find('=');
+            setenv(variable.substr(0, equals).c_str(), variable.substr(equals + 1).c_str(), 1);
+        }
+    }
 
-    const std::filesystem::path dir = BenchCacheFolder() / ("config-" + std::to_string(getpid()));
+    const std::filesystem::path dir = BenchCacheFolder() / NextName();
+
+private:
+    static std::string NextName() {
+        static int made = 0;
+        return "config-" + std::to_string(getpid()) + "-" + std::to_string(++made);
+    }
 };
 
 struct SBenchCore {

@@ -201,6 +201,10 @@ std::int32_t BenchClientOf(const SBenchFolderSpec& spec, std::int32_t standardId
     return (standardId - standardId / 10 - 1) % spec.clients + 1;
 }
 
+SBenchFolderSpec OfficeSpec(int standards) {
+    return {.standards = standards, .drawingStandards = 1, .drawings = 100};
+}
+
 fs::path BenchFolder(const SBenchFolderSpec& spec) {
     const fs::path root = BenchCacheFolder() / Key(spec);
     if (fs::is_directory(root))

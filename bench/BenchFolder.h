@@ -30,6 +30,11 @@ struct SBenchFolderSpec {
     bool fromTemplates = true;
 };
 
+// The folder of an office as the benchmarks measure it: `standards`
+// standards made from the templates, 1,000 clients, and standard 1 with 100
+// drawings.
+SBenchFolderSpec OfficeSpec(int standards);
+
 // The datafiles folder for `spec`, made on the first call. A folder is made
 // under another name and renamed when complete, so an interrupted run never
 // leaves a half-made folder behind to be used.

@@ -37,7 +37,7 @@ void TreeBuild() {
     constexpr int kSizes[] = {1000, 10000, 50000};
     for (const int n : kSizes) {
         Note(fmt::format("navigator tree build, {} standards", n));
-        SBenchCore b(BenchFolder({.standards = n}));
+        SBenchCore b(BenchFolder(OfficeSpec(n)));
         CWindowlessOwner owner;
         CNavigatorController navigator(b.core.projects, b.core.clients, b.core.profile,
                                        b.core.prompter, owner);
@@ -63,7 +63,9 @@ void RegistryCheck() {
     for (const int stale : {0, 10000}) {
         const std::string size = stale ? "10,000 + 10,000 stale entries" : "10,000 entries";
         Note(fmt::format("registry check, {}", size));
-        const fs::path folder = BenchFolder({.standards = 10000, .staleEntries = stale});
+        SBenchFolderSpec spec = OfficeSpec(10000);
+        spec.staleEntries = stale;
+        const fs::path folder = BenchFolder(spec);
         const fs::path file = folder / "ProjectDatafile.ini";
         const std::string pristine = ReadFileBytes(file);
         SBenchCore b(folder);
@@ -155,7 +157,7 @@ bool RunVerb(const fs::path& datafiles, const std::vector<std::string>& verb) {
 
 void ReadsPerAction() {
     constexpr int n = 50000;
-    const fs::path folder = BenchFolder({.standards = n});
+    const fs::path folder = BenchFolder(OfficeSpec(n));
     Note(fmt::format("registry reads per action, {} standards", n));
     SBenchCore b(folder);
     auto& projects = b.core.projects;
@@ -194,7 +196,7 @@ void ReadsPerAction() {
 void CompareTime() {
     for (const int n : {1000, 50000}) {
         Note(fmt::format("compare, {} standards", n));
-        SBenchCore b(BenchFolder({.standards = n}));
+        SBenchCore b(BenchFolder(OfficeSpec(n)));
         bool ok = true;
         const double t = MedianSeconds(kRuns, [&] {
             CVX2D_StandardComparison comparison(b.core.projects);
@@ -212,6 +214,8 @@ void CompareTime() {
 } // namespace
 
 int main() {
+    const SBenchConfig config;
+    config.UseInThisProcess();
     TreeBuild();
     RegistryCheck();
     ReadsPerAction();

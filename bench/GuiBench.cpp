@@ -180,7 +180,7 @@ int Driver() {
     std::map<std::string, double> interaction;
     for (int size = 0; size < 2; ++size) {
         const long long n = size ? kLarge : kSmall;
-        const fs::path folder = BenchFolder({.standards = static_cast<int>(n)});
+        const fs::path folder = BenchFolder(OfficeSpec(static_cast<int>(n)));
         Note(fmt::format("main window, {} standards", n));
         std::vector<double> shown;
         for (int run = 0; run < kShowRuns; ++run) {
