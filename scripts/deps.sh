@@ -1,10 +1,12 @@
 # Installs the Debian packages the build needs when they are missing.
-# Sourced by run.sh and test.sh.
+# Sourced by run.sh, test.sh and scripts/bench.sh. libsimpleini-dev, zip and
+# unzip are what the benchmarks measure the datafile engine and the archives
+# against.
 
 SD_PACKAGES=(cmake ninja-build g++ pkg-config libgtest-dev libgmock-dev libfmt-dev libcli11-dev
              nlohmann-json3-dev uuid-dev libbenchmark-dev libcurl4-openssl-dev libzip-dev zipcmp
              zipmerge ziptool qt6-base-dev libxkbcommon-dev fonts-dejavu-core xvfb xauth xdotool
-             x11-apps imagemagick locales util-linux)
+             x11-apps imagemagick locales util-linux libsimpleini-dev zip unzip)
 # Only CI's fuzz build: clang and its libFuzzer runtime.
 SD_CI_PACKAGES=(clang libclang-rt-14-dev)
 

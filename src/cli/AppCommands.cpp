@@ -3,6 +3,7 @@
 #include "app/NavigatorController.h"
 #include "app/StandardTransfer.h"
 #include "app/Startup.h"
+#include "app/WindowlessOwner.h"
 #include "cli/CliCore.h"
 #include "platform/System.h"
 #include "platform/Utf8.h"
@@ -114,15 +115,6 @@ COutput UpdateCheck(const SCliOptions& options, const SArgs& a) {
     return output;
 }
 
-class CNoWindows : public INavigatorOwner {
-public:
-    void Request(ENavRequest, std::int32_t) override {}
-    bool RunNewStandardWizard(std::int32_t, std::int32_t&, std::wstring&) override { return false; }
-    void PrintStandard(std::int32_t) override {}
-    void ExportStandard(std::int32_t, const std::wstring&) override {}
-    void ImportStandards(std::int32_t) override {}
-};
-
 void AddItems(COutput& output, const std::vector<CNavItem>& items, int depth) {
     for (const auto& item : items) {
         output.Add({std::wstring(2 * static_cast<std::size_t>(depth), L' ') + item.text,
@@ -133,7 +125,7 @@ void AddItems(COutput& output, const std::vector<CNavItem>& items, int depth) {
 
 COutput NavigatorTree(const SCliOptions& options) {
     SCore core(options);
-    CNoWindows owner;
+    CWindowlessOwner owner;
     CNavigatorController navigator(core.projects, core.clients, core.profile, core.prompter, owner);
     navigator.Rebuild();
     COutput output({{"text"}, {"image"}, {"id"}});
