@@ -16,3 +16,16 @@ CVX2D_IniFile* CDatafileSnapshot::Read(const std::wstring& path) {
     }
     return &*m_ini;
 }
+
+void CDatafileSnapshot::Keep(const std::wstring& path, const CVX2D_IniFile& ini) {
+    m_stamp = platform::FileStamp(platform::ToPath(path));
+    m_strPath = path;
+    m_ini.emplace(ini);
+    m_ini->SetAutoSave(false);
+}
+
+const CVX2D_IniFile* CDatafileSnapshot::Current(const std::wstring& path) const {
+    if (!m_ini || path != m_strPath || platform::FileStamp(platform::ToPath(path)) != m_stamp)
+        return nullptr;
+    return &*m_ini;
+}

@@ -17,6 +17,13 @@ public:
     // empty document; nullptr when it exists but cannot be read. The document
     // is for reading: it never saves.
     CVX2D_IniFile* Read(const std::wstring& path);
+    // This process has just saved `ini` to `path` and still holds the file's
+    // lock, so no one else can have changed it since: the next Read uses the
+    // saved document instead of reading it back.
+    void Keep(const std::wstring& path, const CVX2D_IniFile& ini);
+    // The document last read when the file at `path` is still the same one,
+    // without reading it; nullptr otherwise.
+    const CVX2D_IniFile* Current(const std::wstring& path) const;
     // The next Read reads the file whatever its stamp.
     void Forget() { m_ini.reset(); }
 

@@ -143,7 +143,9 @@ CVX2D_IniFile::CVX2D_IniFile(const CVX2D_IniFile& other)
     : m_bAutoSave(other.m_bAutoSave), m_bCaseSensitive(other.m_bCaseSensitive),
       m_bModified(other.m_bModified), m_strSeparator(other.m_strSeparator),
       m_strPath(other.m_strPath), m_arrEntries((other.Compact(), other.m_arrEntries)),
-      m_strSection(other.m_strSection) {}
+      m_strSection(other.m_strSection), m_keyIndex(other.m_keyIndex),
+      m_bKeyIndexValid(other.m_bKeyIndexValid), m_valueIndex(other.m_valueIndex),
+      m_bValueIndexValid(other.m_bValueIndexValid) {}
 
 CVX2D_IniFile& CVX2D_IniFile::operator=(const CVX2D_IniFile& other) {
     if (this == &other)
@@ -157,7 +159,7 @@ CVX2D_IniFile& CVX2D_IniFile::operator=(const CVX2D_IniFile& other) {
     m_arrEntries = other.m_arrEntries;
     m_nDeleted = 0;
     m_strSection = other.m_strSection;
-    Invalidate();
+    CopyIndexes(other);
     return *this;
 }
 
@@ -194,6 +196,29 @@ int CVX2D_IniFile::OpenForUpdate(const std::wstring& path) {
         NoteDatafileProblem(EDatafileProblem::ReadFailed, path,
                             platform::FromUtf8(LastError().message()));
     return result;
+}
+
+int CVX2D_IniFile::LockForUpdate(const std::wstring& path) {
+    m_strPath = path;
+    return m_lock.IsHeld() || m_lock.Acquire(path) ? eOk : eCantOpen;
+}
+
+void CVX2D_IniFile::CopyContents(const CVX2D_IniFile& other) {
+    other.Compact();
+    m_arrEntries = other.m_arrEntries;
+    m_nDeleted = 0;
+    m_strSection = other.m_strSection;
+    m_bModified = false;
+    CopyIndexes(other);
+}
+
+void CVX2D_IniFile::CopyIndexes(const CVX2D_IniFile& other) {
+    // The positions hold for the copied entries: the other document had
+    // dropped its deleted ones before they were copied.
+    m_keyIndex = other.m_keyIndex;
+    m_bKeyIndexValid = other.m_bKeyIndexValid;
+    m_valueIndex = other.m_valueIndex;
+    m_bValueIndexValid = other.m_bValueIndexValid;
 }
 
 void CVX2D_IniFile::Unlock() {

@@ -37,6 +37,12 @@ public:
     // the file exists but cannot be read.
     int OpenForUpdate(const std::wstring& path);
     int Reload();
+    // Takes the file's lock as OpenForUpdate does, without reading it: for a
+    // caller that already holds the file's current contents (CopyContents).
+    int LockForUpdate(const std::wstring& path);
+    // The entries and current section of another document, this one's path
+    // and lock kept; not modified afterwards.
+    void CopyContents(const CVX2D_IniFile& other);
     // Writes through a temporary file renamed over the target, so the old
     // file stays whole when anything fails. Text that a datafile cannot hold
     // (a character above 255, a line break) is refused with eCantCreate.
@@ -102,6 +108,7 @@ private:
     // Drops the entries DeleteKey marked, in one pass: a run of deletes costs
     // one move of the entries, not one per delete.
     void Compact() const;
+    void CopyIndexes(const CVX2D_IniFile& other);
     void ParseBytes(const std::string& bytes);
 
     bool m_bAutoSave = true;

@@ -302,12 +302,10 @@ void CMainFrame::UpdateTitle() {
 }
 
 void CMainFrame::UpdateStatus() {
-    std::vector<SProjectInfo> standards;
+    std::size_t live = 0;
+    std::size_t deleted = 0;
     QString text;
-    if (m_core.projects.ListProjects(true, true, standards) == eProjectOk) {
-        const auto deleted = std::count_if(standards.begin(), standards.end(),
-                                           [](const SProjectInfo& s) { return s.deleted; });
-        const auto live = static_cast<qsizetype>(standards.size()) - deleted;
+    if (m_core.projects.CountProjects(live, deleted) == eProjectOk) {
         text = live == 1 ? tr("1 standard") : tr("%1 standards").arg(live);
         if (deleted > 0)
             text += tr(", %1 deleted").arg(deleted);

@@ -123,6 +123,41 @@ bool CVX2D_ProjectRegistry::OpenForReading(CVX2D_IniFile& ini) const {
     return ini.Open(path) == CVX2D_IniFile::eOk || !Exists(path);
 }
 
+bool CVX2D_ProjectRegistry::OpenRegistryForUpdate(CVX2D_IniFile& ini) const {
+    const std::wstring path = m_datafiles.ProjectDatafile();
+    if (path.empty() || ini.LockForUpdate(path) != CVX2D_IniFile::eOk)
+        return false;
+    // Under the lock nobody changes the file: when it is still the one last
+    // read, that read is as good as a new one, and much cheaper on a share.
+    if (const CVX2D_IniFile* same = m_snapshot.Current(path)) {
+        ini.CopyContents(*same);
+        return true;
+    }
+    return ini.OpenForUpdate(path) == CVX2D_IniFile::eOk;
+}
+
+bool CVX2D_ProjectRegistry::SaveRegistry(CVX2D_IniFile& ini) const {
+    if (ini.Save() != CVX2D_IniFile::eOk)
+        return false;
+    // Still under the lock: what was saved is what the file holds.
+    m_snapshot.Keep(ini.GetPath(), ini);
+    return true;
+}
+
+EProjectResult CVX2D_ProjectRegistry::CountProjects(std::size_t& live, std::size_t& deleted) const {
+    live = deleted = 0;
+    const CVX2D_IniFile* ini = Snapshot();
+    if (!ini)
+        return eProjectCantOpenDatafile;
+    for (const auto& e : ini->Entries()) {
+        if (e.section == kProjectList)
+            ++live;
+        else if (e.section == kDeletedProjects)
+            ++deleted;
+    }
+    return eProjectOk;
+}
+
 CVX2D_IniFile* CVX2D_ProjectRegistry::Snapshot() const {
     const std::wstring path = m_datafiles.ProjectDatafile();
     return path.empty() ? nullptr : m_snapshot.Read(path);
@@ -307,8 +342,7 @@ EProjectResult CVX2D_ProjectRegistry::CreateProject(const SNewProject& project, 
     // The lock fails when the datafiles folder is missing: only the
     // installation makes one, never a standard that is being created.
     CVX2D_IniFile ini;
-    if (m_datafiles.ProjectDatafile().empty() ||
-        ini.OpenForUpdate(m_datafiles.ProjectDatafile()) != CVX2D_IniFile::eOk)
+    if (m_datafiles.ProjectDatafile().empty() || !OpenRegistryForUpdate(ini))
         return eProjectCantOpenDatafile;
     std::error_code ec;
     fs::create_directory(platform::ToPath(WithoutTrailingSeparator(projects)), ec);
@@ -318,7 +352,7 @@ EProjectResult CVX2D_ProjectRegistry::CreateProject(const SNewProject& project, 
     const std::int32_t newId = AllocateFreeId(ini);
     ini.SetSection(kProjectList);
     ini.SetString(MakeProjectKey(newId), name);
-    if (ini.Save() != CVX2D_IniFile::eOk)
+    if (!SaveRegistry(ini))
         return eProjectCantOpenDatafile;
 
     const std::wstring folder = FolderFor(newId, name);
@@ -344,8 +378,7 @@ EProjectResult CVX2D_ProjectRegistry::CopyProject(std::int32_t id, std::int32_t&
     if (id < 1)
         return eProjectInvalidId;
     CVX2D_IniFile ini;
-    if (m_datafiles.ProjectDatafile().empty() ||
-        ini.OpenForUpdate(m_datafiles.ProjectDatafile()) != CVX2D_IniFile::eOk)
+    if (m_datafiles.ProjectDatafile().empty() || !OpenRegistryForUpdate(ini))
         return eProjectCantOpenDatafile;
     const std::wstring sourceName = LookupName(ini, id, true, true);
     const std::wstring copyName = MakeCopyName(sourceName);
@@ -357,7 +390,7 @@ EProjectResult CVX2D_ProjectRegistry::CopyProject(std::int32_t id, std::int32_t&
     ini.SetString(MakeProjectKey(copyId), copyName);
     std::wstring sourceFolder;
     EProjectResult result = FindFolder(id, sourceName, sourceFolder);
-    if (ini.Save() != CVX2D_IniFile::eOk)
+    if (!SaveRegistry(ini))
         return eProjectCantOpenDatafile;
 
     const std::wstring folder = FolderFor(copyId, copyName);
@@ -381,8 +414,7 @@ EProjectResult CVX2D_ProjectRegistry::CopyProject(std::int32_t id, std::int32_t&
 EProjectResult CVX2D_ProjectRegistry::OpenStandardForUpdate(CVX2D_IniFile& ini, std::int32_t id,
                                                             std::wstring& name,
                                                             std::wstring& folder) const {
-    if (m_datafiles.ProjectDatafile().empty() ||
-        ini.OpenForUpdate(m_datafiles.ProjectDatafile()) != CVX2D_IniFile::eOk)
+    if (m_datafiles.ProjectDatafile().empty() || !OpenRegistryForUpdate(ini))
         return eProjectCantOpenDatafile;
     name = LookupName(ini, id, true, true);
     if (name.empty())
@@ -417,7 +449,7 @@ EProjectResult CVX2D_ProjectRegistry::RenameProject(std::int32_t id, const std::
         return eProjectErrorMovingFolder;
     ini.SetSection(list);
     ini.SetString(MakeProjectKey(id), name);
-    if (ini.Save() != CVX2D_IniFile::eOk) {
+    if (!SaveRegistry(ini)) {
         // The registry still names the old folder: put it back there.
         if (move)
             MoveFolder(to, from);
@@ -472,7 +504,7 @@ EProjectResult CVX2D_ProjectRegistry::PurgeProject(std::int32_t id) {
     ini.SetSection(kDeletedProjects);
     ini.DeleteKey(key);
     // Nothing is deleted while the registry still names the standard.
-    if (ini.Save() != CVX2D_IniFile::eOk)
+    if (!SaveRegistry(ini))
         return eProjectCantOpenDatafile;
     if (!Tree().DeleteTree(folder)) {
         // The standard stays visible as deleted; the user sees it was not purged.
@@ -480,7 +512,7 @@ EProjectResult CVX2D_ProjectRegistry::PurgeProject(std::int32_t id) {
             return eProjectCantOpenDatafile;
         ini.SetSection(kDeletedProjects);
         ini.SetString(key, name);
-        if (ini.Save() != CVX2D_IniFile::eOk)
+        if (!SaveRegistry(ini))
             return eProjectCantOpenDatafile;
     }
     return eProjectOk;
@@ -557,10 +589,10 @@ EProjectResult CVX2D_ProjectRegistry::CheckProjectRegistry() {
     // is there now.
     CVX2D_IniFile update;
     update.SetAutoSave(false);
-    if (update.OpenForUpdate(m_datafiles.ProjectDatafile()) != CVX2D_IniFile::eOk)
+    if (!OpenRegistryForUpdate(update))
         return eProjectCantOpenDatafile;
     RepairRegistry(update, folders, folderListed);
-    if (update.IsModified() && update.Save() != CVX2D_IniFile::eOk)
+    if (update.IsModified() && !SaveRegistry(update))
         return eProjectCantOpenDatafile;
     return eProjectOk;
 }

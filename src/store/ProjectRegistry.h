@@ -49,6 +49,8 @@ public:
     // has no folder.
     std::wstring StandardFile(std::int32_t id, const std::wstring& name) const;
     std::vector<std::int32_t> GetProjectIds(bool active, bool deleted) const;
+    // How many standards are live and how many deleted.
+    EProjectResult CountProjects(std::size_t& live, std::size_t& deleted) const;
     // Ids, names and states from one read of the datafile, active first.
     EProjectResult ListProjects(bool active, bool deleted,
                                 std::vector<SProjectInfo>& projects) const;
@@ -77,6 +79,11 @@ private:
     // The registry for lookups, read again only when the file changed;
     // nullptr when it cannot be read.
     CVX2D_IniFile* Snapshot() const;
+    // Saves a registry document opened for update and keeps it as the
+    // snapshot; false when it could not be saved.
+    bool SaveRegistry(CVX2D_IniFile& ini) const;
+    // Opens the registry for a change, under its lock.
+    bool OpenRegistryForUpdate(CVX2D_IniFile& ini) const;
     EProjectResult OpenStandardForUpdate(CVX2D_IniFile& ini, std::int32_t id, std::wstring& name,
                                          std::wstring& folder) const;
     std::wstring LookupName(CVX2D_IniFile& ini, std::int32_t id, bool active, bool deleted) const;
