@@ -17,11 +17,24 @@ CVX2D_IniFile* CDatafileSnapshot::Read(const std::wstring& path) {
     return &*m_ini;
 }
 
-void CDatafileSnapshot::Keep(const std::wstring& path, const CVX2D_IniFile& ini) {
+void CDatafileSnapshot::Keep(const std::wstring& path, CVX2D_IniFile& ini, bool handOver) {
     m_stamp = platform::FileStamp(platform::ToPath(path));
     m_strPath = path;
-    m_ini.emplace(ini);
+    if (handOver) {
+        m_ini.emplace();
+        m_ini->SwapContents(ini);
+    } else {
+        m_ini.emplace(ini);
+    }
     m_ini->SetAutoSave(false);
+}
+
+bool CDatafileSnapshot::Lend(const std::wstring& path, CVX2D_IniFile& into) {
+    if (!Current(path))
+        return false;
+    into.SwapContents(*m_ini);
+    m_ini.reset();
+    return true;
 }
 
 const CVX2D_IniFile* CDatafileSnapshot::Current(const std::wstring& path) const {

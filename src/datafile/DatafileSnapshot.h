@@ -20,7 +20,14 @@ public:
     // This process has just saved `ini` to `path` and still holds the file's
     // lock, so no one else can have changed it since: the next Read uses the
     // saved document instead of reading it back.
-    void Keep(const std::wstring& path, const CVX2D_IniFile& ini);
+    // With `handOver`, the saved document's contents move into the snapshot
+    // (the caller is done with them) instead of being copied.
+    void Keep(const std::wstring& path, CVX2D_IniFile& ini, bool handOver = false);
+    // Lends the document last read to a change of the file, when the file at
+    // `path` is still the same one: its contents move into `into` (which
+    // holds the file's lock) and the snapshot is empty until the change is
+    // kept. False, lending nothing, when the file changed.
+    bool Lend(const std::wstring& path, CVX2D_IniFile& into);
     // The document last read when the file at `path` is still the same one,
     // without reading it; nullptr otherwise.
     const CVX2D_IniFile* Current(const std::wstring& path) const;

@@ -203,13 +203,16 @@ int CVX2D_IniFile::LockForUpdate(const std::wstring& path) {
     return m_lock.IsHeld() || m_lock.Acquire(path) ? eOk : eCantOpen;
 }
 
-void CVX2D_IniFile::CopyContents(const CVX2D_IniFile& other) {
-    other.Compact();
-    m_arrEntries = other.m_arrEntries;
-    m_nDeleted = 0;
-    m_strSection = other.m_strSection;
+void CVX2D_IniFile::SwapContents(CVX2D_IniFile& other) {
+    m_arrEntries.swap(other.m_arrEntries);
+    std::swap(m_nDeleted, other.m_nDeleted);
+    m_strSection.swap(other.m_strSection);
+    std::swap(m_keyIndex, other.m_keyIndex);
+    std::swap(m_bKeyIndexValid, other.m_bKeyIndexValid);
+    std::swap(m_valueIndex, other.m_valueIndex);
+    std::swap(m_bValueIndexValid, other.m_bValueIndexValid);
     m_bModified = false;
-    CopyIndexes(other);
+    other.m_bModified = false;
 }
 
 void CVX2D_IniFile::CopyIndexes(const CVX2D_IniFile& other) {

@@ -38,11 +38,11 @@ public:
     int OpenForUpdate(const std::wstring& path);
     int Reload();
     // Takes the file's lock as OpenForUpdate does, without reading it: for a
-    // caller that already holds the file's current contents (CopyContents).
+    // caller that already holds the file's current contents (SwapContents).
     int LockForUpdate(const std::wstring& path);
-    // The entries and current section of another document, this one's path
-    // and lock kept; not modified afterwards.
-    void CopyContents(const CVX2D_IniFile& other);
+    // Exchanges entries and current section with another document, each
+    // keeping its path and lock; neither is modified afterwards.
+    void SwapContents(CVX2D_IniFile& other);
     // Writes through a temporary file renamed over the target, so the old
     // file stays whole when anything fails. Text that a datafile cannot hold
     // (a character above 255, a line break) is refused with eCantCreate.

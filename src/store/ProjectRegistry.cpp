@@ -129,18 +129,14 @@ bool CVX2D_ProjectRegistry::OpenRegistryForUpdate(CVX2D_IniFile& ini) const {
         return false;
     // Under the lock nobody changes the file: when it is still the one last
     // read, that read is as good as a new one, and much cheaper on a share.
-    if (const CVX2D_IniFile* same = m_snapshot.Current(path)) {
-        ini.CopyContents(*same);
-        return true;
-    }
-    return ini.OpenForUpdate(path) == CVX2D_IniFile::eOk;
+    return m_snapshot.Lend(path, ini) || ini.OpenForUpdate(path) == CVX2D_IniFile::eOk;
 }
 
-bool CVX2D_ProjectRegistry::SaveRegistry(CVX2D_IniFile& ini) const {
+bool CVX2D_ProjectRegistry::SaveRegistry(CVX2D_IniFile& ini, bool done) const {
     if (ini.Save() != CVX2D_IniFile::eOk)
         return false;
     // Still under the lock: what was saved is what the file holds.
-    m_snapshot.Keep(ini.GetPath(), ini);
+    m_snapshot.Keep(ini.GetPath(), ini, done);
     return true;
 }
 
@@ -449,7 +445,7 @@ EProjectResult CVX2D_ProjectRegistry::RenameProject(std::int32_t id, const std::
         return eProjectErrorMovingFolder;
     ini.SetSection(list);
     ini.SetString(MakeProjectKey(id), name);
-    if (!SaveRegistry(ini)) {
+    if (!SaveRegistry(ini, true)) {
         // The registry still names the old folder: put it back there.
         if (move)
             MoveFolder(to, from);
@@ -592,7 +588,7 @@ EProjectResult CVX2D_ProjectRegistry::CheckProjectRegistry() {
     if (!OpenRegistryForUpdate(update))
         return eProjectCantOpenDatafile;
     RepairRegistry(update, folders, folderListed);
-    if (update.IsModified() && !SaveRegistry(update))
+    if (update.IsModified() && !SaveRegistry(update, true))
         return eProjectCantOpenDatafile;
     return eProjectOk;
 }

@@ -80,8 +80,9 @@ private:
     // nullptr when it cannot be read.
     CVX2D_IniFile* Snapshot() const;
     // Saves a registry document opened for update and keeps it as the
-    // snapshot; false when it could not be saved.
-    bool SaveRegistry(CVX2D_IniFile& ini) const;
+    // snapshot (moving its contents there when the caller is `done` with
+    // it); false when it could not be saved.
+    bool SaveRegistry(CVX2D_IniFile& ini, bool done = false) const;
     // Opens the registry for a change, under its lock.
     bool OpenRegistryForUpdate(CVX2D_IniFile& ini) const;
     EProjectResult OpenStandardForUpdate(CVX2D_IniFile& ini, std::int32_t id, std::wstring& name,

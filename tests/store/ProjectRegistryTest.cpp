@@ -485,3 +485,30 @@ TEST_F(ProjectRegistryTest, AMissingDatafilesFolderIsReportedAndNeverMade) {
     EXPECT_FALSE(clients.CreateClient(id, name));
     EXPECT_FALSE(fs::exists(away));
 }
+
+namespace {
+
+// Two workstations on one folder, each with its registry object and so its
+// own snapshot: a change made by one is never undone by the other's
+// snapshot, whatever the order of their lookups and changes.
+TEST_F(ProjectRegistryTest, AnotherWorkstationsChangesSurviveTheSnapshot) {
+    CVX2D_ProjectRegistry other(Datafiles(), prompter);
+    const std::int32_t pipe = Create(L"Pipe");
+    EXPECT_EQ(other.GetProjectName(pipe, true, false), L"Pipe"); // other's snapshot
+    ASSERT_EQ(registry.RenameProject(pipe, L"Pipe 2"), eProjectOk);
+    std::int32_t tank = 0;
+    ASSERT_EQ(other.CreateProject({L"Tank", 0, 1, 0, false}, tank), eProjectOk);
+    // This side kept its own save as its snapshot: the file changed since.
+    EXPECT_EQ(registry.GetProjectName(tank, true, false), L"Tank");
+    ASSERT_EQ(registry.RenameProject(tank, L"Tank 2"), eProjectOk);
+    ASSERT_EQ(other.RenameProject(pipe, L"Pipe 3"), eProjectOk);
+    for (const CVX2D_ProjectRegistry* side : {&registry, &other}) {
+        EXPECT_EQ(side->GetProjectName(pipe, true, false), L"Pipe 3");
+        EXPECT_EQ(side->GetProjectName(tank, true, false), L"Tank 2");
+    }
+    const std::string bytes = Datafile();
+    EXPECT_NE(bytes.find("Pipe 3"), std::string::npos);
+    EXPECT_NE(bytes.find("Tank 2"), std::string::npos);
+}
+
+} // namespace
