@@ -19,6 +19,15 @@ public:
         m_count = 0;
     }
 
+    // Room for `count` entries without growing on the way.
+    void Reserve(const std::vector<TEntry>& entries, std::size_t count) {
+        std::size_t size = m_slots.empty() ? 64 : m_slots.size();
+        while (size < count * 2)
+            size *= 2;
+        if (size > m_slots.size())
+            Rehash(entries, size);
+    }
+
     // The position of the entry of `section` whose text is `text`; npos when
     // none is indexed.
     std::size_t Find(const std::vector<TEntry>& entries, std::wstring_view section,
@@ -90,9 +99,14 @@ private:
     }
 
     void Grow(const std::vector<TEntry>& entries) {
+        Rehash(entries, m_slots.empty() ? 64 : m_slots.size() * 2);
+    }
+
+    // Places every indexed entry again in a table of `size` slots.
+    void Rehash(const std::vector<TEntry>& entries, std::size_t size) {
         std::vector<std::uint32_t> old;
         old.swap(m_slots);
-        m_slots.assign(old.empty() ? 64 : old.size() * 2, 0);
+        m_slots.assign(size, 0);
         m_count = 0;
         for (const std::uint32_t slot : old) {
             if (slot != 0)

@@ -249,6 +249,11 @@ void CVX2D_IniFile::ParseBytes(const std::string& bytes) {
     AppendBytes(separator, m_strSeparator);
     const std::string_view keyTrim = "[]\n\t";
     const std::string_view all(bytes);
+    // One entry a line at the most: room for them all at once.
+    const auto lines = static_cast<std::size_t>(std::count(all.begin(), all.end(), '\n')) + 1;
+    FindExact(m_strSection, L"");
+    m_arrEntries.reserve(m_arrEntries.size() + lines);
+    m_keyIndex.Reserve(m_arrEntries, m_arrEntries.size() + lines);
     std::size_t start = 0;
     while (start < all.size()) {
         std::size_t end = all.find('\n', start);
