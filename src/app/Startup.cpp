@@ -33,6 +33,8 @@ CStartup::EResult CStartup::Decide(const std::vector<std::wstring>& args) {
         if (ToLower(arg) == L"-install")
             return Install() ? eInstalled : eInstallFailed;
     }
+    if (m_services.offerDatafilesChoice && !m_projects.Datafiles().Exists())
+        return eNoDatafiles;
     if (m_projects.Datafiles().Root().empty()) {
         m_prompter.Show(NoDatafilesText(), EPromptIcon::Stop, kCaption);
         return eRefused;

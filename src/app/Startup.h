@@ -27,6 +27,7 @@ public:
         eInstalled,     // "-install" did its work; the program ends
         eInstallFailed, // "-install" found no datafiles folder it could make
         eRefused,       // the program may not run: no datafiles folder, or not this user
+        eNoDatafiles,   // no datafiles folder to run on, and the caller offers a choice
         eRun,           // go on and show the main window
     };
 
@@ -37,6 +38,9 @@ public:
         std::wstring shippedTemplates;
         // The OEM library and the thumbnail control exist on Windows only.
         bool windowsComponents = false;
+        // The desktop program lets the user choose a datafiles folder when
+        // none is known or the known one is away, instead of ending.
+        bool offerDatafilesChoice = false;
         SWindowsServices windows;
         CUpdateCheck::SServices update;
     };

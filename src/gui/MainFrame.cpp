@@ -3,6 +3,7 @@
 #include "app/Environment.h"
 #include "editors/StandardReport.h"
 #include "gui/CompareWindow.h"
+#include "gui/DatafilesChooser.h"
 #include "gui/NavigatorDlg.h"
 #include "gui/NewStandardWizard.h"
 #include "gui/QtText.h"
@@ -123,6 +124,17 @@ void CMainFrame::CreateActions() {
 
 void CMainFrame::CreateMenus() {
     QMenu* file = menuBar()->addMenu(tr("&File"));
+    file->addAction(QIcon::fromTheme(QStringLiteral("folder-open"),
+                                     style()->standardIcon(QStyle::SP_DirOpenIcon)),
+                    tr("&Open Datafiles Folder..."), this,
+                    [this] { SwitchDatafilesFolder(EDatafilesPick::Existing); })
+        ->setObjectName(QStringLiteral("openDatafilesAction"));
+    file->addAction(QIcon::fromTheme(QStringLiteral("folder-new"),
+                                     style()->standardIcon(QStyle::SP_FileDialogNewFolder)),
+                    tr("&New Datafiles Folder..."), this,
+                    [this] { SwitchDatafilesFolder(EDatafilesPick::New); })
+        ->setObjectName(QStringLiteral("newDatafilesAction"));
+    file->addSeparator();
     QAction* quit = file->addAction(tr("&Quit"), QKeySequence::Quit, this, &QWidget::close);
     quit->setObjectName(QStringLiteral("quitAction"));
     quit->setMenuRole(QAction::QuitRole);
@@ -335,6 +347,20 @@ void CMainFrame::SyncDocuments() {
         }
     }
     UpdateTitle();
+}
+
+void CMainFrame::SwitchDatafilesFolder(EDatafilesPick pick) {
+    CDatafilesChoice choice(*m_core.registry, m_core.prompter);
+    const QString folder = CDatafilesChooserDlg::Pick(choice, m_dialogs, pick,
+                                                      Q(m_core.installation.DatafilesPath()), this);
+    if (folder.isEmpty())
+        return;
+    m_nextFolder = folder;
+    if (!close()) {
+        m_nextFolder.clear(); // a window kept open keeps this folder
+        return;
+    }
+    choice.Remember(W(folder));
 }
 
 void CMainFrame::closeEvent(QCloseEvent* event) {

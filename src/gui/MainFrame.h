@@ -2,6 +2,7 @@
 // windows of opened standards and comparisons.
 #pragma once
 
+#include "app/DatafilesChoice.h"
 #include "app/NavigatorController.h"
 #include "app/StandardTransfer.h"
 #include "app/StandardsCore.h"
@@ -49,6 +50,11 @@ public:
     // replaced); true when it could.
     using COpener = std::function<bool(const std::wstring&)>;
     void SetOpener(COpener opener) { m_opener = std::move(opener); }
+    // File > Open/New Datafiles Folder...: picks the folder, closes every
+    // window (asking about what is unsaved) and then the main window; the
+    // program starts again on NextFolder().
+    void SwitchDatafilesFolder(EDatafilesPick pick);
+    const QString& NextFolder() const { return m_nextFolder; }
 
 protected:
     // Quitting closes every window first; one that stays open (a page kept
@@ -80,4 +86,5 @@ private:
     QLabel* m_status = nullptr;
     QLabel* m_folder = nullptr;
     COpener m_opener;
+    QString m_nextFolder;
 };

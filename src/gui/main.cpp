@@ -1,17 +1,10 @@
 // standards-desk: the desktop program.
-#include "app/Startup.h"
+#include "gui/Desktop.h"
 #include "gui/FileDialogs.h"
-#include "gui/MainFrame.h"
 #include "gui/QtPrompter.h"
 #include "gui/QtText.h"
-#include "platform/System.h"
-#include "store/IniRegistry.h"
 
 #include <QApplication>
-#include <QCommandLineParser>
-#include <QScreen>
-#include <QSplashScreen>
-#include <QTimer>
 
 int main(int argc, char** argv) {
     QApplication application(argc, argv);
@@ -47,48 +40,10 @@ int main(int argc, char** argv) {
     }
 
     CQtPrompter prompter;
-    CStandardsCore core(MakeSystemRegistry(), W(datafiles), prompter);
-    CStartup::SServices services;
-    services.userName = platform::UserName();
-    services.programPath = platform::ExecutablePath();
-    services.shippedTemplates = CInstallation::ShippedDataFolder() + L"templates";
-#ifdef _WIN32
-    services.windowsComponents = true;
-#endif
-    CStartup startup(*core.registry, core.installation, core.projects, prompter, services);
-
-    // The decision comes first: "-install" ends without a window, and a
-    // refused start shows its one message box and nothing else.
-    switch (startup.Decide(words)) {
-    case CStartup::eInstalled:
-        return 0;
-    case CStartup::eInstallFailed:
-        std::fputs("standards-desk: no datafiles folder could be set up; give one with "
-                   "--datafiles DIR.\n",
-                   stderr);
-        return 1;
-    case CStartup::eRefused:
-        return 1;
-    case CStartup::eRun:
-        break;
-    }
-
-    QPixmap picture(420, 200);
-    picture.fill(QColor(40, 70, 110));
-    QSplashScreen splash(picture);
-    splash.showMessage(QStringLiteral("Standards Desk\n\nStarting..."), Qt::AlignCenter, Qt::white);
-    splash.show();
-    QApplication::processEvents();
-    startup.Prepare();
-
     CQtFileDialogs dialogs;
-    CMainFrame frame(core, dialogs);
-    prompter.SetParent(&frame);
-    const QRect screen = QApplication::primaryScreen()->geometry();
-    const SRect rect = startup.WindowRect(screen.width(), screen.height());
-    frame.setGeometry(rect.left, rect.top, rect.Width(), rect.Height());
-    frame.show();
-    splash.finish(&frame);
-    startup.AfterMainWindowShown();
-    return QApplication::exec();
+    SDesktopRun run;
+    run.datafiles = W(datafiles);
+    run.words = std::move(words);
+    run.ownerChanged = [&prompter](QWidget* owner) { prompter.SetParent(owner); };
+    return RunDesktop(run, prompter, dialogs);
 }

@@ -25,8 +25,9 @@ void SetEnv(const char* name, const std::string& value) {
 class StartupTest : public ::testing::Test {
 protected:
     CStartup::EResult Start(const std::vector<std::wstring>& args,
-                            const std::wstring& user = L"alice") {
+                            const std::wstring& user = L"alice", bool offerChoice = false) {
         CStartup::SServices services;
+        services.offerDatafilesChoice = offerChoice;
         services.userName = user;
         services.programPath = L"/opt/kryn/StandardsDesk64";
         services.shippedTemplates = platform::FromPath(fs::path(SD_TEMPLATES_DIR));
@@ -64,6 +65,11 @@ TEST_F(StartupTest, AMissingDatafilesFolderStopsTheProgramAndOnlyInstallMakesIt)
     EXPECT_NE(prompter.asked[0].text.find(L"does not exist or cannot be reached"),
               std::wstring::npos);
     EXPECT_FALSE(fs::exists(datafiles.Path())) << "a share that was away got an empty tree";
+
+    // The desktop program offers a choice instead, with no box of its own.
+    EXPECT_EQ(Start({L"standards-desk"}, L"alice", true), CStartup::eNoDatafiles);
+    EXPECT_EQ(prompter.asked.size(), 1u);
+    EXPECT_FALSE(fs::exists(datafiles.Path()));
 
     EXPECT_EQ(Start({L"standards-desk", L"-install"}), CStartup::eInstalled);
     EXPECT_EQ(Standards().size(), 2u);

@@ -4,6 +4,7 @@
 // with --dark, under a dark palette. Run by tests/gui/screenshots.sh under
 // Xvfb.
 #include "gui/CompareWindow.h"
+#include "gui/DatafilesChooser.h"
 #include "gui/DrawingsFormView.h"
 #include "gui/FileDialogs.h"
 #include "gui/MainFrame.h"
@@ -66,6 +67,17 @@ int main(int argc, char** argv) {
     }
 
     CQtPrompter prompter;
+    {
+        // The first start, with no datafiles folder known.
+        const std::unique_ptr<IRegistry> nowhere = std::make_unique<CIniRegistry>(
+            W(out + QStringLiteral("/none-machine")), W(out + QStringLiteral("/none-user")));
+        CDatafilesChoice choice(*nowhere, prompter);
+        CQtFileDialogs none;
+        CDatafilesChooserDlg chooser(
+            choice, none, Q(CDatafilesChoice::Reason(CInstallation(*nowhere))), QString());
+        chooser.show();
+        Save(&chooser, out, QStringLiteral("first-start.png"));
+    }
     CStandardsCore core(MakeSystemRegistry(), W(datafiles), prompter);
     CQtFileDialogs dialogs;
     CMainFrame frame(core, dialogs);
