@@ -295,7 +295,19 @@ void CNavigatorController::CopyStandard() {
     const CNavItem* item = m_tree.Find(m_selection);
     std::int32_t newId = 0;
     std::wstring newName;
-    const EProjectResult result = m_projects.CopyProject(item->id, newId, newName);
+    EProjectResult result = eProjectOk;
+    bool stopped = false;
+    m_owner.RunLong(fmt::format(L"Copying standard '{}'...", item->text), true,
+                    [&](const CProgress& progress) {
+                        result = m_projects.CopyProject(
+                            item->id, newId, newName,
+                            [&](std::size_t done, std::size_t total, const std::wstring& file) {
+                                stopped = progress && !progress(done, total, file);
+                                return !stopped;
+                            });
+                    });
+    if (stopped)
+        return; // the user stopped it: nothing to tell
     if (result != eProjectOk) {
         Error(
             fmt::format(L"{}\n\n{}", CopyStandardErrorText(item->text), ProjectResultText(result)));
@@ -352,7 +364,10 @@ void CNavigatorController::Purge() {
         EPromptAnswer::Yes)
         return;
     bool gone = false;
-    const EProjectResult result = PurgeStandard(m_projects, m_clients, item->id, gone);
+    EProjectResult result = eProjectOk;
+    m_owner.RunLong(fmt::format(L"Purging standard '{}'...", name), false, [&](const CProgress&) {
+        result = PurgeStandard(m_projects, m_clients, item->id, gone);
+    });
     if (result != eProjectOk) {
         Error(fmt::format(L"{}\n\n{}", PurgeStandardErrorText(name), ProjectResultText(result)));
         return;

@@ -6,9 +6,11 @@
 #include "app/NavigatorTree.h"
 #include "store/ClientRegistry.h"
 #include "store/Profile.h"
+#include "store/Progress.h"
 #include "store/ProjectRegistry.h"
 #include "store/Prompter.h"
 
+#include <functional>
 #include <optional>
 #include <set>
 #include <vector>
@@ -49,6 +51,14 @@ public:
     virtual void PrintStandard(std::int32_t standardId) = 0;
     virtual void ExportStandard(std::int32_t standardId, const std::wstring& name) = 0;
     virtual void ImportStandards(std::int32_t clientId) = 0;
+    // Runs long work (a copy with its drawings, a purge) where the user can
+    // see that it goes on: `work` gets the progress to report to, stopping
+    // when it returns false; `canStop` says whether the user may stop it.
+    // Here it simply runs.
+    virtual void RunLong(const std::wstring& /*text*/, bool /*canStop*/,
+                         const std::function<void(const CProgress&)>& work) {
+        work({});
+    }
 };
 
 struct SNavButtons {

@@ -3,6 +3,8 @@
 // archives into a new standard's folder.
 #pragma once
 
+#include "store/Progress.h"
+
 #include <cstdint>
 #include <functional>
 #include <string>
@@ -10,8 +12,7 @@
 
 // Called per file with the number done, the number in all and the file's
 // name; returning false cancels.
-using CArchiveProgress =
-    std::function<bool(std::size_t done, std::size_t total, const std::wstring& file)>;
+using CArchiveProgress = CProgress;
 
 // What one import (every archive of it together) may write. A standard's
 // folder holds settings datafiles, border drawings and BOM lists: typically

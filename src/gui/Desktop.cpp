@@ -2,6 +2,7 @@
 
 #include "app/DatafilesChoice.h"
 #include "app/Startup.h"
+#include "gui/BackgroundWork.h"
 #include "gui/DatafilesChooser.h"
 #include "gui/MainFrame.h"
 #include "gui/QtText.h"
@@ -12,7 +13,9 @@
 #include <QSplashScreen>
 #include <optional>
 
-int RunDesktop(const SDesktopRun& run, IPrompter& prompter, IFileDialogs& dialogs) {
+int RunDesktop(const SDesktopRun& run, IPrompter& boxes, IFileDialogs& dialogs) {
+    // Long work asks its questions from a worker thread.
+    CGuiThreadPrompter prompter(boxes);
     std::wstring folder;
     {
         const std::unique_ptr<IRegistry> registry = run.registry();

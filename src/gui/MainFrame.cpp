@@ -2,6 +2,7 @@
 
 #include "app/Environment.h"
 #include "editors/StandardReport.h"
+#include "gui/BackgroundWork.h"
 #include "gui/CompareWindow.h"
 #include "gui/DatafilesChooser.h"
 #include "gui/NavigatorDlg.h"
@@ -27,8 +28,7 @@
 CMainFrame::CMainFrame(CStandardsCore& core, IFileDialogs& dialogs, QWidget* parent)
     : QMainWindow(parent), m_core(core), m_dialogs(dialogs),
       m_navigator(core.projects, core.clients, core.profile, core.prompter, *this),
-      m_transferPrompter(core.prompter),
-      m_transfer(core.projects, core.profile, m_transferPrompter), m_opener(platform::ShellOpen) {
+      m_transfer(core.projects, core.profile, core.prompter), m_opener(platform::ShellOpen) {
     setObjectName(QStringLiteral("mainFrame"));
     m_documents = new QMdiArea(this);
     m_documents->setObjectName(QStringLiteral("documents"));
@@ -243,15 +243,9 @@ void CMainFrame::ExportStandard(std::int32_t standardId, const std::wstring& nam
                                             Q(m_transfer.ProposedExportFile(name)));
     if (file.isEmpty())
         return;
-    const QString text = tr("Exporting standard '%1'...").arg(Q(name));
-    m_transferPrompter.Begin(this, text);
-    QApplication::setOverrideCursor(Qt::WaitCursor);
-    m_transfer.Export(
-        standardId, W(file), [&](std::size_t done, std::size_t total, const std::wstring& entry) {
-            return m_transferPrompter.Step(done, total, text + QLatin1Char('\n') + Q(entry));
-        });
-    QApplication::restoreOverrideCursor();
-    m_transferPrompter.End();
+    CBackgroundWork::Run(
+        this, tr("Exporting standard '%1'...").arg(Q(name)), true,
+        [&](const CProgress& progress) { m_transfer.Export(standardId, W(file), progress); });
 }
 
 void CMainFrame::ImportStandards(std::int32_t clientId) {
@@ -264,14 +258,14 @@ void CMainFrame::ImportStandards(std::int32_t clientId) {
     std::vector<std::wstring> chosen;
     for (const QString& file : files)
         chosen.push_back(W(file));
-    const QString text = tr("Importing standards...");
-    m_transferPrompter.Begin(this, text);
-    m_transfer.Import(chosen, clientId, *oldFormat,
-                      [&](std::size_t done, std::size_t total, const std::wstring& entry) {
-                          return m_transferPrompter.Step(done, total,
-                                                         text + QLatin1Char('\n') + Q(entry));
-                      });
-    m_transferPrompter.End();
+    CBackgroundWork::Run(this, tr("Importing standards..."), true, [&](const CProgress& progress) {
+        m_transfer.Import(chosen, clientId, *oldFormat, progress);
+    });
+}
+
+void CMainFrame::RunLong(const std::wstring& text, bool canStop,
+                         const std::function<void(const CProgress&)>& work) {
+    CBackgroundWork::Run(this, Q(text), canStop, work);
 }
 
 void CMainFrame::OpenStandard(std::int32_t standardId) {

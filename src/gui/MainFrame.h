@@ -8,7 +8,6 @@
 #include "app/StandardsCore.h"
 #include "gui/FileDialogs.h"
 #include "gui/PageHost.h"
-#include "gui/ProgressPrompter.h"
 
 #include <QAction>
 #include <QLabel>
@@ -40,6 +39,8 @@ public:
     void PrintStandard(std::int32_t standardId) override;
     void ExportStandard(std::int32_t standardId, const std::wstring& name) override;
     void ImportStandards(std::int32_t clientId) override;
+    void RunLong(const std::wstring& text, bool canStop,
+                 const std::function<void(const CProgress&)>& work) override;
 
     // Opens (or brings forward) the window of a standard.
     void OpenStandard(std::int32_t standardId);
@@ -76,8 +77,6 @@ private:
     CStandardsCore& m_core;
     IFileDialogs& m_dialogs;
     CNavigatorController m_navigator;
-    // Export and import ask and tell through it, over their progress.
-    CProgressPrompter m_transferPrompter;
     CStandardTransfer m_transfer;
     CNavigatorDlg* m_panel = nullptr;
     QMdiArea* m_documents = nullptr;

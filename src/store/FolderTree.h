@@ -2,8 +2,10 @@
 // onto an existing folder asks whether to back that folder up first.
 #pragma once
 
+#include "store/Progress.h"
 #include "store/Prompter.h"
 
+#include <filesystem>
 #include <string>
 
 class CVX2D_FolderTree {
@@ -14,8 +16,11 @@ public:
     // Copies every file and sub-folder of `source` into `destination`
     // (created with its parents). When `destination` exists the user chooses:
     // Yes moves it aside to "<parent>/Backup (n) of <name>", No copies over it,
-    // Cancel gives up.
-    virtual bool CopyTree(const std::wstring& source, const std::wstring& destination);
+    // Cancel gives up. Files are copied one by one in blocks; `progress`
+    // hears of the bytes copied, and a stop from it ends the copy (a new
+    // destination is then removed again).
+    virtual bool CopyTree(const std::wstring& source, const std::wstring& destination,
+                          const CProgress& progress = {});
 
     // Deletes the folder and everything in it; true when nothing is left.
     virtual bool DeleteTree(const std::wstring& folder);
@@ -24,5 +29,8 @@ public:
     static std::wstring BackupNameFor(const std::wstring& folder);
 
 private:
+    static bool CopyEntries(const std::filesystem::path& from, const std::filesystem::path& to,
+                            const CProgress& progress);
+
     IPrompter& m_prompter;
 };

@@ -368,7 +368,8 @@ EProjectResult CVX2D_ProjectRegistry::CreateProject(const SNewProject& project, 
 }
 
 EProjectResult CVX2D_ProjectRegistry::CopyProject(std::int32_t id, std::int32_t& newId,
-                                                  std::wstring& newName) {
+                                                  std::wstring& newName,
+                                                  const CProgress& progress) {
     newId = 0;
     newName.clear();
     if (id < 1)
@@ -393,7 +394,7 @@ EProjectResult CVX2D_ProjectRegistry::CopyProject(std::int32_t id, std::int32_t&
     if (result == eProjectOk) {
         if (ProjectVersionOf(sourceFolder) < 2016)
             UpgradeOldFolderLayout(sourceFolder);
-        if (!Tree().CopyTree(sourceFolder, folder))
+        if (!Tree().CopyTree(sourceFolder, folder, progress))
             result = eProjectErrorCopyingFolder;
     }
     if (result != eProjectOk)

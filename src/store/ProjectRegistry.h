@@ -57,7 +57,10 @@ public:
     std::wstring GetDefaultProjectName() const;
 
     EProjectResult CreateProject(const SNewProject& project, std::int32_t& id);
-    EProjectResult CopyProject(std::int32_t id, std::int32_t& newId, std::wstring& newName);
+    // `progress` hears of the bytes copied; a stop from it rolls the copy
+    // back like a failed one (eProjectErrorCopyingFolder).
+    EProjectResult CopyProject(std::int32_t id, std::int32_t& newId, std::wstring& newName,
+                               const CProgress& progress = {});
     EProjectResult RenameProject(std::int32_t id, const std::wstring& name);
     // The name the registry stores for a typed one: blanks around it dropped.
     static std::wstring StoredName(const std::wstring& name);

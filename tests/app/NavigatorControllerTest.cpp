@@ -33,6 +33,15 @@ struct CFakeOwner : INavigatorOwner {
     }
     std::vector<std::pair<std::int32_t, std::wstring>> exported;
     void ImportStandards(std::int32_t) override {}
+    // Long work as the window runs it: each piece named, stopped on the
+    // first step when `stop` is set.
+    std::vector<std::pair<std::wstring, bool>> longWork;
+    bool stop = false;
+    void RunLong(const std::wstring& text, bool canStop,
+                 const std::function<void(const CProgress&)>& work) override {
+        longWork.emplace_back(text, canStop);
+        work([this](std::size_t, std::size_t, const std::wstring&) { return !stop; });
+    }
 };
 
 // Renders the tree as "text(image:id)" with children in brackets.
@@ -266,6 +275,34 @@ TEST_F(NavigatorTest, PurgeNeedsTwoYesAnswersAndTakesTheStandardOffItsClient) {
     EXPECT_EQ(registry.GetProjectName(5, true, true), L"");
     EXPECT_EQ(Item({L"Zeta", L"Old"}), 0u);
     EXPECT_EQ(clients.GetClientProjectIds(1), (std::vector<std::int32_t>{1, 2}));
+}
+
+TEST_F(NavigatorTest, CopyAndPurgeRunAsLongWorkAndAStoppedCopyLeavesNoTrace) {
+    test::WriteBytes(FolderOf(3) / "Drawings" / "T-1.dwg", "drawing");
+    for (const bool stop : {true, false}) {
+        owner.longWork.clear();
+        owner.stop = stop;
+        nav.Select(Item({L"acme", L"Tank"}));
+        nav.Execute(eCmdCopyStandard);
+        EXPECT_EQ(owner.longWork, (std::vector<std::pair<std::wstring, bool>>{
+                                      {L"Copying standard 'Tank'...", true}}));
+        EXPECT_TRUE(prompter.asked.empty()) << "a stop is the user's own: no message";
+        EXPECT_EQ(Item({L"Copy of Tank"}) != 0, !stop);
+        EXPECT_EQ(registry.GetProjectName(6, true, true), stop ? L"" : L"Copy of Tank");
+    }
+    EXPECT_EQ(test::ReadBytes(FolderOf(6) / "Drawings" / "T-1.dwg"), "drawing");
+
+    owner.longWork.clear();
+    nav.Select(Item({L"Copy of Tank"}));
+    prompter.answers = {EPromptAnswer::Yes, EPromptAnswer::Yes};
+    nav.Execute(eCmdDeleteStandard);
+    nav.Execute(eCmdShowDeleted);
+    nav.Select(Item({L"Copy of Tank"}));
+    prompter.answers = {EPromptAnswer::Yes, EPromptAnswer::Yes};
+    nav.Execute(eCmdPurgeStandard);
+    EXPECT_EQ(owner.longWork, (std::vector<std::pair<std::wstring, bool>>{
+                                  {L"Purging standard 'Copy of Tank'...", false}}));
+    EXPECT_EQ(registry.GetProjectName(6, true, true), L"");
 }
 
 TEST_F(NavigatorTest, DroppingMovesAStandardBetweenClients) {

@@ -3,6 +3,7 @@
 #pragma once
 
 #include "app/StandardsCore.h"
+#include "gui/BackgroundWork.h"
 #include "gui/FileDialogs.h"
 #include "gui/MainFrame.h"
 #include "gui/NavigatorDlg.h"
@@ -101,10 +102,12 @@ struct SGuiWorld {
     test::CDatafilesFixture folder;
     test::CTempDir config;
     CGuiPrompter prompter;
+    // As the program does: questions of long work come to the GUI thread.
+    CGuiThreadPrompter onGuiThread{prompter};
     CScriptedFileDialogs dialogs;
     CStandardsCore core{
         std::make_unique<CIniRegistry>(config.File(L"machine"), config.File(L"user")),
-        folder.Dir().Text(), prompter};
+        folder.Dir().Text(), onGuiThread};
 
     // A file in a standard's folder.
     std::filesystem::path StandardFile(std::int32_t id, const wchar_t* name) const {

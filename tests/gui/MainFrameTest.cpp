@@ -3,6 +3,7 @@
 #include "GuiSupport.h"
 
 #include "app/Startup.h"
+#include "gui/BackgroundWork.h"
 #include "gui/MainFrame.h"
 #include "gui/NavigatorDlg.h"
 #include "gui/NewStandardWizard.h"
@@ -15,7 +16,11 @@
 #include <QMdiArea>
 #include <QMdiSubWindow>
 #include <QProgressDialog>
+#include <QPushButton>
+#include <QThread>
 #include <QTimer>
+
+namespace fs = std::filesystem;
 
 class MainFrameTest : public QObject {
     Q_OBJECT
@@ -251,7 +256,15 @@ private slots:
         world->dialogs.answers = {{Q(empty), Q(junk)}};
         world->prompter.answers = {EPromptAnswer::No};
         QStringList covered;
+        int onWorker = 0;
+        int notBusy = 0;
         world->prompter.whileAsking = [&](const SPrompt& prompt) {
+            // The import runs on a worker thread; its questions come here.
+            onWorker += QThread::currentThread() != qApp->thread();
+            const bool busy = QApplication::overrideCursor() &&
+                              QApplication::overrideCursor()->shape() == Qt::BusyCursor;
+            // The format question comes before the work starts.
+            notBusy += !busy && prompt.buttons != EPromptButtons::YesNoCancel;
             // A box stays up a while; a progress dialog shows itself meanwhile
             // and, being modal, would take the clicks meant for the box.
             QTest::qWait(800);
@@ -265,6 +278,39 @@ private slots:
         QVERIFY(world->prompter.asked.size() >= 2);
         QVERIFY(world->prompter.asked.back().buttons == EPromptButtons::Ok);
         QCOMPARE(covered, QStringList());
+        QCOMPARE(onWorker, 0);
+        QCOMPARE(notBusy, 0);
+        QVERIFY(!QApplication::overrideCursor());
+    }
+
+    void longWorkShowsItsProgressAndCancelStopsIt() {
+        CBackgroundWork::showAfterMs = 0;
+        QString label;
+        auto* watch = new QTimer(frame.get());
+        connect(watch, &QTimer::timeout, [&] {
+            auto* progress = frame->findChild<QProgressDialog*>(QStringLiteral("workProgress"));
+            if (!progress || !progress->isVisible() || progress->value() < 1)
+                return;
+            label = progress->labelText();
+            watch->stop();
+            progress->findChild<QPushButton*>()->click();
+        });
+        watch->start(10);
+        std::size_t steps = 0;
+        bool stopped = false;
+        frame->RunLong(L"Copying standard 'Pipe'...", true, [&](const CProgress& progress) {
+            // Works until told to stop; gives up after a while so that a
+            // broken Cancel fails the test instead of hanging it.
+            for (; steps < 1000 && !stopped; ++steps) {
+                stopped = !progress(steps, 1000, L"Drawings/P-100.dwg");
+                QThread::msleep(10);
+            }
+        });
+        CBackgroundWork::showAfterMs = 400;
+        QVERIFY(stopped);
+        QVERIFY(steps < 1000);
+        QCOMPARE(label, QStringLiteral("Copying standard 'Pipe'...\nDrawings/P-100.dwg"));
+        QVERIFY(!QApplication::overrideCursor());
     }
 };
 

@@ -5,6 +5,8 @@
 #include "platform/Utf8.h"
 #include "support/TestSupport.h"
 
+#include <algorithm>
+#include <climits>
 #include <filesystem>
 #include <gtest/gtest.h>
 #include <map>
@@ -113,6 +115,38 @@ TEST_F(FolderTreeTest, DeleteTreeRemovesEverything) {
     EXPECT_FALSE(fs::exists(source));
     EXPECT_TRUE(tree.DeleteTree(Text(source)));
     EXPECT_TRUE(fs::exists(destination / "old.txt"));
+}
+
+TEST_F(FolderTreeTest, ACopyReportsItsBytesAndStopsWhenTold) {
+    // A file of several copy blocks shows progress within the file.
+    WriteBytes(source / "Sub" / "big.dwg", std::string(5u << 20, 'x'));
+    const std::size_t total = 5u << 20 | (5 + 12 + 3);
+    struct SCase {
+        std::size_t stopAfter; // steps answered true before one answers false
+        bool copied;
+    };
+    for (const SCase c : {SCase{SIZE_MAX, true}, SCase{2, false}, SCase{0, false}}) {
+        const fs::path target = dir.Path() / ("Copy" + std::to_string(c.stopAfter));
+        std::vector<std::size_t> done;
+        const bool copied =
+            tree.CopyTree(Text(source), Text(target),
+                          [&](std::size_t bytes, std::size_t all, const std::wstring& file) {
+                              EXPECT_EQ(all, total);
+                              EXPECT_FALSE(file.empty());
+                              done.push_back(bytes);
+                              return done.size() <= c.stopAfter;
+                          });
+        EXPECT_EQ(copied, c.copied) << c.stopAfter;
+        EXPECT_TRUE(std::is_sorted(done.begin(), done.end())) << c.stopAfter;
+        if (c.copied) {
+            EXPECT_EQ(done.back(), total);
+            EXPECT_GT(done.size(), 5u) << "progress within the big file";
+            EXPECT_EQ(ReadBytes(target / "Sub" / "big.dwg").size(), 5u << 20);
+        } else {
+            EXPECT_EQ(done.size(), c.stopAfter + 1) << "no step after the one that stopped";
+            EXPECT_FALSE(fs::exists(target)) << "a stopped copy into a new folder leaves none";
+        }
+    }
 }
 
 } // namespace

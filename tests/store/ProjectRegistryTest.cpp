@@ -135,17 +135,24 @@ TEST_F(ProjectRegistryTest, CopyTwiceGivesTwoStandardsNamedCopyOf) {
     EXPECT_TRUE(prompter.asked.empty());
 }
 
-TEST_F(ProjectRegistryTest, FailedCopyRollsBackCounterEntryAndFolder) {
-#ifdef _WIN32
-    GTEST_SKIP() << "needs a named pipe in the source folder";
-#else
+TEST_F(ProjectRegistryTest, AStoppedCopyRollsBackCounterEntryAndFolder) {
     const std::int32_t source = Create(L"Pipe");
-    // A named pipe cannot be copied, so the copy fails after its folder was made.
-    ASSERT_EQ(::mkfifo((Projects() / "VX2D_PRJ_1 - Pipe" / "pipe").c_str(), 0600), 0);
+    WriteBytes(Projects() / "VX2D_PRJ_1 - Pipe" / "Drawings" / "P-100.dwg",
+               std::string(3u << 20, 'd'));
     const std::string before = Datafile();
     std::int32_t newId = 7;
     std::wstring newName = L"x";
-    EXPECT_EQ(registry.CopyProject(source, newId, newName), eProjectErrorCopyingFolder);
+    // The user cancels once the copy has begun: its folder was made by then.
+    std::size_t steps = 0;
+    bool folderMade = false;
+    EXPECT_EQ(registry.CopyProject(source, newId, newName,
+                                   [&](std::size_t, std::size_t, const std::wstring&) {
+                                       folderMade =
+                                           fs::exists(Projects() / "VX2D_PRJ_2 - Copy of Pipe");
+                                       return ++steps < 2;
+                                   }),
+              eProjectErrorCopyingFolder);
+    EXPECT_TRUE(folderMade);
     EXPECT_EQ(newId, 0);
     EXPECT_EQ(newName, L"");
     EXPECT_EQ(Datafile(), before);
@@ -156,7 +163,6 @@ TEST_F(ProjectRegistryTest, FailedCopyRollsBackCounterEntryAndFolder) {
     EXPECT_EQ(registry.CopyProject(source, newId, newName), eProjectCantGetLocationFolder);
     EXPECT_EQ(Datafile(), before);
     EXPECT_TRUE(Listing(Projects()).empty());
-#endif
 }
 
 TEST_F(ProjectRegistryTest, RenameTrimsMovesTheFolderAndKeepsTheList) {
