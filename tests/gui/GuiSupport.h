@@ -111,3 +111,15 @@ struct SGuiWorld {
         return test::P(core.projects.StandardFile(id, name));
     }
 };
+
+// The main window over `world`, shown at `size` and made the active window:
+// keys reach shortcuts only there. nullptr when it does not become active.
+inline std::unique_ptr<CMainFrame> ShowActiveFrame(SGuiWorld& world, QSize size) {
+    auto frame = std::make_unique<CMainFrame>(world.core, world.dialogs);
+    frame->resize(size);
+    frame->show();
+    frame->activateWindow();
+    if (!QTest::qWaitForWindowActive(frame.get()))
+        return nullptr;
+    return frame;
+}
