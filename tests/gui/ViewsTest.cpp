@@ -77,13 +77,14 @@ private slots:
         auto* bom = Page<CSettingsFormView>(document, QStringLiteral("Bill of Material"),
                                             QStringLiteral("P&ID Settings"));
         QVERIFY(bom);
-        auto* combo = bom->Grid()->cellWidget(1, 1)->findChild<QComboBox*>();
-        if (!combo)
-            combo = qobject_cast<QComboBox*>(bom->Grid()->cellWidget(1, 1));
+        // The drop-down opens on the cell and Enter takes its choice.
+        bom->Grid()->setCurrentCell(1, 1);
+        QTest::keyClick(bom->Grid(), Qt::Key_F2);
+        auto* combo = bom->Grid()->findChild<QComboBox*>(QStringLiteral("cellEditor"));
         QVERIFY(combo);
         combo->setCurrentText(QStringLiteral("Bottom Left"));
-        emit combo->textActivated(QStringLiteral("Bottom Left"));
-        QCOMPARE(bom->Grid()->item(1, 1)->text(), QStringLiteral("Bottom Left"));
+        QTest::keyClick(combo, Qt::Key_Return);
+        QTRY_COMPARE(bom->Grid()->item(1, 1)->text(), QStringLiteral("Bottom Left"));
 
         apply->click();
         QVERIFY(!apply->isEnabled());
