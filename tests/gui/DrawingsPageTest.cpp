@@ -1,6 +1,7 @@
 // The drawings page of a standard, reached through the navigator and used
 // from the keyboard: its labelled actions, the folder it shows, Del, F2 and
-// Enter, and what the user is told when no program opens a drawing.
+// Enter, and what the user is told when no program opens a drawing, the
+// folder or the page's help.
 #include "GuiSupport.h"
 
 #include "gui/DrawingsFormView.h"
@@ -165,6 +166,15 @@ private slots:
             QCOMPARE(world->prompter.asked.size(), std::size_t{1});
             QCOMPARE(world->prompter.asked[0].text.substr(0, told.size()), told);
         }
+
+        // The page's help, installed but with nothing to show it.
+        const std::wstring help = world->InstallHelpPage(L"Drawings_Dialog_Box.htm");
+        frame->SetOpener([](const std::wstring&) { return false; });
+        world->prompter.asked.clear();
+        view->Action(QStringLiteral("help"))->trigger();
+        QCOMPARE(world->prompter.asked.size(), std::size_t{1});
+        const std::wstring told = L"No program could open the help page '" + help + L"'.";
+        QCOMPARE(world->prompter.asked[0].text.substr(0, told.size()), told);
     }
 };
 
