@@ -142,7 +142,7 @@ private slots:
     void aDropDownOpensWithEnterAndTakesTheChoiceWithEnter() {
         CSettingsGridCtrl* grid = OpenGrid(QStringLiteral("System Toggles"));
         QVERIFY(grid);
-        const int row = Row(grid, QStringLiteral("Spec Check"));
+        const int row = Row(grid, QStringLiteral("Valve Tagging Option"));
         QVERIFY(row >= 0);
         const QString before = grid->item(row, 1)->text();
         grid->setCurrentCell(row, 1);
