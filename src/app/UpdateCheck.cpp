@@ -4,6 +4,7 @@
 #include "datafile/Text.h"
 #include "platform/System.h"
 #include "platform/Utf8.h"
+#include "store/Opener.h"
 
 #include <algorithm>
 #include <curl/curl.h>
@@ -180,7 +181,12 @@ CUpdateCheck::EOutcome CUpdateCheck::Run() {
     question.topmost = true;
     switch (m_prompter.Ask(question)) {
     case EPromptAnswer::Yes:
-        m_services.openPage(url);
+        if (!m_services.openPage(url)) {
+            SPrompt failed{OpenFailedText(L"the page", url), kCaption, EPromptButtons::Ok,
+                           EPromptIcon::Exclamation, EPromptAnswer::Ok};
+            failed.topmost = true;
+            m_prompter.Ask(failed);
+        }
         return eOpenedPage;
     case EPromptAnswer::No: {
         SPrompt info{fmt::format(L"You will be reminded in {} days of a new update.", days),

@@ -150,6 +150,10 @@ std::wstring DesktopShortcutFolder(const IRegistry& registry) {
     return WithTrailingSeparator(folder);
 }
 
+std::wstring CDrawingsManager::OpenFolderText() {
+    return L"Open folder in " + platform::FileManagerName();
+}
+
 CDrawingsManager::CDrawingsManager(const CVX2D_ProjectRegistry& projects,
                                    const CInstallation& installation, CProfile& profile,
                                    IPrompter& prompter, SDrawingsShell shell)
@@ -316,9 +320,10 @@ std::wstring CDrawingsManager::NewDrawing(const CCopyProgress& progress) {
             value = variable->m_strValue;
     }
 
-    std::wstring drawingTemplate;
+    // The places the template may be, in order: the first that exists is used.
+    std::vector<std::wstring> places;
     if (value != L"acad") {
-        drawingTemplate = WithTrailingSeparator(general.m_strTemplatesLocation) + value + L".dwt";
+        places.push_back(WithTrailingSeparator(general.m_strTemplatesLocation) + value + L".dwt");
     } else {
         const std::wstring program = m_shell.executablePath ? m_shell.executablePath() : L"";
         const std::size_t last = program.find_last_of(L"\\/");
@@ -326,14 +331,28 @@ std::wstring CDrawingsManager::NewDrawing(const CCopyProgress& progress) {
             Error(L"Error getting current folder:\n" + program);
             return L"";
         }
-        drawingTemplate = program.substr(0, last) + kPathSeparator + L"acad.dwt";
+        places.push_back(program.substr(0, last) + kPathSeparator + L"acad.dwt");
+        // Installed, the program is in a bin folder and its data elsewhere.
+        places.push_back(CInstallation::ShippedDataPlace(program) + L"acad.dwt");
     }
     // A template path without a folder would be looked for wherever the
     // program happens to run.
-    if (!platform::ToPath(drawingTemplate).is_absolute() || !Exists(drawingTemplate)) {
-        Error(L"Error finding drawing template:\n" + drawingTemplate);
+    const auto found = std::find_if(places.begin(), places.end(), [](const std::wstring& place) {
+        return platform::ToPath(place).is_absolute() && Exists(place);
+    });
+    if (found == places.end()) {
+        std::wstring text = L"Error finding drawing template:\n";
+        for (const auto& place : places)
+            text += place + L"\n";
+        text +=
+            places.size() == 1 ? L"\nPut the template there" : L"\nPut it in one of these folders";
+        text += L", or choose another \"Drawing Template\" under General Drawing Parameters in "
+                L"the application's settings; it offers the templates of the Templates Folder on "
+                L"the File Locations page.";
+        Error(text);
         return L"";
     }
+    const std::wstring drawingTemplate = *found;
 
     int n = 1;
     std::wstring target = m_strFolder + L"Drawing1.dwg";
@@ -429,12 +448,18 @@ SDrawingLaunch CDrawingsManager::OpenDrawing(const std::wstring& item) {
         return launch;
     if (launch.kind != SDrawingLaunch::eNothing) {
         launch.kind = SDrawingLaunch::eShellOpen;
-        if (m_shell.open)
-            m_shell.open(L"open", launch.file);
+        OpenOrTell(ShellVerb(L"open"), launch.file, L"the drawing", m_prompter);
     }
     return launch;
 }
 
 bool CDrawingsManager::OpenFolder() {
-    return !m_strFolder.empty() && m_shell.open && m_shell.open(L"explore", m_strFolder);
+    return !m_strFolder.empty() &&
+           OpenOrTell(ShellVerb(L"explore"), m_strFolder, L"the folder", m_prompter);
+}
+
+COpener CDrawingsManager::ShellVerb(const std::wstring& verb) const {
+    if (!m_shell.open)
+        return {};
+    return [this, verb](const std::wstring& target) { return m_shell.open(verb, target); };
 }

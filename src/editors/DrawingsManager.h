@@ -6,6 +6,7 @@
 
 #include "contents/DrawingsListing.h"
 #include "store/Installation.h"
+#include "store/Opener.h"
 #include "store/Profile.h"
 #include "store/ProjectRegistry.h"
 #include "store/Prompter.h"
@@ -61,6 +62,9 @@ public:
     static constexpr const wchar_t* kBackupState = L"BackupDrawingState";
     static constexpr int kBackupsShown = 8;
 
+    // The folder action's text, naming this system's file manager.
+    static std::wstring OpenFolderText();
+
     CDrawingsManager(const CVX2D_ProjectRegistry& projects, const CInstallation& installation,
                      CProfile& profile, IPrompter& prompter,
                      SDrawingsShell shell = SDrawingsShell::System());
@@ -69,6 +73,9 @@ public:
     // An empty folder setting is told to the user; false then, and when the
     // standard's general settings cannot be read.
     bool Open(std::int32_t projectId, int application);
+
+    // Replaces the shell drawings and the folder are opened with.
+    void SetShell(SDrawingsShell shell) { m_shell = std::move(shell); }
 
     std::int32_t ProjectId() const { return m_nProjectId; }
     int Application() const { return m_nApplication; }
@@ -98,7 +105,9 @@ public:
     std::vector<std::wstring> Delete(const std::vector<std::wstring>& items);
     // Copies the drawing template of the standard's settings to the first
     // free "Drawing<n>.dwg", lists it and puts it into editing. Its file
-    // name, or empty after a message.
+    // name, or empty after a message. The template "acad" is looked for
+    // beside the program, then in the program's data folder; a missing
+    // template is told with the places looked in and where to choose another.
     std::wstring NewDrawing(const CCopyProgress& progress = {});
     // Gives an item's file the new name (its extension kept when the new
     // name has none). A name that is empty, not a valid file name or taken
@@ -109,9 +118,11 @@ public:
     // How the item would be opened, without doing it.
     SDrawingLaunch OpenDecision(const std::wstring& item) const;
     // Opens the item: the launcher, or the shell's "open" on the file when
-    // the launcher cannot be used or fails to start.
+    // the launcher cannot be used or fails to start. A file the shell
+    // cannot open is told to the user.
     SDrawingLaunch OpenDrawing(const std::wstring& item);
-    // The shell's "explore" on the drawings folder.
+    // The shell's "explore" on the drawings folder; false, after telling the
+    // user, when nothing opened it, and false without a folder.
     bool OpenFolder();
 
     // Copies each source to its target, telling `progress` before each
@@ -123,6 +134,8 @@ public:
 private:
     void Error(const std::wstring& text, EPromptIcon icon = EPromptIcon::Stop);
     void Sort();
+    // The shell's `verb` as an opener; none without a shell.
+    COpener ShellVerb(const std::wstring& verb) const;
 
     const CVX2D_ProjectRegistry& m_projects;
     const CInstallation& m_installation;

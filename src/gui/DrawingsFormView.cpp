@@ -5,12 +5,14 @@
 
 #include <QApplication>
 #include <QHeaderView>
+#include <QLabel>
 #include <QLineEdit>
 #include <QMenu>
 #include <QProgressDialog>
 #include <QStyle>
 #include <QToolBar>
 #include <QVBoxLayout>
+#include <algorithm>
 
 namespace {
 
@@ -25,6 +27,46 @@ public:
                    other.text(1).section(QLatin1Char(' '), 0, 0).toLongLong();
         return QTreeWidgetItem::operator<(other);
     }
+};
+
+// The desktop theme's icon of that name, else the style's own; `fallback`
+// SP_CustomBase for none where the style has nothing that fits.
+QIcon ThemeIcon(const char* name, QStyle::StandardPixmap fallback) {
+    const QIcon themed = QIcon::fromTheme(QLatin1String(name));
+    if (!themed.isNull() || fallback == QStyle::SP_CustomBase)
+        return themed;
+    return QApplication::style()->standardIcon(fallback);
+}
+
+// A path that fits its width: shortened in the middle when it does not, the
+// whole path in the tooltip, selectable for copying.
+class CPathLabel : public QLabel {
+public:
+    explicit CPathLabel(QWidget* parent) : QLabel(parent) {
+        setTextInteractionFlags(Qt::TextSelectableByMouse | Qt::TextSelectableByKeyboard);
+        setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Preferred);
+        setTextFormat(Qt::PlainText);
+    }
+    void SetPath(const QString& path) {
+        m_path = path;
+        setToolTip(path);
+        Elide();
+    }
+
+protected:
+    void resizeEvent(QResizeEvent* event) override {
+        QLabel::resizeEvent(event);
+        Elide();
+    }
+
+private:
+    void Elide() {
+        const int room = contentsRect().width() - 2 * margin();
+        const QString shown = fontMetrics().elidedText(m_path, Qt::ElideMiddle, room);
+        if (shown != text())
+            setText(shown);
+    }
+    QString m_path;
 };
 
 } // namespace
@@ -60,49 +102,88 @@ CDrawingsFormView::CDrawingsFormView(CStandardsCore& core, IPageHost& host, std:
         this,
         [this](const QString& item, const std::optional<QString>& text) { Renamed(item, text); }));
     auto* tools = new QToolBar(this);
-    QStyle* style = QApplication::style();
-    const auto add = [&](const QString& name, QStyle::StandardPixmap icon, const QString& tip,
-                         auto slot) {
-        auto* action = new QAction(style->standardIcon(icon), tip, this);
+    tools->setToolButtonStyle(Qt::ToolButtonTextBesideIcon);
+    // `label` beside the icon on the toolbar, `text` in the pop-up and as
+    // the tooltip; the keys work while the list has the focus.
+    const auto add = [&](const QString& name, const char* icon, QStyle::StandardPixmap fallback,
+                         const QString& text, const QString& label, auto slot) {
+        auto* action = new QAction(ThemeIcon(icon, fallback), text, this);
         action->setObjectName(name);
-        action->setToolTip(tip);
+        action->setIconText(label);
+        action->setToolTip(text);
+        action->setShortcutContext(Qt::WidgetWithChildrenShortcut);
         connect(action, &QAction::triggered, this, slot);
         tools->addAction(action);
         m_actions[name] = action;
         return action;
     };
-    add(QStringLiteral("openFolder"), QStyle::SP_DirOpenIcon, tr("Open folder in Windows Explorer"),
+    const auto separator = [this] {
+        auto* line = new QAction(this);
+        line->setSeparator(true);
+        return line;
+    };
+    add(QStringLiteral("openFolder"), "folder-open", QStyle::SP_DirOpenIcon,
+        Q(CDrawingsManager::OpenFolderText()), tr("Open Folder"),
         [this] { m_manager.OpenFolder(); });
-    m_list->addAction(add(QStringLiteral("open"), QStyle::SP_DialogOpenButton, tr("Open"),
-                          [this] { OpenSelected(); }));
-    m_list->addAction(add(QStringLiteral("copy"), QStyle::SP_FileDialogDetailedView, tr("Copy"),
-                          [this] { Copy(); }));
-    m_list->addAction(
-        add(QStringLiteral("rename"), QStyle::SP_FileDialogInfoView, tr("Rename"), [this] {
-            if (QTreeWidgetItem* item = m_list->currentItem())
-                m_list->editItem(item, 0);
-        }));
-    m_list->addAction(
-        add(QStringLiteral("delete"), QStyle::SP_TrashIcon, tr("Delete"), [this] { Delete(); }));
-    add(QStringLiteral("newDrawing"), QStyle::SP_FileIcon, tr("New drawing from the template"),
-        [this] { NewDrawing(); });
-    QAction* backups =
-        add(QStringLiteral("backups"), QStyle::SP_BrowserReload, tr("Show backup files"), [this] {
-            m_manager.ToggleBackupState();
-            Render();
-        });
+    tools->addSeparator();
+    m_list->addAction(add(QStringLiteral("open"), "document-open", QStyle::SP_DialogOpenButton,
+                          tr("Open"), tr("Open"), [this] { OpenSelected(); }));
+    m_list->addAction(add(QStringLiteral("copy"), "edit-copy", QStyle::SP_CustomBase, tr("Copy"),
+                          tr("Copy"), [this] { Copy(); }));
+    QAction* rename = add(QStringLiteral("rename"), "edit-rename", QStyle::SP_CustomBase,
+                          tr("Rename"), tr("Rename"), [this] {
+                              if (QTreeWidgetItem* item = m_list->currentItem())
+                                  m_list->editItem(item, 0);
+                          });
+    rename->setShortcut(Qt::Key_F2);
+    m_list->addAction(rename);
+    QAction* remove = add(QStringLiteral("delete"), "edit-delete", QStyle::SP_TrashIcon,
+                          tr("Delete"), tr("Delete"), [this] { Delete(); });
+    remove->setShortcut(QKeySequence::Delete);
+    m_list->addAction(remove);
+    m_list->addAction(separator());
+    m_list->addAction(add(QStringLiteral("newDrawing"), "document-new", QStyle::SP_FileIcon,
+                          tr("New drawing from the template"), tr("New Drawing"),
+                          [this] { NewDrawing(); }));
+    tools->addSeparator();
+    QAction* backups = add(QStringLiteral("backups"), "document-open-recent", QStyle::SP_CustomBase,
+                           tr("Show backup files"), tr("Backups"), [this] {
+                               m_manager.ToggleBackupState();
+                               Render();
+                           });
     backups->setCheckable(true);
-    add(QStringLiteral("help"), QStyle::SP_DialogHelpButton, tr("Help"),
-        [this] { m_host.ShowHelp(CDrawingsManager::kHelpTopic); });
+    add(QStringLiteral("help"), "help-contents", QStyle::SP_DialogHelpButton, tr("Help"),
+        tr("Help"), [this] { m_host.ShowHelp(CDrawingsManager::kHelpTopic); });
+    for (QAction* action : tools->actions()) {
+        if (!action->shortcut().isEmpty())
+            action->setToolTip(QStringLiteral("%1 (%2)").arg(
+                action->text(), action->shortcut().toString(QKeySequence::NativeText)));
+    }
+
+    auto* folder = new CPathLabel(this);
+    folder->setObjectName(QStringLiteral("drawingsFolder"));
+    folder->setMargin(4);
 
     auto* layout = new QVBoxLayout(this);
     layout->setContentsMargins(0, 0, 0, 0);
+    layout->setSpacing(0);
     layout->addWidget(tools);
+    layout->addWidget(folder);
     layout->addWidget(m_list, 1);
-    connect(m_list, &QTreeWidget::itemDoubleClicked, this, [this] { OpenSelected(); });
+    // Enter, a double click (or the desktop's single click) opens the drawing.
+    connect(m_list, &QAbstractItemView::activated, this, [this] { OpenSelected(); });
+    connect(m_list, &QTreeWidget::itemSelectionChanged, this, [this] { UpdateActions(); });
 
     m_manager.Open(standardId, application);
+    folder->SetPath(Q(m_manager.Folder()));
     Render();
+}
+
+void CDrawingsFormView::UpdateActions() {
+    const bool chosen = !m_list->selectedItems().isEmpty();
+    for (const char* name : {"open", "copy", "rename", "delete"})
+        Action(QLatin1String(name))->setEnabled(chosen);
+    Action(QStringLiteral("openFolder"))->setEnabled(!m_manager.Folder().empty());
 }
 
 QAction* CDrawingsFormView::Action(const QString& name) const {
@@ -136,6 +217,7 @@ void CDrawingsFormView::Render(const QString& select) {
             m_list->editItem(found.front(), 0);
         }
     }
+    UpdateActions();
 }
 
 void CDrawingsFormView::Renamed(const QString& item, const std::optional<QString>& text) {
@@ -176,8 +258,15 @@ void CDrawingsFormView::Delete() {
     std::vector<std::wstring> items;
     for (const QString& name : m_list->SelectedNames())
         items.push_back(W(name));
+    QTreeWidgetItem* current = m_list->currentItem();
+    const QString name = current ? current->text(0) : QString();
+    const int place = current ? m_list->indexOfTopLevelItem(current) : -1;
     m_manager.Delete(items);
-    Render();
+    // The drawing stays chosen when it was kept, else the one now in its place.
+    Render(name);
+    const int count = m_list->topLevelItemCount();
+    if (!m_list->currentItem() && place >= 0 && count > 0)
+        m_list->setCurrentItem(m_list->topLevelItem(std::min(place, count - 1)));
 }
 
 void CDrawingsFormView::NewDrawing() {

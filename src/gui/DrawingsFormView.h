@@ -36,6 +36,8 @@ private:
     void Delete();
     void NewDrawing();
     void OpenSelected();
+    // Actions on drawings need a chosen one, the folder's a folder.
+    void UpdateActions();
     bool Progress(int number, int count, const std::wstring& source, const std::wstring& target);
 
     CDrawingsManager m_manager;

@@ -1,6 +1,7 @@
 #include "gui/Grid.h"
 
 #include <QHeaderView>
+#include <QPainter>
 
 void SetUpGrid(QTableWidget* grid, const QStringList& headers,
                QAbstractItemView::EditTriggers triggers, bool wholeRows, int stretch) {
@@ -42,4 +43,29 @@ void GreyOut(std::initializer_list<QTableWidgetItem*> items, const QFont& font,
         if (!toolTip.isEmpty())
             item->setToolTip(toolTip);
     }
+}
+
+void CCellFrameDelegate::paint(QPainter* painter, const QStyleOptionViewItem& option,
+                               const QModelIndex& index) const {
+    QStyleOptionViewItem plain = option;
+    // The style's own dotted focus line is replaced by the frame.
+    plain.state &= ~QStyle::State_HasFocus;
+    QStyledItemDelegate::paint(painter, plain, index);
+    PaintFrame(painter, option);
+}
+
+void CCellFrameDelegate::PaintFrame(QPainter* painter, const QStyleOptionViewItem& option) {
+    if (!(option.state & QStyle::State_HasFocus))
+        return;
+    painter->save();
+    // Inside a chosen cell the frame takes the chosen text's colour.
+    const bool chosen = option.state & QStyle::State_Selected;
+    QPen pen(option.palette.color(QPalette::Active,
+                                  chosen ? QPalette::HighlightedText : QPalette::Highlight),
+             2);
+    pen.setJoinStyle(Qt::MiterJoin);
+    painter->setPen(pen);
+    painter->setBrush(Qt::NoBrush);
+    painter->drawRect(QRectF(option.rect).adjusted(1, 1, -1, -1));
+    painter->restore();
 }

@@ -5,6 +5,7 @@
 
 #include <QAbstractItemView>
 #include <QStringList>
+#include <QStyledItemDelegate>
 #include <QTableWidget>
 #include <initializer_list>
 
@@ -22,3 +23,15 @@ QTableWidgetItem* NumberItem(int number);
 // Greys and slants a row's cells, still readable; `toolTip` says why.
 void GreyOut(std::initializer_list<QTableWidgetItem*> items, const QFont& font,
              const QString& toolTip = {});
+
+// Draws cells as usual and a frame in the palette's highlight colour around
+// the current cell while the grid has the focus, so the keyboard's place
+// shows on any cell, chosen or not, in light and dark palettes.
+class CCellFrameDelegate : public QStyledItemDelegate {
+public:
+    using QStyledItemDelegate::QStyledItemDelegate;
+    void paint(QPainter* painter, const QStyleOptionViewItem& option,
+               const QModelIndex& index) const override;
+    // The frame alone, for delegates that paint their cells themselves.
+    static void PaintFrame(QPainter* painter, const QStyleOptionViewItem& option);
+};

@@ -11,6 +11,7 @@
 #include "gui/StandardDocument.h"
 #include "platform/System.h"
 #include "platform/Utf8.h"
+#include "store/Opener.h"
 
 #include <QApplication>
 #include <QCloseEvent>
@@ -298,7 +299,7 @@ void CMainFrame::ShowHelp(const std::wstring& topic) {
         m_core.prompter.Show(error, EPromptIcon::Stop);
         return;
     }
-    m_opener(page);
+    OpenOrTell(m_opener, page, L"the help page", m_core.prompter);
 }
 
 void CMainFrame::UpdateTitle() {

@@ -262,6 +262,23 @@ bool ShellOpen(const std::wstring& target) {
     return WaitProcess(pid) == 0;
 #endif
 }
+
+std::wstring ShellOpenAdvice() {
+#ifdef _WIN32
+    return L"Associate a program with this kind of file in the Windows settings.";
+#else
+    return L"Opening it needs xdg-open (the xdg-utils package) and a program chosen for this "
+           L"kind of file in the desktop's settings.";
+#endif
+}
+
+std::wstring FileManagerName() {
+#ifdef _WIN32
+    return L"Windows Explorer";
+#else
+    return L"the file manager";
+#endif
+}
 } // namespace platform
 
 namespace platform {

@@ -86,4 +86,12 @@ namespace platform {
 // Opens a file, folder or web address with the desktop's default program
 // (xdg-open; the shell's "open" on Windows), without waiting for it.
 bool ShellOpen(const std::wstring& target);
+
+// What ShellOpen needs when it fails, for the user: on Linux xdg-open and a
+// program chosen for the kind of file; on Windows a program associated with it.
+std::wstring ShellOpenAdvice();
+
+// The desktop's program that shows folders, as a menu names it: "Windows
+// Explorer", "the file manager".
+std::wstring FileManagerName();
 } // namespace platform

@@ -76,11 +76,16 @@ std::wstring CInstallation::SuiteCommonFolder(const std::wstring& sub) const {
 }
 
 std::wstring CInstallation::ShippedDataFolder() {
-    const std::filesystem::path program = platform::ToPath(platform::ExecutablePath());
+    std::wstring data = ShippedDataPlace(platform::ExecutablePath());
+    std::error_code ec;
+    if (!std::filesystem::is_directory(platform::ToPath(data), ec))
+        return {};
+    return data;
+}
+
+std::wstring CInstallation::ShippedDataPlace(const std::wstring& programPath) {
+    const std::filesystem::path program = platform::ToPath(programPath);
     const std::filesystem::path data =
         program.parent_path().parent_path() / "share" / "standards-desk";
-    std::error_code ec;
-    if (!std::filesystem::is_directory(data, ec))
-        return {};
     return WithTrailingSeparator(platform::FromPath(data));
 }

@@ -33,6 +33,9 @@ public:
     // The read-only data shipped with the program ("<prefix>/share/standards-desk/",
     // found from the program's own folder); empty when it is not there.
     static std::wstring ShippedDataFolder();
+    // Where a program at `programPath` ("<prefix>/bin/<name>") finds that data,
+    // "<prefix>/share/standards-desk/", whether or not it is there.
+    static std::wstring ShippedDataPlace(const std::wstring& programPath);
 
     const IRegistry& Registry() const { return m_registry; }
 

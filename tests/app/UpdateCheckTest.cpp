@@ -81,7 +81,7 @@ protected:
         };
         services.openPage = [this](const std::wstring& url) {
             opened.push_back(url);
-            return true;
+            return openWorks;
         };
         return CUpdateCheck(registry, installation, prompter, services).Run();
     }
@@ -92,6 +92,7 @@ protected:
     test::CScriptedPrompter prompter;
     std::optional<std::string> page = "<p>2D_2023_Kryn_Update 2026-02-01 10:00:00</p>";
     std::vector<std::wstring> pagesRead, opened;
+    bool openWorks = true;
 };
 
 TEST_F(UpdateCheckTest, OnlyTheInstallationThatIsTheSharedFolderChecks) {
@@ -174,6 +175,23 @@ TEST_F(UpdateCheckTest, ADueCheckReadsThePageAndAsks) {
         EXPECT_EQ(opened.size(), answer == EPromptAnswer::Yes ? 1u : 0u);
     }
     EXPECT_EQ(pagesRead, std::vector<std::wstring>(3, L"https://updates.invalid/page"));
+}
+
+TEST_F(UpdateCheckTest, APageNothingOpensIsToldAfterTheQuestion) {
+    SetSupport(L"CheckWebVersionDays", L"3");
+    SetSupport(L"CheckWebVersionDate", L"2026-03-10 00:00:00");
+    openWorks = false;
+    prompter.answers = {EPromptAnswer::Yes};
+    EXPECT_EQ(Run(), CUpdateCheck::eOpenedPage);
+    EXPECT_EQ(opened, std::vector<std::wstring>{L"https://updates.invalid/page"});
+    ASSERT_EQ(prompter.asked.size(), 2u);
+    const SPrompt& told = prompter.asked[1];
+    EXPECT_EQ(told.text.rfind(L"No program could open the page 'https://updates.invalid/page'.", 0),
+              0u);
+    EXPECT_EQ(told.icon, EPromptIcon::Exclamation);
+    // Like the question, above every window and under the product's name.
+    EXPECT_TRUE(told.topmost);
+    EXPECT_EQ(told.caption, L"2D Kryn 2023");
 }
 
 TEST_F(UpdateCheckTest, SaysNothingWhenThePageHasNothingNewer) {

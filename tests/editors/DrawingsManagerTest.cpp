@@ -9,6 +9,7 @@
 
 #include <algorithm>
 #include <filesystem>
+#include <functional>
 #include <gtest/gtest.h>
 #include <set>
 
@@ -31,7 +32,7 @@ protected:
         fs::create_directories(Drawings());
         shell.open = [this](const std::wstring& verb, const std::wstring& target) {
             calls.push_back(verb + L" " + target);
-            return true;
+            return openWorks;
         };
         shell.start = [this](const std::wstring& program, const std::wstring& parameters,
                              const std::wstring& folder) {
@@ -79,6 +80,7 @@ protected:
     SDrawingsShell shell;
     std::vector<std::wstring> calls;
     bool startWorks = true;
+    bool openWorks = true;
     std::wstring exe = In(L"bin/standards-desk");
     CDrawingsManager manager{registry, installation, profile, prompter, SDrawingsShell()};
 };
@@ -153,17 +155,21 @@ TEST_F(DrawingsManagerTest, DeleteAsksOnceAndUnlistsOnlyWhatWasDeleted) {
 TEST_F(DrawingsManagerTest, NewDrawingCopiesTheTemplateToTheFirstFreeDrawingNumber) {
     WriteBytes(Root() / "bin" / "acad.dwt", "acad template");
     WriteBytes(Root() / "tpl" / "iso.dwt", "iso template");
+    // An installed program: /usr/bin beside nothing, the data in /usr/share.
+    const std::wstring installed = In(L"usr/bin/standards-desk");
+    WriteBytes(Root() / "usr" / "share" / "standards-desk" / "acad.dwt", "shipped template");
     // Variable 44 (nullptr: no settings file, "acad"), the program's path, and
-    // the new drawing's bytes or the message shown instead.
+    // the new drawing's bytes or the places named in the message instead.
     const std::tuple<const char*, std::wstring, std::string, std::wstring> cases[] = {
         {nullptr, exe, "acad template", L""},
         {"iso", exe, "iso template", L""},
-        {nullptr, L"standards-desk", "", L"Error getting current folder:\nstandards-desk"},
+        {nullptr, installed, "shipped template", L""},
+        {nullptr, L"standards-desk", "", L""},
         {nullptr, In(L"elsewhere/prog"), "",
-         L"Error finding drawing template:\n" + In(L"elsewhere/acad.dwt")},
-        {"ACAD", exe, "", L"Error finding drawing template:\n" + In(L"tpl/ACAD.dwt")},
+         In(L"elsewhere/acad.dwt") + L"\n" + In(L"share/standards-desk/acad.dwt")},
+        {"ACAD", exe, "", In(L"tpl/ACAD.dwt")},
     };
-    for (const auto& [variable44, program, bytes, message] : cases) {
+    for (const auto& [variable44, program, bytes, places] : cases) {
         SCOPED_TRACE(bytes + " " + (variable44 ? variable44 : "acad"));
         fs::remove_all(Drawings());
         Files({"Drawing1.dwg", "Drawing2.dwg"});
@@ -176,7 +182,19 @@ TEST_F(DrawingsManagerTest, NewDrawingCopiesTheTemplateToTheFirstFreeDrawingNumb
         auto m = Opened();
         EXPECT_EQ(m->NewDrawing(), bytes.empty() ? L"" : L"Drawing3.dwg");
         if (bytes.empty()) {
-            EXPECT_EQ(Shown(), std::vector<std::wstring>{message});
+            ASSERT_EQ(Shown().size(), 1u);
+            const std::wstring text = Shown()[0];
+            if (places.empty()) {
+                EXPECT_EQ(text, L"Error getting current folder:\n" + program);
+            } else {
+                // Where it looked, then how to choose another template.
+                const std::wstring head = L"Error finding drawing template:\n" + places + L"\n\n";
+                EXPECT_EQ(text.substr(0, head.size()), head);
+                EXPECT_NE(text.find(L"\"Drawing Template\" under General Drawing Parameters"),
+                          std::wstring::npos);
+                EXPECT_NE(text.find(L"Templates Folder on the File Locations page"),
+                          std::wstring::npos);
+            }
             EXPECT_EQ(prompter.asked[0].icon, EPromptIcon::Stop);
             EXPECT_EQ(OnDisk().size(), 2u);
             continue;
@@ -312,6 +330,49 @@ TEST_F(DrawingsManagerTest, OpeningUsesTheLauncherOnlyWhenEverythingIsInPlace) {
     EXPECT_EQ(m->OpenDrawing(L"").kind, SDrawingLaunch::eNothing);
     EXPECT_TRUE(m->OpenFolder());
     EXPECT_EQ(calls, std::vector<std::wstring>{L"explore " + In(L"dwg/")});
+}
+
+TEST_F(DrawingsManagerTest, AFolderOrDrawingThatNothingOpensIsToldToTheUser) {
+    Files({"Pump.dwg"});
+    auto m = Opened();
+    // What is opened, what the message calls it, and the path it names.
+    const std::tuple<const char*, std::function<bool()>, std::wstring, std::wstring> cases[] = {
+        {"folder", [&] { return m->OpenFolder(); }, L"the folder", In(L"dwg/")},
+        {"drawing", [&] { return m->OpenDrawing(L"Pump").kind == SDrawingLaunch::eShellOpen; },
+         L"the drawing", In(L"dwg/Pump.dwg")},
+    };
+    for (const auto& [name, open, what, path] : cases) {
+        SCOPED_TRACE(name);
+        for (const bool works : {true, false}) {
+            openWorks = works;
+            prompter.asked.clear();
+            calls.clear();
+            const bool opened = open();
+            EXPECT_EQ(calls.size(), 1u);
+            if (works) {
+                EXPECT_TRUE(opened);
+                EXPECT_TRUE(prompter.asked.empty());
+                continue;
+            }
+            ASSERT_EQ(Shown().size(), 1u);
+            const std::wstring head = L"No program could open " + what + L" '" + path + L"'.";
+            EXPECT_EQ(Shown()[0].substr(0, head.size()), head);
+            EXPECT_EQ(prompter.asked[0].icon, EPromptIcon::Exclamation);
+        }
+    }
+    // Without a folder nothing is handed to the desktop, and nothing is said.
+    prompter.asked.clear();
+    EXPECT_FALSE(manager.OpenFolder());
+    EXPECT_TRUE(prompter.asked.empty());
+}
+
+TEST_F(DrawingsManagerTest, TheFolderActionNamesThisSystemsFileManager) {
+    const std::wstring text = CDrawingsManager::OpenFolderText();
+    EXPECT_EQ(text.rfind(L"Open folder in ", 0), 0u);
+    if (kPathSeparator == L'/')
+        EXPECT_EQ(text, L"Open folder in the file manager");
+    else
+        EXPECT_EQ(text, L"Open folder in Windows Explorer");
 }
 
 } // namespace

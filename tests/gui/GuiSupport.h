@@ -2,12 +2,14 @@
 // scripted answers to every question and file dialog.
 #pragma once
 
+#include "app/Environment.h"
 #include "app/StandardsCore.h"
 #include "gui/BackgroundWork.h"
 #include "gui/FileDialogs.h"
 #include "gui/MainFrame.h"
 #include "gui/NavigatorDlg.h"
 #include "gui/StandardDocument.h"
+#include "platform/System.h"
 #include "store/IniRegistry.h"
 #include "support/TestSupport.h"
 
@@ -109,8 +111,32 @@ struct SGuiWorld {
         std::make_unique<CIniRegistry>(config.File(L"machine"), config.File(L"user")),
         folder.Dir().Text(), onGuiThread};
 
+    // Installs this program's help (LocalAppPath in the test's folder) with
+    // one page; the page's path.
+    std::wstring InstallHelpPage(const wchar_t* page) {
+        const std::wstring local = config.Text() + L"app/";
+        core.registry->SetString(ERegistryRoot::LocalMachine, CInstallation::kInstallKey,
+                                 L"LocalAppPath", local);
+        const std::wstring path =
+            local + L"Help/" + CEnvironment::HelpName(platform::ExecutablePath()) + L"/" + page;
+        test::WriteBytes(test::P(path), "<html></html>");
+        return path;
+    }
+
     // A file in a standard's folder.
     std::filesystem::path StandardFile(std::int32_t id, const wchar_t* name) const {
         return test::P(core.projects.StandardFile(id, name));
     }
 };
+
+// The main window over `world`, shown at `size` and made the active window:
+// keys reach shortcuts only there. nullptr when it does not become active.
+inline std::unique_ptr<CMainFrame> ShowActiveFrame(SGuiWorld& world, QSize size) {
+    auto frame = std::make_unique<CMainFrame>(world.core, world.dialogs);
+    frame->resize(size);
+    frame->show();
+    frame->activateWindow();
+    if (!QTest::qWaitForWindowActive(frame.get()))
+        return nullptr;
+    return frame;
+}

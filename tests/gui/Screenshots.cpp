@@ -139,5 +139,19 @@ int main(int argc, char** argv) {
         qobject_cast<CCompareWindow*>(frame.Documents()->activeSubWindow()->widget());
     CCompareProjectsFormView::SelectStandard(comparison->Selector()->Lower(), 2);
     Save(&frame, out, QStringLiteral("comparison.png"));
+
+    // The settings grid used from the keyboard: the current cell framed.
+    frame.OpenStandard(1);
+    auto* reopened =
+        qobject_cast<CStandardDocument*>(frame.Documents()->activeSubWindow()->widget());
+    auto* grid =
+        reopened
+            ->ShowPage(reopened->Pages()->FindPage(QStringLiteral("General Drawing Parameters"),
+                                                   QStringLiteral("P&ID Settings")))
+            ->findChild<QTableWidget*>(QStringLiteral("settingsGrid"));
+    frame.activateWindow();
+    grid->setFocus();
+    grid->setCurrentCell(3, 1);
+    Save(&frame, out, QStringLiteral("settings-keyboard.png"));
     return 0;
 }

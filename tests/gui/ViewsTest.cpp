@@ -2,7 +2,6 @@
 // drawings list, and the comparison grid, driven through their widgets.
 #include "GuiSupport.h"
 
-#include "app/Environment.h"
 #include "gui/CompareWindow.h"
 #include "gui/DrawingsFormView.h"
 #include "gui/MainFrame.h"
@@ -11,7 +10,6 @@
 #include "gui/QtText.h"
 #include "gui/SettingsFormView.h"
 #include "gui/StandardDocument.h"
-#include "platform/System.h"
 #include "store/GeneralSettings.h"
 
 #include <QComboBox>
@@ -77,13 +75,14 @@ private slots:
         auto* bom = Page<CSettingsFormView>(document, QStringLiteral("Bill of Material"),
                                             QStringLiteral("P&ID Settings"));
         QVERIFY(bom);
-        auto* combo = bom->Grid()->cellWidget(1, 1)->findChild<QComboBox*>();
-        if (!combo)
-            combo = qobject_cast<QComboBox*>(bom->Grid()->cellWidget(1, 1));
+        // The drop-down opens on the cell and Enter takes its choice.
+        bom->Grid()->setCurrentCell(1, 1);
+        QTest::keyClick(bom->Grid(), Qt::Key_F2);
+        auto* combo = bom->Grid()->findChild<QComboBox*>(QStringLiteral("cellEditor"));
         QVERIFY(combo);
         combo->setCurrentText(QStringLiteral("Bottom Left"));
-        emit combo->textActivated(QStringLiteral("Bottom Left"));
-        QCOMPARE(bom->Grid()->item(1, 1)->text(), QStringLiteral("Bottom Left"));
+        QTest::keyClick(combo, Qt::Key_Return);
+        QTRY_COMPARE(bom->Grid()->item(1, 1)->text(), QStringLiteral("Bottom Left"));
 
         apply->click();
         QVERIFY(!apply->isEnabled());
@@ -169,13 +168,7 @@ private slots:
         QCOMPARE(view->List()->currentItem()->text(0), QStringLiteral("Feed.dwg"));
 
         // Its help topic, from the installed help.
-        const std::wstring local = world->config.Text() + L"app/";
-        world->core.registry->SetString(ERegistryRoot::LocalMachine, CInstallation::kInstallKey,
-                                        L"LocalAppPath", local);
-        const std::wstring help = local + L"Help/" +
-                                  CEnvironment::HelpName(platform::ExecutablePath()) +
-                                  L"/Drawings_Dialog_Box.htm";
-        test::WriteBytes(test::P(help), "<html></html>");
+        const std::wstring help = world->InstallHelpPage(L"Drawings_Dialog_Box.htm");
         std::vector<std::wstring> opened;
         frame->SetOpener([&](const std::wstring& page) {
             opened.push_back(page);
