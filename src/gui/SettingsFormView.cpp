@@ -83,11 +83,8 @@ void CSettingsFormView::UpdateRow(int row) {
         font.setBold(true);
         label->setFont(font);
     }
-    if (data.background) {
-        const QColor grey(data.background->r, data.background->g, data.background->b);
-        label->setBackground(grey);
-        value->setBackground(grey);
-    }
+    if (data.background)
+        Mark({label, value}, m_grid->palette(), EGridMark::eSubHeading);
     if (data.readOnly || data.subHeading || data.cell == ESettingsCell::List ||
         data.cell == ESettingsCell::Font || data.cell == ESettingsCell::Path)
         value->setFlags(Qt::ItemIsEnabled);
