@@ -182,8 +182,10 @@ void CCompareSettingsFormView::Fill() {
             font.setBold(true);
             label->setFont(font);
         }
-        if (heading || data.differ)
+        if (heading)
             Mark({label, cell1, cell2}, palette, MarkOf(data));
+        else if (data.differ)
+            Mark({cell1, cell2}, palette, MarkOf(data));
         if (!heading) {
             // Cut short in a narrow column, whole in the tooltip.
             for (QTableWidgetItem* item : {label, cell1, cell2})

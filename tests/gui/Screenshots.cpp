@@ -1,6 +1,7 @@
 // Takes the screenshots a reviewer looks at: the main window, an open
 // settings page, each page of a standard, the question on closing a modified
-// one, the comparison and the drawings list, on a seeded datafiles folder;
+// one, the comparison (whole and differences only) and the drawings list, on
+// a seeded datafiles folder;
 // with --dark, under a dark palette. Run by tests/gui/screenshots.sh under
 // Xvfb.
 #include "gui/CompareWindow.h"
@@ -15,6 +16,7 @@
 #include "store/IniRegistry.h"
 
 #include <QApplication>
+#include <QCheckBox>
 #include <QDir>
 #include <QMdiSubWindow>
 #include <QMessageBox>
@@ -127,5 +129,11 @@ int main(int argc, char** argv) {
         qobject_cast<CCompareWindow*>(frame.Documents()->activeSubWindow()->widget());
     CCompareProjectsFormView::SelectStandard(comparison->Selector()->Lower(), 2);
     Save(&frame, out, QStringLiteral("comparison.png"));
+
+    {
+        // The same comparison with only the settings the two do not share.
+        comparison->findChild<QCheckBox*>(QStringLiteral("differencesOnly"))->setChecked(true);
+        Save(&frame, out, QStringLiteral("compare-differences-only.png"));
+    }
     return 0;
 }
