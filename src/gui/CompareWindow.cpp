@@ -198,6 +198,13 @@ void CCompareSettingsFormView::Fill() {
         if (heading)
             m_grid->setSpan(row, 0, 1, 3);
     }
+    // The labels' width, measured once for every resize to come.
+    m_nLabelWidth = m_grid->horizontalHeader()->sectionSizeHint(0);
+    for (int row = 0; row < m_grid->rowCount(); ++row) {
+        if (m_grid->columnSpan(row, 0) == 1)
+            m_nLabelWidth = std::max(
+                m_nLabelWidth, m_grid->sizeHintForIndex(m_grid->model()->index(row, 0)).width());
+    }
     m_count->setText(result.rows.empty() ? QString() : Q(CompareDifferencesText(counts.total)));
     m_report->setEnabled(!result.rows.empty());
     ShowRows();
@@ -214,13 +221,7 @@ void CCompareSettingsFormView::ShowRows() {
 }
 
 void CCompareSettingsFormView::FitColumns() {
-    int widest = m_grid->horizontalHeader()->sectionSizeHint(0);
-    for (int row = 0; row < m_grid->rowCount(); ++row) {
-        if (m_grid->columnSpan(row, 0) == 1)
-            widest =
-                std::max(widest, m_grid->sizeHintForIndex(m_grid->model()->index(row, 0)).width());
-    }
-    m_grid->setColumnWidth(0, std::min(widest, m_grid->viewport()->width() * 2 / 5));
+    m_grid->setColumnWidth(0, std::min(m_nLabelWidth, m_grid->viewport()->width() * 2 / 5));
 }
 
 void CCompareSettingsFormView::resizeEvent(QResizeEvent* event) {

@@ -68,6 +68,7 @@ private:
     IPageHost& m_host;
     CVX2D_StandardComparison m_comparison;
     QTableWidget* m_grid;
+    int m_nLabelWidth = 0; // the widest label in pixels
     QCheckBox* m_differencesOnly;
     QLabel* m_count;
     QPushButton* m_help;
