@@ -1,9 +1,8 @@
 // Takes the screenshots a reviewer looks at: the main window, an open
 // settings page, each page of a standard, the question on closing a modified
 // one, the comparison (whole and differences only) and the drawings list, on
-// a seeded datafiles folder;
-// with --dark, under a dark palette. Run by tests/gui/screenshots.sh under
-// Xvfb.
+// a seeded datafiles folder; with --dark, under a dark palette. Run by
+// tests/gui/screenshots.sh under Xvfb.
 #include "gui/CompareWindow.h"
 #include "gui/DrawingsFormView.h"
 #include "gui/FileDialogs.h"
