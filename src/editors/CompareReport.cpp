@@ -67,7 +67,7 @@ SComparison CompareDifferencesOnly(const SComparison& comparison) {
     SComparison kept = comparison;
     kept.rows.clear();
     for (const auto& row : comparison.rows) {
-        if (row.kind != ECompareRowKind::eValue || row.differ)
+        if (CompareRowShown(row, true))
             kept.rows.push_back(row);
     }
     return kept;
@@ -84,9 +84,7 @@ std::wstring CompareReportTsv(const SComparison& comparison) {
 }
 
 std::wstring CompareReportHtml(const SComparison& comparison, const std::wstring& date) {
-    std::size_t differing = 0;
-    for (const auto& row : comparison.rows)
-        differing += row.kind == ECompareRowKind::eValue && row.differ ? 1 : 0;
+    const std::size_t differing = CountCompareDifferences(comparison).total;
     const std::wstring name1 = Html(comparison.header1);
     const std::wstring name2 = Html(comparison.header2);
 

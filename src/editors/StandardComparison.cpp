@@ -397,6 +397,45 @@ std::wstring CompareErrorText(const std::wstring& reason) {
     return L"Error comparing standards: " + reason;
 }
 
+bool CompareRowShown(const SCompareRow& row, bool differencesOnly) {
+    return !differencesOnly || row.kind != ECompareRowKind::eValue || row.differ;
+}
+
+SCompareCounts CountCompareDifferences(const SComparison& comparison) {
+    SCompareCounts counts;
+    counts.underHeading.assign(comparison.rows.size(), 0);
+    std::size_t section = comparison.rows.size(); // no heading yet
+    std::size_t subSection = comparison.rows.size();
+    for (std::size_t i = 0; i < comparison.rows.size(); ++i) {
+        const SCompareRow& row = comparison.rows[i];
+        if (row.kind == ECompareRowKind::eHeading) {
+            section = i;
+            subSection = comparison.rows.size();
+        } else if (row.kind == ECompareRowKind::eSubHeading) {
+            subSection = i;
+        } else if (row.differ) {
+            ++counts.total;
+            for (const std::size_t heading : {section, subSection}) {
+                if (heading < comparison.rows.size())
+                    ++counts.underHeading[heading];
+            }
+        }
+    }
+    return counts;
+}
+
+std::wstring CompareDifferencesText(std::size_t count) {
+    if (count == 0)
+        return L"No differences";
+    return fmt::format(L"{} {}", count, count == 1 ? L"difference" : L"differences");
+}
+
+std::wstring CompareHeadingText(const std::wstring& title, std::size_t differences) {
+    if (differences == 0)
+        return title;
+    return fmt::format(L"{} ({})", title, CompareDifferencesText(differences));
+}
+
 CVX2D_StandardComparison::CVX2D_StandardComparison(const CVX2D_ProjectRegistry& registry)
     : m_registry(registry) {}
 

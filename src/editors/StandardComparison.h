@@ -8,6 +8,7 @@
 
 #include "contents/ProjectSettingsBase.h"
 
+#include <cstddef>
 #include <cstdint>
 #include <functional>
 #include <memory>
@@ -58,6 +59,26 @@ struct SComparison {
 
 // What the view shows for an abandoned rebuild.
 std::wstring CompareErrorText(const std::wstring& reason);
+
+// Whether a row is shown: every row, or with `differencesOnly` the headings
+// of both kinds and the values that differ.
+bool CompareRowShown(const SCompareRow& row, bool differencesOnly);
+
+// How many values differ: in all, and under each heading row (a section
+// heading up to the next section heading, a sub-heading up to the next
+// heading of either kind); `underHeading` holds 0 for value rows.
+struct SCompareCounts {
+    std::size_t total = 0;
+    std::vector<std::size_t> underHeading; // one per row
+};
+SCompareCounts CountCompareDifferences(const SComparison& comparison);
+
+// "No differences", "1 difference", "12 differences".
+std::wstring CompareDifferencesText(std::size_t count);
+
+// A heading's title with the number of differences under it, when there
+// are any: "Lines (2 differences)".
+std::wstring CompareHeadingText(const std::wstring& title, std::size_t differences);
 
 class CVX2D_StandardComparison {
 public:

@@ -10,14 +10,22 @@
 #include <QStyle>
 #include <QTimer>
 #include <QVBoxLayout>
+#include <algorithm>
 #include <map>
 
 namespace {
 
 constexpr int kIdRole = Qt::UserRole + 1;
 
-QColor ColourOf(const SCompareColour& colour) {
-    return QColor(colour.red, colour.green, colour.blue);
+EGridMark MarkOf(const SCompareRow& row) {
+    switch (row.kind) {
+    case ECompareRowKind::eHeading:
+        return EGridMark::eHeading;
+    case ECompareRowKind::eSubHeading:
+        return EGridMark::eSubHeading;
+    default:
+        return EGridMark::eDifference;
+    }
 }
 
 } // namespace
@@ -32,13 +40,10 @@ CCompareProjectsFormView::CCompareProjectsFormView(CStandardsCore& core, QWidget
         Fill(tree);
     m_upper->setHeaderLabel(tr("Standard 1"));
     m_lower->setHeaderLabel(tr("Standard 2"));
-    const auto idOf = [](QTreeWidgetItem* item) {
-        return item ? item->data(0, kIdRole).toInt() : -1;
-    };
     connect(m_upper, &QTreeWidget::currentItemChanged, this,
-            [this, idOf](QTreeWidgetItem* item) { emit Standard1Chosen(idOf(item)); });
+            [this](QTreeWidgetItem* item) { emit Standard1Chosen(IdOf(item)); });
     connect(m_lower, &QTreeWidget::currentItemChanged, this,
-            [this, idOf](QTreeWidgetItem* item) { emit Standard2Chosen(idOf(item)); });
+            [this](QTreeWidgetItem* item) { emit Standard2Chosen(IdOf(item)); });
     setMinimumWidth(200);
 }
 
@@ -77,6 +82,21 @@ bool CCompareProjectsFormView::SelectStandard(QTreeWidget* tree, std::int32_t id
     return false;
 }
 
+std::int32_t CCompareProjectsFormView::IdOf(const QTreeWidgetItem* item) {
+    return item ? item->data(0, kIdRole).toInt() : -1;
+}
+
+void CCompareProjectsFormView::Refill() {
+    for (QTreeWidget* tree : {m_upper, m_lower}) {
+        const QSignalBlocker quiet(tree);
+        const std::int32_t chosen = IdOf(tree->currentItem());
+        tree->clear();
+        Fill(tree);
+        if (chosen <= 0 || !SelectStandard(tree, chosen))
+            tree->setCurrentItem(nullptr);
+    }
+}
+
 void CCompareProjectsFormView::resizeEvent(QResizeEvent* event) {
     QWidget::resizeEvent(event);
     // Two trees stacked, each half the height, with small margins.
@@ -88,17 +108,31 @@ void CCompareProjectsFormView::resizeEvent(QResizeEvent* event) {
 CCompareSettingsFormView::CCompareSettingsFormView(CStandardsCore& core, IPageHost& host,
                                                    QWidget* parent)
     : QWidget(parent), m_core(core), m_host(host), m_comparison(core.projects),
-      m_grid(new QTableWidget(this)), m_help(new QPushButton(tr("Help..."), this)),
+      m_grid(new QTableWidget(this)),
+      m_differencesOnly(new QCheckBox(tr("Show &differences only"), this)),
+      m_count(new QLabel(this)), m_help(new QPushButton(tr("Help..."), this)),
       m_report(new QPushButton(tr("Save Report..."), this)) {
     setObjectName(QStringLiteral("compareSettings"));
     m_grid->setObjectName(QStringLiteral("compareGrid"));
+    m_differencesOnly->setObjectName(QStringLiteral("differencesOnly"));
+    m_count->setObjectName(QStringLiteral("differenceCount"));
     m_report->setObjectName(QStringLiteral("reportButton"));
     SetUpGrid(m_grid, {tr("Setting"), tr("Standard 1"), tr("Standard 2")},
               QAbstractItemView::NoEditTriggers);
     m_grid->setWordWrap(false);
+    // Paths keep their start and their file name when they do not fit.
+    m_grid->setTextElideMode(Qt::ElideMiddle);
+    QHeaderView* header = m_grid->horizontalHeader();
+    header->setSectionResizeMode(0, QHeaderView::Interactive);
+    header->setSectionResizeMode(1, QHeaderView::Stretch);
+    header->setSectionResizeMode(2, QHeaderView::Stretch);
+    m_differencesOnly->setToolTip(tr("Hide the settings both standards share"));
     auto* layout = new QVBoxLayout(this);
     layout->addWidget(m_grid, 1);
     auto* buttons = new QHBoxLayout;
+    buttons->addWidget(m_differencesOnly);
+    buttons->addSpacing(12);
+    buttons->addWidget(m_count);
     buttons->addStretch(1);
     buttons->addWidget(m_report);
     buttons->addWidget(m_help);
@@ -106,6 +140,7 @@ CCompareSettingsFormView::CCompareSettingsFormView(CStandardsCore& core, IPageHo
     connect(m_help, &QPushButton::clicked, this,
             [this] { m_host.ShowHelp(L"::/Compare_Standards.htm"); });
     connect(m_report, &QPushButton::clicked, this, &CCompareSettingsFormView::SaveReport);
+    connect(m_differencesOnly, &QCheckBox::toggled, this, &CCompareSettingsFormView::ShowRows);
     Rebuild();
 }
 
@@ -113,46 +148,80 @@ void CCompareSettingsFormView::Rebuild() {
     QApplication::setOverrideCursor(Qt::WaitCursor);
     const bool built = m_comparison.Rebuild();
     QApplication::restoreOverrideCursor();
-    const SComparison& result = m_comparison.Result();
-    m_grid->setHorizontalHeaderLabels({Q(result.header0), Q(result.header1), Q(result.header2)});
-    m_grid->setRowCount(static_cast<int>(result.rows.size()));
-    for (int row = 0; row < static_cast<int>(result.rows.size()); ++row) {
-        const SCompareRow& data = result.rows[static_cast<std::size_t>(row)];
-        auto* label = new QTableWidgetItem(Q(data.label));
-        if (data.centred) {
-            label->setTextAlignment(Qt::AlignCenter);
-            QFont font = label->font();
-            font.setBold(data.kind == ECompareRowKind::eHeading);
-            label->setFont(font);
-        }
-        m_grid->setItem(row, 0, label);
-        const std::optional<SCompareColour> backgrounds[] = {data.background1, data.background2};
-        const std::wstring* texts[] = {&data.text1, &data.text2};
-        for (int side = 0; side < 2; ++side) {
-            auto* cell = new QTableWidgetItem(Q(*texts[side]));
-            if (backgrounds[side]) {
-                cell->setBackground(ColourOf(*backgrounds[side]));
-                cell->setForeground(Qt::black);
-            }
-            m_grid->setItem(row, side + 1, cell);
-        }
-    }
-    m_report->setEnabled(!result.rows.empty());
-    FitColumns();
+    Fill();
     // Once more when the grid has decided about its scroll bars.
     QTimer::singleShot(0, this, &CCompareSettingsFormView::FitColumns);
     if (!built)
-        m_core.prompter.Show(CompareErrorText(result.reason), EPromptIcon::Stop);
+        m_core.prompter.Show(CompareErrorText(m_comparison.Result().reason), EPromptIcon::Stop);
+}
+
+void CCompareSettingsFormView::Fill() {
+    const SComparison& result = m_comparison.Result();
+    const SCompareCounts counts = CountCompareDifferences(result);
+    const QPalette palette = m_grid->palette();
+    const QString headers[] = {Q(result.header0), Q(result.header1), Q(result.header2)};
+    for (int column = 0; column < 3; ++column) {
+        auto* header = new QTableWidgetItem(headers[column]);
+        header->setToolTip(headers[column]);
+        m_grid->setHorizontalHeaderItem(column, header);
+    }
+    m_grid->clearSpans();
+    m_grid->setRowCount(static_cast<int>(result.rows.size()));
+    for (int row = 0; row < static_cast<int>(result.rows.size()); ++row) {
+        const auto at = static_cast<std::size_t>(row);
+        const SCompareRow& data = result.rows[at];
+        const bool heading = data.kind != ECompareRowKind::eValue;
+        auto* label = new QTableWidgetItem(
+            heading ? Q(CompareHeadingText(data.label, counts.underHeading[at])) : Q(data.label));
+        auto* cell1 = new QTableWidgetItem(Q(data.text1));
+        auto* cell2 = new QTableWidgetItem(Q(data.text2));
+        if (data.centred)
+            label->setTextAlignment(Qt::AlignCenter);
+        if (data.kind == ECompareRowKind::eHeading) {
+            QFont font = label->font();
+            font.setBold(true);
+            label->setFont(font);
+        }
+        if (heading)
+            Mark({label, cell1, cell2}, palette, MarkOf(data));
+        else if (data.differ)
+            Mark({cell1, cell2}, palette, MarkOf(data));
+        if (!heading) {
+            // Cut short in a narrow column, whole in the tooltip.
+            for (QTableWidgetItem* item : {label, cell1, cell2})
+                item->setToolTip(item->text());
+        }
+        m_grid->setItem(row, 0, label);
+        m_grid->setItem(row, 1, cell1);
+        m_grid->setItem(row, 2, cell2);
+        // A heading has the whole width to itself.
+        if (heading)
+            m_grid->setSpan(row, 0, 1, 3);
+    }
+    // The labels' width, measured once for every resize to come.
+    m_nLabelWidth = m_grid->horizontalHeader()->sectionSizeHint(0);
+    for (int row = 0; row < m_grid->rowCount(); ++row) {
+        if (m_grid->columnSpan(row, 0) == 1)
+            m_nLabelWidth = std::max(
+                m_nLabelWidth, m_grid->sizeHintForIndex(m_grid->model()->index(row, 0)).width());
+    }
+    m_count->setText(result.rows.empty() ? QString() : Q(CompareDifferencesText(counts.total)));
+    m_report->setEnabled(!result.rows.empty());
+    ShowRows();
+    FitColumns();
+}
+
+void CCompareSettingsFormView::ShowRows() {
+    const SComparison& result = m_comparison.Result();
+    const bool differencesOnly = m_differencesOnly->isChecked();
+    for (int row = 0; row < m_grid->rowCount(); ++row) {
+        const SCompareRow& data = result.rows[static_cast<std::size_t>(row)];
+        m_grid->setRowHidden(row, !CompareRowShown(data, differencesOnly));
+    }
 }
 
 void CCompareSettingsFormView::FitColumns() {
-    m_grid->resizeColumnsToContents();
-    const int client = m_grid->viewport()->width();
-    if (m_grid->columnWidth(0) > client / 4)
-        m_grid->setColumnWidth(0, client / 4);
-    const int rest = client - m_grid->columnWidth(0);
-    m_grid->setColumnWidth(1, rest / 2);
-    m_grid->setColumnWidth(2, rest / 2);
+    m_grid->setColumnWidth(0, std::min(m_nLabelWidth, m_grid->viewport()->width() * 2 / 5));
 }
 
 void CCompareSettingsFormView::resizeEvent(QResizeEvent* event) {
@@ -160,8 +229,17 @@ void CCompareSettingsFormView::resizeEvent(QResizeEvent* event) {
     FitColumns();
 }
 
+void CCompareSettingsFormView::changeEvent(QEvent* event) {
+    QWidget::changeEvent(event);
+    // The marks follow a change of theme.
+    if (event->type() == QEvent::PaletteChange)
+        Fill();
+}
+
 void CCompareSettingsFormView::SaveReport() {
-    const SComparison& result = m_comparison.Result();
+    const SComparison& result = m_differencesOnly->isChecked()
+                                    ? CompareDifferencesOnly(m_comparison.Result())
+                                    : m_comparison.Result();
     const QString proposed =
         QStringLiteral("%1 - %2.html").arg(Q(result.header1), Q(result.header2));
     const QString file = m_host.FileDialogs().SaveFile(
@@ -191,4 +269,24 @@ CCompareWindow::CCompareWindow(CStandardsCore& core, IPageHost& host, std::int32
     });
     if (standardId > 0)
         CCompareProjectsFormView::SelectStandard(m_selector->Upper(), standardId);
+}
+
+void CCompareWindow::Refresh() {
+    m_selector->Refill();
+    const QTreeWidgetItem* chosen[] = {m_selector->Upper()->currentItem(),
+                                       m_selector->Lower()->currentItem()};
+    const std::int32_t ids[] = {CCompareProjectsFormView::IdOf(chosen[0]),
+                                CCompareProjectsFormView::IdOf(chosen[1])};
+    CVX2D_StandardComparison& comparison = m_result->Comparison();
+    const SComparison& shown = comparison.Result();
+    // Compared again only when a side is gone or renamed (its folder moves
+    // with its name).
+    const bool same = ids[0] == comparison.GetStandard1() && ids[1] == comparison.GetStandard2() &&
+                      (shown.rows.empty() || (Q(shown.header1) == chosen[0]->text(0) &&
+                                              Q(shown.header2) == chosen[1]->text(0)));
+    if (same)
+        return;
+    comparison.SetStandard1(ids[0]);
+    comparison.SetStandard2(ids[1]);
+    m_result->Rebuild();
 }

@@ -1,11 +1,14 @@
 // The comparison of two standards: the selector pane with two stacked
-// client/standard trees, and the result pane with the three-column grid.
+// client/standard trees, and the result pane with the three-column grid,
+// its differences-only switch and the number of differences.
 #pragma once
 
 #include "app/StandardsCore.h"
 #include "editors/StandardComparison.h"
 #include "gui/PageHost.h"
 
+#include <QCheckBox>
+#include <QLabel>
 #include <QPushButton>
 #include <QSplitter>
 #include <QTableWidget>
@@ -19,6 +22,11 @@ public:
     QTreeWidget* Lower() const { return m_lower; }
     // Selects a standard in a tree (false when it is not there).
     static bool SelectStandard(QTreeWidget* tree, std::int32_t id);
+    // The standard of a tree item; -1 for a client or none.
+    static std::int32_t IdOf(const QTreeWidgetItem* item);
+    // Lists the clients and standards afresh, keeping each tree's choice
+    // where its standard is still there, without announcing it again.
+    void Refill();
 
 signals:
     void Standard1Chosen(std::int32_t id);
@@ -40,18 +48,29 @@ public:
     CCompareSettingsFormView(CStandardsCore& core, IPageHost& host, QWidget* parent = nullptr);
     CVX2D_StandardComparison& Comparison() { return m_comparison; }
     QTableWidget* Grid() const { return m_grid; }
+    // Compares the chosen standards afresh from their files.
     void Rebuild();
+    // The label column as wide as its texts, up to two fifths of the grid;
+    // the two standards share the rest.
     void FitColumns();
 
 protected:
     void resizeEvent(QResizeEvent* event) override;
+    void changeEvent(QEvent* event) override;
 
 private:
+    // Shows the last result: rows, marks from the palette, counts.
+    void Fill();
+    // Hides the equal values while only the differences are wanted.
+    void ShowRows();
     void SaveReport();
     CStandardsCore& m_core;
     IPageHost& m_host;
     CVX2D_StandardComparison m_comparison;
     QTableWidget* m_grid;
+    int m_nLabelWidth = 0; // the widest label in pixels
+    QCheckBox* m_differencesOnly;
+    QLabel* m_count;
     QPushButton* m_help;
     QPushButton* m_report;
 };
@@ -63,6 +82,11 @@ public:
                    QWidget* parent = nullptr);
     CCompareProjectsFormView* Selector() const { return m_selector; }
     CCompareSettingsFormView* Result() const { return m_result; }
+
+public slots:
+    // Follows the standards as the navigator changed them: new ones to
+    // choose from, new names, a chosen one gone.
+    void Refresh();
 
 private:
     CCompareProjectsFormView* m_selector;

@@ -3,6 +3,9 @@
 #include <QHeaderView>
 #include <QPainter>
 
+#include <algorithm>
+#include <cmath>
+
 void SetUpGrid(QTableWidget* grid, const QStringList& headers,
                QAbstractItemView::EditTriggers triggers, bool wholeRows, int stretch) {
     grid->setColumnCount(static_cast<int>(headers.size()));
@@ -32,10 +35,10 @@ QTableWidgetItem* NumberItem(int number) {
     return item;
 }
 
-void GreyOut(std::initializer_list<QTableWidgetItem*> items, const QFont& font,
+void GreyOut(const QTableWidget* grid, std::initializer_list<QTableWidgetItem*> items,
              const QString& toolTip) {
-    const QBrush greyed(QColor(110, 110, 110));
-    QFont slanted = font;
+    const QBrush greyed(SubduedText(grid->palette()));
+    QFont slanted = grid->font();
     slanted.setItalic(true);
     for (QTableWidgetItem* item : items) {
         item->setForeground(greyed);
@@ -68,4 +71,72 @@ void CCellFrameDelegate::PaintFrame(QPainter* painter, const QStyleOptionViewIte
     painter->setBrush(Qt::NoBrush);
     painter->drawRect(QRectF(option.rect).adjusted(1, 1, -1, -1));
     painter->restore();
+}
+
+namespace {
+
+// The relative luminance of a colour as sRGB: 0 for black, 1 for white.
+double Luminance(const QColor& colour) {
+    const auto linear = [](float channel) {
+        return channel <= 0.04045f ? channel / 12.92 : std::pow((channel + 0.055) / 1.055, 2.4);
+    };
+    const QColor rgb = colour.toRgb();
+    return 0.2126 * linear(rgb.redF()) + 0.7152 * linear(rgb.greenF()) +
+           0.0722 * linear(rgb.blueF());
+}
+
+QColor Mix(const QColor& from, const QColor& to, double amount) {
+    const auto channel = [amount](int a, int b) {
+        return static_cast<int>(std::lround(a + (b - a) * amount));
+    };
+    const QColor a = from.toRgb(), b = to.toRgb();
+    return QColor(channel(a.red(), b.red()), channel(a.green(), b.green()),
+                  channel(a.blue(), b.blue()));
+}
+
+} // namespace
+
+double ContrastRatio(const QColor& one, const QColor& two) {
+    const double a = Luminance(one), b = Luminance(two);
+    return (std::max(a, b) + 0.05) / (std::min(a, b) + 0.05);
+}
+
+QColor ReadableBlend(const QColor& from, const QColor& to, double amount, const QColor& against) {
+    // The furthest of 32 steps back towards `from` that is still readable.
+    constexpr int kSteps = 32;
+    amount = std::clamp(amount, 0.0, 1.0);
+    for (int step = kSteps; step > 0; --step) {
+        const QColor blend = Mix(from, to, amount * step / kSteps);
+        if (ContrastRatio(blend, against) >= kReadableContrast)
+            return blend;
+    }
+    return from;
+}
+
+QColor SubduedText(const QPalette& palette, QPalette::ColorRole text,
+                   QPalette::ColorRole background) {
+    const QColor back = palette.color(background);
+    return ReadableBlend(palette.color(text), back, 0.45, back);
+}
+
+QColor MarkBackground(const QPalette& palette, EGridMark mark) {
+    const QColor base = palette.color(QPalette::Base);
+    const QColor text = palette.color(QPalette::Text);
+    switch (mark) {
+    case EGridMark::eHeading:
+        return ReadableBlend(base, text, 0.38, text);
+    case EGridMark::eSubHeading:
+        return ReadableBlend(base, text, 0.17, text);
+    default:
+        return ReadableBlend(base, QColor(255, 255, 0), 1.0, text);
+    }
+}
+
+void Mark(std::initializer_list<QTableWidgetItem*> items, const QPalette& palette, EGridMark mark) {
+    const QBrush background(MarkBackground(palette, mark));
+    const QBrush foreground(palette.color(QPalette::Text));
+    for (QTableWidgetItem* item : items) {
+        item->setBackground(background);
+        item->setForeground(foreground);
+    }
 }

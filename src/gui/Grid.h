@@ -1,9 +1,13 @@
 // The look the grids of the program share: column headers and no row
-// numbers, one cell or row chosen at a time, read-only cells, and the grey
-// slanted rows of what is deleted or no longer offered.
+// numbers, one cell or row chosen at a time, read-only cells, the grey
+// slanted rows of what is deleted or no longer offered, and the marked rows
+// (headings, differences). Every colour comes from the palette, so light
+// and dark themes both stay readable.
 #pragma once
 
 #include <QAbstractItemView>
+#include <QColor>
+#include <QPalette>
 #include <QStringList>
 #include <QStyledItemDelegate>
 #include <QTableWidget>
@@ -20,8 +24,9 @@ void SetUpGrid(QTableWidget* grid, const QStringList& headers,
 QTableWidgetItem* ReadOnlyItem(const QString& text);
 QTableWidgetItem* NumberItem(int number);
 
-// Greys and slants a row's cells, still readable; `toolTip` says why.
-void GreyOut(std::initializer_list<QTableWidgetItem*> items, const QFont& font,
+// Greys and slants a row's cells of `grid` (in its font and palette), still
+// readable; `toolTip` says why.
+void GreyOut(const QTableWidget* grid, std::initializer_list<QTableWidgetItem*> items,
              const QString& toolTip = {});
 
 // Draws cells as usual and a frame in the palette's highlight colour around
@@ -35,3 +40,29 @@ public:
     // The frame alone, for delegates that paint their cells themselves.
     static void PaintFrame(QPainter* painter, const QStyleOptionViewItem& option);
 };
+
+// How far apart two colours are for the eye: 1 (the same luminance) to 21
+// (black on white). 4.5 keeps ordinary text readable.
+double ContrastRatio(const QColor& one, const QColor& two);
+inline constexpr double kReadableContrast = 4.5;
+
+// `amount` (0 to 1) of the way from `from` to `to`, or less far where going
+// that far would leave less than `kReadableContrast` against `against`.
+QColor ReadableBlend(const QColor& from, const QColor& to, double amount, const QColor& against);
+
+// The `text` colour toned down towards `background`: for hints and greyed
+// rows, still readable on that background.
+QColor SubduedText(const QPalette& palette, QPalette::ColorRole text = QPalette::Text,
+                   QPalette::ColorRole background = QPalette::Base);
+
+// Rows a grid sets apart: a section heading, a heading within a section,
+// and a value that differs between two standards.
+enum class EGridMark { eHeading, eSubHeading, eDifference };
+
+// The background of a marked cell: a tint of the palette's base colour
+// (towards its text colour for headings, towards yellow for differences)
+// that leaves the palette's text colour readable on it.
+QColor MarkBackground(const QPalette& palette, EGridMark mark);
+
+// Gives the cells the mark's background and the palette's text colour.
+void Mark(std::initializer_list<QTableWidgetItem*> items, const QPalette& palette, EGridMark mark);

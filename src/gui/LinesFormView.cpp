@@ -35,7 +35,7 @@ CLinesFormView::CLinesFormView(CStandardsCore& core, IPageHost& host, std::int32
     auto* note = new QLabel(tr("Each change to the lines is saved at once."), this);
     note->setObjectName(QStringLiteral("savedAtOnceNote"));
     QPalette hint = note->palette();
-    hint.setColor(QPalette::WindowText, QColor(90, 90, 90));
+    hint.setColor(QPalette::WindowText, SubduedText(hint, QPalette::WindowText, QPalette::Window));
     note->setPalette(hint);
 
     LayOutGrid(m_grid, MakeButtons({note}, {m_new, m_delete, m_recover, m_rename}));
@@ -97,7 +97,7 @@ void CLinesFormView::Fill(std::int32_t select) {
         auto* id = NumberItem(line.id);
         auto* state = ReadOnlyItem(Q(LineStateText(line.deleted)));
         if (line.deleted)
-            GreyOut({name, id, state}, m_grid->font());
+            GreyOut(m_grid, {name, id, state});
         m_grid->setItem(row, kNameColumn, name);
         m_grid->setItem(row, kIdColumn, id);
         m_grid->setItem(row, kStateColumn, state);

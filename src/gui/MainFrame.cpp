@@ -326,6 +326,8 @@ void CMainFrame::UpdateStatus() {
 
 void CMainFrame::SyncDocuments() {
     for (QMdiSubWindow* window : m_documents->subWindowList()) {
+        if (auto* comparison = qobject_cast<CCompareWindow*>(window->widget()))
+            comparison->Refresh();
         auto* document = qobject_cast<CStandardDocument*>(window->widget());
         if (!document)
             continue;

@@ -329,11 +329,8 @@ void CSettingsFormView::UpdateRow(int row) {
         font.setBold(true);
         label->setFont(font);
     }
-    if (data.background) {
-        const QColor grey(data.background->r, data.background->g, data.background->b);
-        label->setBackground(grey);
-        value->setBackground(grey);
-    }
+    if (data.background)
+        Mark({label, value}, m_grid->palette(), EGridMark::eSubHeading);
     const bool fixed = data.readOnly || data.subHeading;
     Qt::ItemFlags flags = Qt::ItemIsEnabled | Qt::ItemIsSelectable;
     if (!fixed && data.cell != ESettingsCell::Font)

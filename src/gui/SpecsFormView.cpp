@@ -54,7 +54,7 @@ void CSpecsFormView::Refresh() {
         auto* id = NumberItem(spec.id);
         auto* scope = ReadOnlyItem(Q(spec.scope));
         if (!spec.available) {
-            GreyOut({name, id, scope}, m_grid->font(),
+            GreyOut(m_grid, {name, id, scope},
                     tr("This spec is no longer offered to the standard: once unchecked and "
                        "applied, it cannot be checked again."));
         }

@@ -7,6 +7,7 @@
 #include "support/TestSupport.h"
 
 #include <gtest/gtest.h>
+#include <map>
 
 namespace fs = std::filesystem;
 using test::WriteBytes;
@@ -173,6 +174,27 @@ TEST_F(StandardComparisonTest, DeliberatelyDifferentStandardsMarkExactlyTheirDif
                   L"255,0,0,1, CONTINUOUS, 0.25 mm",
                   L"ISOMETRIC - System Toggles | BW Elbows | Curved | Square",
               }));
+    // The counts the window shows: per section with differences, and in all.
+    const SCompareCounts counts = CountCompareDifferences(result);
+    EXPECT_EQ(counts.total, 17u);
+    std::map<std::wstring, std::size_t> sections;
+    for (std::size_t i = 0; i < result.rows.size(); ++i) {
+        if (result.rows[i].kind == Kind::eHeading && counts.underHeading[i] > 0)
+            sections[result.rows[i].label] = counts.underHeading[i];
+    }
+    EXPECT_EQ(sections, (std::map<std::wstring, std::size_t>{
+                            {L"General Settings", 2},
+                            {L"File Locations", 2},
+                            {L"Border Settings", 2},
+                            {L"Lines", 3},
+                            {L"Specs", 2},
+                            {L"ELECTRIC - Scale Factors", 1},
+                            {L"ELECTRIC - Dimensioning Variables", 1},
+                            {L"P&ID - General Drawing Parameters", 1},
+                            {L"P&ID - System Toggles", 1},
+                            {L"PID - Layers", 1},
+                            {L"ISOMETRIC - System Toggles", 1},
+                        }));
     // Numbered keys sort by number, other keys by character code.
     EXPECT_EQ(Section(result, L"Lines"), (Rows{L"20-B | checked | checked", L"100-A | checked | ",
                                                L"3,000-C |  | checked", L"Line X | checked | "}));
@@ -259,6 +281,59 @@ TEST_F(StandardComparisonTest, AnUnsetOrUnknownSideGivesNoRows) {
         EXPECT_EQ(result.header1, header1);
         EXPECT_EQ(result.header2, L"Standard 2");
         EXPECT_EQ(result.reason, reason);
+    }
+}
+
+// Rows written one letter each: H a section heading, S a sub-heading, v a
+// value both standards share, d one that differs.
+SComparison Shaped(const std::string& shape) {
+    SComparison comparison;
+    for (const char c : shape) {
+        SCompareRow row;
+        row.kind = c == 'H' ? Kind::eHeading : c == 'S' ? Kind::eSubHeading : Kind::eValue;
+        row.differ = c == 'd';
+        comparison.rows.push_back(row);
+    }
+    return comparison;
+}
+
+TEST(CompareCountsTest, EachHeadingCountsTheDifferencesUpToItsNextHeading) {
+    const std::tuple<std::string, std::size_t, std::vector<std::size_t>> cases[] = {
+        {"", 0, {}},
+        {"vv", 0, {0, 0}},
+        {"dvH", 1, {0, 0, 0}}, // values before the first heading belong to none
+        {"HdSddvHv", 3, {3, 0, 2, 0, 0, 0, 0, 0}},
+        {"HSdHSvSd", 2, {1, 1, 0, 1, 0, 0, 1, 0}},
+        {"SdHdd", 3, {1, 0, 2, 0, 0}}, // a sub-heading before any section heading
+        {"HSSH", 0, {0, 0, 0, 0}},
+    };
+    for (const auto& [shape, total, underHeading] : cases) {
+        const SCompareCounts counts = CountCompareDifferences(Shaped(shape));
+        EXPECT_EQ(counts.total, total) << shape;
+        EXPECT_EQ(counts.underHeading, underHeading) << shape;
+    }
+}
+
+TEST(CompareCountsTest, DifferencesOnlyKeepsTheHeadingsAndTheDifferingValues) {
+    const SComparison comparison = Shaped("HvdSvd");
+    const bool everything[] = {true, true, true, true, true, true};
+    const bool differing[] = {true, false, true, true, false, true};
+    for (std::size_t i = 0; i < comparison.rows.size(); ++i) {
+        EXPECT_EQ(CompareRowShown(comparison.rows[i], false), everything[i]) << i;
+        EXPECT_EQ(CompareRowShown(comparison.rows[i], true), differing[i]) << i;
+    }
+}
+
+TEST(CompareCountsTest, CountTexts) {
+    const std::tuple<std::size_t, std::wstring, std::wstring> cases[] = {
+        {0, L"No differences", L"Lines"},
+        {1, L"1 difference", L"Lines (1 difference)"},
+        {2, L"2 differences", L"Lines (2 differences)"},
+        {1200, L"1200 differences", L"Lines (1200 differences)"},
+    };
+    for (const auto& [count, text, heading] : cases) {
+        EXPECT_EQ(CompareDifferencesText(count), text);
+        EXPECT_EQ(CompareHeadingText(L"Lines", count), heading);
     }
 }
 

@@ -123,6 +123,14 @@ struct SGuiWorld {
         return path;
     }
 
+    // A new standard of no client, metric (`units` 0) or imperial (1); its
+    // id, 0 when it cannot be made.
+    std::int32_t CreateStandard(const wchar_t* name, int units = 0) {
+        std::int32_t id = 0;
+        const SNewProject project{name, units, units == 0 ? 1 : 2, 0, false};
+        return core.projects.CreateProject(project, id) == eProjectOk ? id : 0;
+    }
+
     // A file in a standard's folder.
     std::filesystem::path StandardFile(std::int32_t id, const wchar_t* name) const {
         return test::P(core.projects.StandardFile(id, name));

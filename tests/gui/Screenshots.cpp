@@ -1,8 +1,8 @@
 // Takes the screenshots a reviewer looks at: the main window, an open
 // settings page, each page of a standard, the question on closing a modified
-// one, the comparison and the drawings list, on a seeded datafiles folder;
-// with --dark, under a dark palette. Run by tests/gui/screenshots.sh under
-// Xvfb.
+// one, the comparison (whole and differences only) and the drawings list, on
+// a seeded datafiles folder; with --dark, under a dark palette. Run by
+// tests/gui/screenshots.sh under Xvfb.
 #include "gui/CompareWindow.h"
 #include "gui/DatafilesChooser.h"
 #include "gui/DrawingsFormView.h"
@@ -16,6 +16,7 @@
 #include "store/IniRegistry.h"
 
 #include <QApplication>
+#include <QCheckBox>
 #include <QDir>
 #include <QMdiSubWindow>
 #include <QMessageBox>
@@ -139,6 +140,12 @@ int main(int argc, char** argv) {
         qobject_cast<CCompareWindow*>(frame.Documents()->activeSubWindow()->widget());
     CCompareProjectsFormView::SelectStandard(comparison->Selector()->Lower(), 2);
     Save(&frame, out, QStringLiteral("comparison.png"));
+
+    {
+        // The same comparison with only the settings the two do not share.
+        comparison->findChild<QCheckBox*>(QStringLiteral("differencesOnly"))->setChecked(true);
+        Save(&frame, out, QStringLiteral("compare-differences-only.png"));
+    }
 
     // The settings grid used from the keyboard: the current cell framed.
     frame.OpenStandard(1);

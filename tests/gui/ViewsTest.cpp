@@ -26,12 +26,8 @@ class ViewsTest : public QObject {
     std::unique_ptr<CMainFrame> frame;
 
     std::int32_t Create(const wchar_t* name, int units = 0) {
-        std::int32_t id = 0;
-        [&] {
-            QCOMPARE(
-                world->core.projects.CreateProject({name, units, units == 0 ? 1 : 2, 0, false}, id),
-                eProjectOk);
-        }();
+        const std::int32_t id = world->CreateStandard(name, units);
+        [&] { QVERIFY(id > 0); }();
         return id;
     }
     std::wstring Folder(std::int32_t id) { return world->core.projects.StandardFile(id, L""); }
