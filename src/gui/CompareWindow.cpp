@@ -1,5 +1,7 @@
 #include "gui/CompareWindow.h"
 
+#include "gui/Layout.h"
+
 #include "editors/CompareReport.h"
 #include "gui/Grid.h"
 #include "gui/QtText.h"
@@ -126,6 +128,11 @@ CCompareSettingsFormView::CCompareSettingsFormView(CStandardsCore& core, IPageHo
     header->setSectionResizeMode(0, QHeaderView::Interactive);
     header->setSectionResizeMode(1, QHeaderView::Stretch);
     header->setSectionResizeMode(2, QHeaderView::Stretch);
+    // A label column the user sizes keeps that size, in later comparisons too.
+    connect(header, &QHeaderView::sectionResized, this, [this](int column, int, int width) {
+        if (column == 0 && !m_fitting)
+            layout::SetColumnWidth(kLabelColumnKey, width);
+    });
     m_differencesOnly->setToolTip(tr("Hide the settings both standards share"));
     auto* layout = new QVBoxLayout(this);
     layout->addWidget(m_grid, 1);
@@ -221,7 +228,11 @@ void CCompareSettingsFormView::ShowRows() {
 }
 
 void CCompareSettingsFormView::FitColumns() {
-    m_grid->setColumnWidth(0, std::min(m_nLabelWidth, m_grid->viewport()->width() * 2 / 5));
+    const int chosen = layout::ColumnWidth(kLabelColumnKey);
+    m_fitting = true;
+    m_grid->setColumnWidth(
+        0, chosen > 0 ? chosen : std::min(m_nLabelWidth, m_grid->viewport()->width() * 2 / 5));
+    m_fitting = false;
 }
 
 void CCompareSettingsFormView::resizeEvent(QResizeEvent* event) {
@@ -259,6 +270,7 @@ CCompareWindow::CCompareWindow(CStandardsCore& core, IPageHost& host, std::int32
     setWindowTitle(tr("Compare Standards"));
     setStretchFactor(1, 1);
     setSizes({260, 900});
+    layout::KeepSizes(this, QStringLiteral("compare/split"));
     connect(m_selector, &CCompareProjectsFormView::Standard1Chosen, this, [this](std::int32_t id) {
         m_result->Comparison().SetStandard1(id);
         m_result->Rebuild();

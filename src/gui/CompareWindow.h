@@ -68,7 +68,9 @@ private:
     IPageHost& m_host;
     CVX2D_StandardComparison m_comparison;
     QTableWidget* m_grid;
-    int m_nLabelWidth = 0; // the widest label in pixels
+    int m_nLabelWidth = 0;  // the widest label in pixels
+    bool m_fitting = false; // the program, not the user, sizes the label column
+    static constexpr const char* kLabelColumnKey = "compare/labelColumn";
     QCheckBox* m_differencesOnly;
     QLabel* m_count;
     QPushButton* m_help;

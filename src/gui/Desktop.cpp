@@ -13,7 +13,19 @@
 #include <QSplashScreen>
 #include <optional>
 
+QIcon ApplicationIcon() {
+    // The pictures are built into this library; the linker keeps them only
+    // when asked for by name.
+    Q_INIT_RESOURCE(icons);
+    QIcon icon;
+    for (const int size : {16, 24, 32, 48, 64, 128, 256})
+        icon.addFile(QStringLiteral(":/icons/standards-desk-%1.png").arg(size), QSize(size, size));
+    return icon;
+}
+
 int RunDesktop(const SDesktopRun& run, IPrompter& boxes, IFileDialogs& dialogs) {
+    QApplication::setWindowIcon(ApplicationIcon());
+    QGuiApplication::setDesktopFileName(QStringLiteral("standards-desk"));
     // Long work asks its questions from a worker thread.
     CGuiThreadPrompter prompter(boxes);
     std::wstring folder;

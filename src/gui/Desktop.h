@@ -8,6 +8,7 @@
 #include "store/IniRegistry.h"
 #include "store/Prompter.h"
 
+#include <QIcon>
 #include <functional>
 #include <memory>
 #include <string>
@@ -28,6 +29,10 @@ struct SDesktopRun {
     // Each main window once it is shown.
     std::function<void(CMainFrame&)> shown;
 };
+
+// The program's own icon in every size it comes in: for its windows, and
+// the same picture the desktop entry names.
+QIcon ApplicationIcon();
 
 // The program's exit code.
 int RunDesktop(const SDesktopRun& run, IPrompter& prompter, IFileDialogs& dialogs);

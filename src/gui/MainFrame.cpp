@@ -5,6 +5,7 @@
 #include "gui/BackgroundWork.h"
 #include "gui/CompareWindow.h"
 #include "gui/DatafilesChooser.h"
+#include "gui/Layout.h"
 #include "gui/NavigatorDlg.h"
 #include "gui/NewStandardWizard.h"
 #include "gui/QtText.h"
@@ -161,10 +162,28 @@ void CMainFrame::CreateMenus() {
     view->addAction(m_showDeleted);
     view->addAction(Action(eCmdRefresh));
 
+    // The documents are tabs: the menu moves between them and closes them.
     QMenu* window = menuBar()->addMenu(tr("&Window"));
-    window->addAction(tr("&Cascade"), m_documents, &QMdiArea::cascadeSubWindows);
-    window->addAction(tr("&Tile"), m_documents, &QMdiArea::tileSubWindows);
-    window->addAction(tr("Close &All"), m_documents, &QMdiArea::closeAllSubWindows);
+    QAction* next = window->addAction(tr("&Next Tab"), QKeySequence::NextChild, m_documents,
+                                      &QMdiArea::activateNextSubWindow);
+    QAction* previous = window->addAction(tr("&Previous Tab"), QKeySequence::PreviousChild,
+                                          m_documents, &QMdiArea::activatePreviousSubWindow);
+    window->addSeparator();
+    QAction* closeTab = window->addAction(tr("&Close Tab"), QKeySequence::Close, this, [this] {
+        if (QMdiSubWindow* active = m_documents->activeSubWindow())
+            active->close();
+    });
+    closeTab->setObjectName(QStringLiteral("closeTabAction"));
+    QAction* closeAll =
+        window->addAction(tr("Close &All Tabs"), m_documents, &QMdiArea::closeAllSubWindows);
+    connect(window, &QMenu::aboutToShow, this, [=, this] {
+        const bool any = m_documents->activeSubWindow() != nullptr;
+        const bool several = m_documents->subWindowList().size() > 1;
+        for (QAction* action : {closeTab, closeAll})
+            action->setEnabled(any);
+        for (QAction* action : {next, previous})
+            action->setEnabled(several);
+    });
 
     QMenu* help = menuBar()->addMenu(tr("&Help"));
     help->addAction(tr("&Help..."), QKeySequence::HelpContents, this,
@@ -280,6 +299,8 @@ void CMainFrame::OpenStandard(std::int32_t standardId) {
     auto* document = new CStandardDocument(m_core, *this, standardId);
     QMdiSubWindow* window = m_documents->addSubWindow(document);
     window->setAttribute(Qt::WA_DeleteOnClose);
+    window->setWindowIcon(QIcon::fromTheme(QStringLiteral("x-office-document"),
+                                           style()->standardIcon(QStyle::SP_FileIcon)));
     window->showMaximized();
 }
 
@@ -287,6 +308,7 @@ void CMainFrame::OpenComparison(std::int32_t standardId) {
     auto* comparison = new CCompareWindow(m_core, *this, standardId);
     QMdiSubWindow* window = m_documents->addSubWindow(comparison);
     window->setAttribute(Qt::WA_DeleteOnClose);
+    window->setWindowIcon(Action(eCmdCompareStandards)->icon());
     window->showMaximized();
 }
 
@@ -360,6 +382,15 @@ void CMainFrame::SwitchDatafilesFolder(EDatafilesPick pick) {
     choice.Remember(W(folder));
 }
 
+void CMainFrame::showEvent(QShowEvent* event) {
+    // The dock and toolbar where the user left them, once the window has its size.
+    if (!m_layoutRestored) {
+        m_layoutRestored = true;
+        restoreState(layout::Value(QStringLiteral("window/state")));
+    }
+    QMainWindow::showEvent(event);
+}
+
 void CMainFrame::closeEvent(QCloseEvent* event) {
     for (QMdiSubWindow* window : m_documents->subWindowList()) {
         if (!window->close()) {
@@ -368,6 +399,7 @@ void CMainFrame::closeEvent(QCloseEvent* event) {
             return;
         }
     }
+    layout::SetValue(QStringLiteral("window/state"), saveState());
     const QRect frame = geometry();
     m_core.profile.SetString(L"Application", L"WindowPosition",
                              fmt::format(L"{},{},{},{}", frame.left(), frame.top(),

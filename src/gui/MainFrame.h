@@ -61,6 +61,7 @@ protected:
     // Quitting closes every window first; one that stays open (a page kept
     // after its question) keeps the program running.
     void closeEvent(QCloseEvent* event) override;
+    void showEvent(QShowEvent* event) override;
 
 private:
     void CreateActions();
@@ -86,4 +87,5 @@ private:
     QLabel* m_folder = nullptr;
     COpener m_opener;
     QString m_nextFolder;
+    bool m_layoutRestored = false;
 };

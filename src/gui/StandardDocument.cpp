@@ -1,5 +1,7 @@
 #include "gui/StandardDocument.h"
 
+#include "gui/Layout.h"
+
 #include "datafile/Application.h"
 #include "gui/BordersFormView.h"
 #include "gui/DrawingsFormView.h"
@@ -93,6 +95,7 @@ CStandardDocument::CStandardDocument(CStandardsCore& core, IPageHost& host, std:
                                   tr("Choose a page of this standard on the left."), m_view));
     setStretchFactor(1, 1);
     setSizes({260, 740});
+    layout::KeepSizes(this, QStringLiteral("standard/split"));
     connect(m_tree, &QTreeWidget::currentItemChanged, this,
             [this](QTreeWidgetItem* item) { ShowPage(item); });
 }

@@ -10,13 +10,18 @@
 #include "gui/QtText.h"
 
 #include <QComboBox>
+#include <QDockWidget>
 #include <QFileInfo>
+#include <QHeaderView>
 #include <QLabel>
 #include <QLineEdit>
 #include <QMdiArea>
 #include <QMdiSubWindow>
 #include <QProgressDialog>
 #include <QPushButton>
+#include <QSettings>
+#include <QSplitter>
+#include <QTableWidget>
 #include <QThread>
 #include <QTimer>
 
@@ -281,6 +286,46 @@ private slots:
         QCOMPARE(onWorker, 0);
         QCOMPARE(notBusy, 0);
         QVERIFY(!QApplication::overrideCursor());
+    }
+
+    void theSizesTheUserGaveAreKeptForTheNextWindows() {
+        QSettings(QSettings::IniFormat, QSettings::UserScope, QStringLiteral("VANDIX"),
+                  QStringLiteral("standards-desk-layout"))
+            .clear();
+        auto* dock = frame->findChild<QDockWidget*>(QStringLiteral("navigatorDock"));
+        frame->resize(1200, 800);
+        QApplication::processEvents();
+        frame->resizeDocks({dock}, {420}, Qt::Horizontal);
+        QApplication::processEvents();
+        QVERIFY(OpenStandardPage(*frame, {QStringLiteral("Tank")}, {QStringLiteral("Lines")}));
+        const auto document = [&] {
+            return frame->Documents()->activeSubWindow()->findChild<QSplitter*>(
+                QStringLiteral("standardDocument"));
+        };
+        document()->setSizes({333, 600});
+        QVERIFY(frame->Documents()->activeSubWindow()->close());
+        Select({QStringLiteral("Tank")});
+        Trigger(eCmdCompareStandards);
+        auto* grid = frame->findChild<QTableWidget*>(QStringLiteral("compareGrid"));
+        QVERIFY(grid);
+        grid->horizontalHeader()->resizeSection(0, 277);
+        QVERIFY(frame->Documents()->activeSubWindow()->close());
+        QVERIFY(frame->close());
+
+        frame = std::make_unique<CMainFrame>(world->core, world->dialogs);
+        frame->resize(1200, 800);
+        frame->show();
+        QApplication::processEvents();
+        QCOMPARE(frame->findChild<QDockWidget*>(QStringLiteral("navigatorDock"))->width(), 420);
+        QVERIFY(OpenStandardPage(*frame, {QStringLiteral("Tank")}, {QStringLiteral("Lines")}));
+        QCOMPARE(document()->sizes().value(0), 333);
+        Trigger(eCmdCompareStandards);
+        grid = frame->Documents()->activeSubWindow()->findChild<QTableWidget*>(
+            QStringLiteral("compareGrid"));
+        QCOMPARE(grid->columnWidth(0), 277);
+        QSettings(QSettings::IniFormat, QSettings::UserScope, QStringLiteral("VANDIX"),
+                  QStringLiteral("standards-desk-layout"))
+            .clear();
     }
 
     void longWorkShowsItsProgressAndCancelStopsIt() {

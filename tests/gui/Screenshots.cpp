@@ -3,8 +3,10 @@
 // one, the comparison (whole and differences only) and the drawings list, on
 // a seeded datafiles folder; with --dark, under a dark palette. Run by
 // tests/gui/screenshots.sh under Xvfb.
+#include "gui/BackgroundWork.h"
 #include "gui/CompareWindow.h"
 #include "gui/DatafilesChooser.h"
+#include "gui/Desktop.h"
 #include "gui/DrawingsFormView.h"
 #include "gui/FileDialogs.h"
 #include "gui/MainFrame.h"
@@ -24,7 +26,9 @@
 #include <QScreen>
 #include <QStyleFactory>
 #include <QTableWidget>
+#include <QThread>
 #include <QTimer>
+#include <atomic>
 
 namespace {
 
@@ -58,6 +62,7 @@ QPalette DarkPalette() {
 int main(int argc, char** argv) {
     QApplication application(argc, argv);
     QApplication::setApplicationDisplayName(QStringLiteral("Standards Desk"));
+    QApplication::setWindowIcon(ApplicationIcon());
     const QStringList args = QApplication::arguments();
     const QString datafiles = args.value(args.indexOf(QStringLiteral("--datafiles")) + 1);
     const QString out = args.value(args.indexOf(QStringLiteral("--out")) + 1);
@@ -160,5 +165,23 @@ int main(int argc, char** argv) {
     grid->setFocus();
     grid->setCurrentCell(3, 1);
     Save(&frame, out, QStringLiteral("settings-keyboard.png"));
+
+    {
+        // A copy with its drawings under way: the whole screen, dialog and all.
+        CBackgroundWork::showAfterMs = 0;
+        std::atomic<bool> taken{false};
+        QTimer::singleShot(600, [&] {
+            QApplication::primaryScreen()->grabWindow(0).save(out +
+                                                              QStringLiteral("/copy-progress.png"));
+            taken = true;
+        });
+        frame.RunLong(L"Copying standard 'Refinery Metric'...", true,
+                      [&](const CProgress& progress) {
+                          while (!taken) {
+                              progress(121u << 20, 288u << 20, L"Drawings/PID/P-100.dwg");
+                              QThread::msleep(20);
+                          }
+                      });
+    }
     return 0;
 }

@@ -152,8 +152,8 @@ private slots:
         QCOMPARE(view->List()->topLevelItemCount(), 3);
         QCOMPARE(view->List()->currentItem()->text(0), QStringLiteral("Drawing1"));
 
-        // A label typed over renames the file; the list shows the new name.
-        view->List()->editItem(view->List()->currentItem(), 0);
+        // The new drawing's label is open for its name; what is typed there
+        // renames the file and the list shows the new name.
         auto* editor = view->List()->findChild<QLineEdit*>();
         QVERIFY(editor);
         editor->setText(QStringLiteral("Feed"));

@@ -1,13 +1,13 @@
 #!/usr/bin/env bash
 # Screenshots of the desktop program on a seeded datafiles folder, under
-# Xvfb, into <build>/screenshots/ (and its dark/ for a dark palette): the
+# Xvfb, into <build>/screenshots/ (dark-<name>.png under a dark palette): the
 # main window, each page of a standard, the question on closing a modified
 # one, the drawings list and the comparison. Look at them after changing a
 # view. The build folder is build/ unless SD_BUILD_DIR names another.
 set -euo pipefail
 cd "$(dirname "$0")/../.."
 build=${SD_BUILD_DIR:-build}
-cmake --build "$build" --target gui_screenshots standards-desk-cli >/dev/null
+cmake --build "$build" --target gui_screenshots standards-desk-cli sd_shipped_data >/dev/null
 
 work=$(mktemp -d)
 trap 'rm -rf "$work"' EXIT
@@ -29,5 +29,8 @@ for name in P-100 P-101 P-200; do head -c 40000 /dev/urandom > "$data/Drawings/P
 
 shots="$build"/screenshots
 xvfb-run -a -s "-screen 0 1280x800x24" "$build"/bin/gui_screenshots --datafiles "$data" --out "$shots"
-xvfb-run -a -s "-screen 0 1280x800x24" "$build"/bin/gui_screenshots --datafiles "$data" --out "$shots"/dark --dark
-ls "$shots" "$shots"/dark
+# The dark palette's pictures beside the light ones, as dark-<name>.png.
+xvfb-run -a -s "-screen 0 1280x800x24" "$build"/bin/gui_screenshots --datafiles "$data" --out "$work"/dark --dark
+for shot in "$work"/dark/*.png; do mv "$shot" "$shots/dark-$(basename "$shot")"; done
+rm -rf "$shots"/dark
+ls "$shots"
