@@ -28,6 +28,7 @@ void CNavigatorController::Error(const std::wstring& text) {
     // Says why a datafile could not be changed: another workstation is
     // updating it, the share is read-only for this user, the disk is full.
     m_prompter.Show(WithDatafileProblem(text), EPromptIcon::Stop);
+    m_outcome = text.substr(0, text.find(L'\n'));
 }
 
 void CNavigatorController::Rebuild() {
@@ -172,6 +173,7 @@ void CNavigatorController::Execute(ENavCommand command) {
     if (!Applies(command))
         return;
     ClearDatafileProblem();
+    m_outcome.clear();
     const CNavItem* item = m_tree.Find(m_selection);
     switch (command) {
     case eCmdNewClient:
@@ -220,6 +222,7 @@ void CNavigatorController::NewClient() {
         return;
     }
     const std::uint64_t item = m_tree.Insert(0, name, id, eNavClient);
+    m_outcome = fmt::format(L"Client '{}' created", name);
     Select(item);
     BeginRename();
 }
@@ -234,6 +237,7 @@ void CNavigatorController::BeginRename() {
 
 bool CNavigatorController::EndLabelEdit(const std::optional<std::wstring>& newText) {
     ClearDatafileProblem();
+    m_outcome.clear();
     const CNavItem* item = m_tree.Find(m_editing);
     m_editing = 0;
     if (!item || !newText || *newText == m_editOldText)
@@ -247,12 +251,15 @@ bool CNavigatorController::EndLabelEdit(const std::optional<std::wstring>& newTe
         }
         // Show the name as the registry stored it, trimmed.
         m_tree.SetText(item->handle, CVX2D_ProjectRegistry::StoredName(*newText));
+        m_outcome = fmt::format(L"Standard '{}' renamed to '{}'", m_editOldText,
+                                CVX2D_ProjectRegistry::StoredName(*newText));
     } else {
         if (!m_clients.RenameClient(item->id, *newText)) {
             Error(RenameClientErrorText(m_editOldText, *newText));
             return false;
         }
         m_tree.SetText(item->handle, *newText);
+        m_outcome = fmt::format(L"Client '{}' renamed to '{}'", m_editOldText, *newText);
     }
     const CNavItem* parent = m_tree.Parent(item->handle);
     m_tree.SortChildren(parent ? parent->handle : 0);
@@ -273,6 +280,7 @@ void CNavigatorController::DeleteClient() {
         Error(DeleteClientErrorText(name));
         return;
     }
+    m_outcome = fmt::format(L"Client '{}' deleted; its standards are kept", name);
     Rebuild();
 }
 
@@ -289,6 +297,7 @@ void CNavigatorController::NewStandard() {
              owner && owner->image == eNavClient)
         parent = owner->handle;
     Select(m_tree.Insert(parent, name, id, eNavStandard));
+    m_outcome = fmt::format(L"Standard '{}' created", name);
 }
 
 void CNavigatorController::CopyStandard() {
@@ -306,13 +315,17 @@ void CNavigatorController::CopyStandard() {
                                 return !stopped;
                             });
                     });
-    if (stopped)
-        return; // the user stopped it: nothing to tell
-    if (result != eProjectOk) {
-        Error(
-            fmt::format(L"{}\n\n{}", CopyStandardErrorText(item->text), ProjectResultText(result)));
+    const std::wstring name = item->text;
+    if (stopped) {
+        // The user stopped it: no box, only a word in the status bar.
+        m_outcome = fmt::format(L"Copying standard '{}' was stopped; nothing was copied", name);
         return;
     }
+    if (result != eProjectOk) {
+        Error(fmt::format(L"{}\n\n{}", CopyStandardErrorText(name), ProjectResultText(result)));
+        return;
+    }
+    m_outcome = fmt::format(L"Standard '{}' copied as '{}'", name, newName);
     Rebuild();
 }
 
@@ -329,6 +342,7 @@ void CNavigatorController::MarkDeleted() {
                           ProjectResultText(result)));
         return;
     }
+    m_outcome = fmt::format(L"Standard '{}' marked as deleted", item->text);
     if (DeletedShown()) {
         m_tree.SetImage(item->handle, eNavDeleted);
     } else {
@@ -346,6 +360,7 @@ void CNavigatorController::Recover() {
         return;
     }
     m_tree.SetImage(item->handle, eNavStandard);
+    m_outcome = fmt::format(L"Standard '{}' recovered", item->text);
 }
 
 void CNavigatorController::Purge() {
@@ -374,8 +389,12 @@ void CNavigatorController::Purge() {
     }
     // A folder that could not be deleted keeps the standard in the deleted
     // list; it stays in the tree and with its client then.
-    if (!gone)
+    if (!gone) {
+        m_outcome =
+            fmt::format(L"Standard '{}' is still listed: its folder could not be deleted", name);
         return;
+    }
+    m_outcome = fmt::format(L"Standard '{}' purged", name);
     m_tree.Remove(item->handle);
     m_selection = 0;
 }

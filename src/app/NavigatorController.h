@@ -108,6 +108,10 @@ public:
     // Runs a menu command on the selection; silently nothing when it does not
     // apply. Rename commands start label editing (EditingItem).
     void Execute(ENavCommand command);
+    // What the last command or label edit did, in a line for the status
+    // bar ("Standard 'Pipe' copied as 'Copy of Pipe'"); empty when it did
+    // nothing to tell.
+    const std::wstring& Outcome() const { return m_outcome; }
     // Label editing ended: nullopt when cancelled. True when the view should
     // keep the new label.
     bool EndLabelEdit(const std::optional<std::wstring>& newText);
@@ -140,4 +144,5 @@ private:
     std::uint64_t m_selection = 0;
     std::uint64_t m_editing = 0;
     std::wstring m_editOldText;
+    std::wstring m_outcome;
 };

@@ -55,11 +55,17 @@ CMainFrame::CMainFrame(CStandardsCore& core, IFileDialogs& dialogs, QWidget* par
     m_folder = new QLabel(this);
     m_folder->setObjectName(QStringLiteral("datafilesFolder"));
     m_folder->setTextInteractionFlags(Qt::TextSelectableByMouse);
+    m_result = new QLabel(this);
+    m_result->setObjectName(QStringLiteral("lastResult"));
     statusBar()->addWidget(m_status);
+    statusBar()->addWidget(m_result, 1);
     statusBar()->addPermanentWidget(m_folder);
     connect(m_panel, &CNavigatorDlg::CommandRequested, this, &CMainFrame::RunCommand);
     connect(m_panel->Tree(), &CNavigatorTreeCtrl::ContextMenuWanted, this, &CMainFrame::ShowPopup);
-    connect(m_panel->Tree(), &CNavigatorTreeCtrl::Renamed, this, &CMainFrame::SyncDocuments);
+    connect(m_panel->Tree(), &CNavigatorTreeCtrl::Renamed, this, [this] {
+        ShowOutcome(m_navigator.Outcome());
+        SyncDocuments();
+    });
     connect(m_panel->Tree(), &CNavigatorTreeCtrl::SelectionChanged, this, [this] {
         for (const auto& [command, action] : m_actions)
             action->setEnabled(m_navigator.Applies(command));
@@ -207,6 +213,9 @@ void CMainFrame::CreateMenus() {
 
 void CMainFrame::RunCommand(ENavCommand command) {
     m_navigator.Execute(command);
+    // Export and import tell their own outcome.
+    if (!m_navigator.Outcome().empty())
+        ShowOutcome(m_navigator.Outcome());
     m_showDeleted->setChecked(m_navigator.DeletedShown());
     m_panel->Tree()->Render();
     emit m_panel->Tree()->SelectionChanged();
@@ -263,9 +272,13 @@ void CMainFrame::ExportStandard(std::int32_t standardId, const std::wstring& nam
                                             Q(m_transfer.ProposedExportFile(name)));
     if (file.isEmpty())
         return;
-    CBackgroundWork::Run(
-        this, tr("Exporting standard '%1'...").arg(Q(name)), true,
-        [&](const CProgress& progress) { m_transfer.Export(standardId, W(file), progress); });
+    bool exported = false;
+    CBackgroundWork::Run(this, tr("Exporting standard '%1'...").arg(Q(name)), true,
+                         [&](const CProgress& progress) {
+                             exported = m_transfer.Export(standardId, W(file), progress);
+                         });
+    ShowOutcome(exported ? fmt::format(L"Standard '{}' exported to {}", name, W(file))
+                         : fmt::format(L"Standard '{}' was not exported", name));
 }
 
 void CMainFrame::ImportStandards(std::int32_t clientId) {
@@ -278,9 +291,16 @@ void CMainFrame::ImportStandards(std::int32_t clientId) {
     std::vector<std::wstring> chosen;
     for (const QString& file : files)
         chosen.push_back(W(file));
+    if (chosen.empty())
+        return;
+    std::vector<CStandardTransfer::SImported> imported;
     CBackgroundWork::Run(this, tr("Importing standards..."), true, [&](const CProgress& progress) {
-        m_transfer.Import(chosen, clientId, *oldFormat, progress);
+        imported = m_transfer.Import(chosen, clientId, *oldFormat, progress);
     });
+    const auto made = std::count_if(imported.begin(), imported.end(),
+                                    [](const auto& standard) { return standard.id != 0; });
+    ShowOutcome(made == 1 ? std::wstring(L"1 standard imported")
+                          : fmt::format(L"{} standards imported", made));
 }
 
 void CMainFrame::RunLong(const std::wstring& text, bool canStop,
@@ -328,6 +348,11 @@ void CMainFrame::UpdateTitle() {
     // The desktop adds the program's name after the title.
     QMdiSubWindow* window = m_documents->activeSubWindow();
     setWindowTitle(window ? window->windowTitle() : QString());
+}
+
+void CMainFrame::ShowOutcome(const std::wstring& text) {
+    m_result->setText(Q(text));
+    m_result->setToolTip(Q(text));
 }
 
 void CMainFrame::UpdateStatus() {

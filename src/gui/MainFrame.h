@@ -72,6 +72,8 @@ private:
     void SyncDocuments();
     // The status bar: how many standards, which datafiles folder.
     void UpdateStatus();
+    // The last operation's result, in the status bar until the next one.
+    void ShowOutcome(const std::wstring& text);
     QAction* AddCommand(ENavCommand command, const QString& text,
                         const QKeySequence& shortcut = {});
 
@@ -85,6 +87,7 @@ private:
     QAction* m_showDeleted = nullptr;
     QLabel* m_status = nullptr;
     QLabel* m_folder = nullptr;
+    QLabel* m_result = nullptr;
     COpener m_opener;
     QString m_nextFolder;
     bool m_layoutRestored = false;

@@ -212,6 +212,7 @@ TEST_F(NavigatorTest, RenameSaysWhatFailedAndKeepsTheOldLabel) {
     nav.Select(Item({L"Zeta"}));
     nav.Execute(eCmdRenameClient);
     EXPECT_FALSE(nav.EndLabelEdit(L"\u20acuro"));
+    EXPECT_EQ(nav.Outcome(), L"Error renaming client from 'Zeta' to '\u20acuro'.");
     EXPECT_EQ(Texts(), (std::vector<std::wstring>{
                            L"Error renaming project from 'pipe' to 'a/b'.\n\nInvalid name",
                            L"Error renaming client from 'Zeta' to '\u20acuro'."}));
@@ -220,6 +221,7 @@ TEST_F(NavigatorTest, RenameSaysWhatFailedAndKeepsTheOldLabel) {
     nav.Select(Item({L"Zeta", L"pipe"}));
     nav.Execute(eCmdRenameStandard);
     EXPECT_TRUE(nav.EndLabelEdit(L" Able "));
+    EXPECT_EQ(nav.Outcome(), L"Standard 'pipe' renamed to 'Able'");
     EXPECT_EQ(Tree(), L"acme(0:2)[Tank(1:3) ] Loose(1:4) Zeta(0:1)[Able(1:1) Alpha(1:2) ] ");
 }
 
@@ -244,11 +246,16 @@ TEST_F(NavigatorTest, MarkDeletedRemovesOrGreysTheItemAndRecoverBringsItBack) {
               L"Are you sure you want to mark the standard 'Loose' as deleted?");
     EXPECT_EQ(prompter.asked.back().icon, EPromptIcon::Exclamation);
     EXPECT_EQ(Item({L"Loose"}), 0u);
+    EXPECT_EQ(nav.Outcome(), L"Standard 'Loose' marked as deleted");
     nav.Execute(eCmdShowDeleted);
     nav.Select(Item({L"Loose"}));
     EXPECT_EQ(nav.SelectionKind(), eNavDeleted);
     nav.Execute(eCmdRecoverStandard);
     EXPECT_EQ(nav.SelectionKind(), eNavStandard);
+    EXPECT_EQ(nav.Outcome(), L"Standard 'Loose' recovered");
+    prompter.answers = {EPromptAnswer::No};
+    nav.Execute(eCmdDeleteStandard);
+    EXPECT_EQ(nav.Outcome(), L"") << "a question answered No did nothing";
     prompter.answers = {EPromptAnswer::Yes};
     nav.Execute(eCmdDeleteStandard);
     EXPECT_EQ(nav.SelectionKind(), eNavDeleted) << "shown deleted standards keep their item";
@@ -288,6 +295,8 @@ TEST_F(NavigatorTest, CopyAndPurgeRunAsLongWorkAndAStoppedCopyLeavesNoTrace) {
                                       {L"Copying standard 'Tank'...", true}}));
         EXPECT_TRUE(prompter.asked.empty()) << "a stop is the user's own: no message";
         EXPECT_EQ(Item({L"Copy of Tank"}) != 0, !stop);
+        EXPECT_EQ(nav.Outcome(), stop ? L"Copying standard 'Tank' was stopped; nothing was copied"
+                                      : L"Standard 'Tank' copied as 'Copy of Tank'");
         EXPECT_EQ(registry.GetProjectName(6, true, true), stop ? L"" : L"Copy of Tank");
     }
     EXPECT_EQ(test::ReadBytes(FolderOf(6) / "Drawings" / "T-1.dwg"), "drawing");
@@ -302,6 +311,7 @@ TEST_F(NavigatorTest, CopyAndPurgeRunAsLongWorkAndAStoppedCopyLeavesNoTrace) {
     nav.Execute(eCmdPurgeStandard);
     EXPECT_EQ(owner.longWork, (std::vector<std::pair<std::wstring, bool>>{
                                   {L"Purging standard 'Copy of Tank'...", false}}));
+    EXPECT_EQ(nav.Outcome(), L"Standard 'Copy of Tank' purged");
     EXPECT_EQ(registry.GetProjectName(6, true, true), L"");
 }
 

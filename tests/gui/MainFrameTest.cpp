@@ -240,8 +240,16 @@ private slots:
         Select({QStringLiteral("Acme"), QStringLiteral("Pipe")});
         Trigger(eCmdExportStandard);
         QVERIFY(QFileInfo::exists(archive));
+        const auto result = [&] {
+            return frame->findChild<QLabel*>(QStringLiteral("lastResult"))->text();
+        };
+        QCOMPARE(result(), QStringLiteral("Standard 'Pipe' exported to ") + archive);
         world->prompter.answers = {EPromptAnswer::No};
         Trigger(eCmdImportStandards);
+        QCOMPARE(result(), QStringLiteral("1 standard imported"));
+        Select({QStringLiteral("Tank")});
+        Trigger(eCmdCopyStandard);
+        QCOMPARE(result(), QStringLiteral("Standard 'Tank' copied as 'Copy of Tank'"));
         QCOMPARE(world->dialogs.titles,
                  (QStringList{QStringLiteral("Save Standard As"),
                               QStringLiteral("Select the Exported files to Import")}));
