@@ -1,6 +1,7 @@
 # Installs the Debian packages the build needs when they are missing, and
 # xdg-utils, through whose xdg-open the desktop program opens drawings,
-# folders and help pages.
+# folders and help pages. dpkg-dev and file make the Debian package (cpack),
+# desktop-file-utils and appstream check its desktop entry and metadata.
 # Sourced by run.sh, test.sh and scripts/bench.sh. libsimpleini-dev, zip and
 # unzip are what the benchmarks measure the datafile engine and the archives
 # against.
@@ -8,7 +9,8 @@
 SD_PACKAGES=(cmake ninja-build g++ pkg-config libgtest-dev libgmock-dev libfmt-dev libcli11-dev
              nlohmann-json3-dev uuid-dev libbenchmark-dev libcurl4-openssl-dev libzip-dev zipcmp
              zipmerge ziptool qt6-base-dev libxkbcommon-dev fonts-dejavu-core xvfb xauth xdotool
-             x11-apps imagemagick locales util-linux libsimpleini-dev zip unzip xdg-utils)
+             x11-apps imagemagick locales util-linux libsimpleini-dev zip unzip xdg-utils
+             dpkg-dev file desktop-file-utils appstream)
 # Only CI's fuzz build: clang and its libFuzzer runtime.
 SD_CI_PACKAGES=(clang libclang-rt-14-dev)
 

@@ -137,6 +137,7 @@ void AddAllCommands(CLI::App& app, SCliContext& context) {
     cli::AddCompareCommands(app, context);
     cli::AddRestoreCommands(app, context);
     cli::AddReportCommands(app, context);
+    cli::AddCompletionCommands(app, context);
 }
 
 } // namespace cli

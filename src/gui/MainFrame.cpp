@@ -194,14 +194,18 @@ void CMainFrame::CreateMenus() {
     QMenu* help = menuBar()->addMenu(tr("&Help"));
     help->addAction(tr("&Help..."), QKeySequence::HelpContents, this,
                     [this] { ShowHelp(L"::/index.htm"); });
-    help->addAction(tr("&About"), this, [this] {
-        QMessageBox::about(
-            this, tr("About Standards Desk"),
-            tr("<b>Standards Desk %1</b><p>Drafting standards administration for the 2D Kryn "
-               "2023 suite.</p><p>Datafiles folder:<br>%2</p>")
-                .arg(QApplication::applicationVersion(),
-                     Q(m_core.installation.DatafilesPath()).toHtmlEscaped()));
-    });
+    help->addAction(tr("&About"), this,
+                    [this] {
+                        QMessageBox::about(
+                            this, tr("About Standards Desk"),
+                            tr("<b>Standards Desk %1</b><p>Drafting standards administration for "
+                               "the 2D Kryn "
+                               "2023 suite.</p><p>%2</p><p>Datafiles folder:<br>%3</p>")
+                                .arg(QStringLiteral(SD_VERSION),
+                                     QStringLiteral(SD_LICENSE).toHtmlEscaped(),
+                                     Q(m_core.installation.DatafilesPath()).toHtmlEscaped()));
+                    })
+        ->setObjectName(QStringLiteral("aboutAction"));
 
     QToolBar* tools = addToolBar(tr("Standard"));
     tools->setObjectName(QStringLiteral("toolbar"));

@@ -11,6 +11,7 @@
 #include <QDialog>
 #include <QLabel>
 #include <QMenuBar>
+#include <QMessageBox>
 #include <QTableWidget>
 #include <QTimer>
 
@@ -18,12 +19,12 @@ namespace fs = std::filesystem;
 
 namespace {
 
-// Runs `act` on the first modal dialog named `name` once it is up.
+// Runs `act` on the first modal dialog named `name` (any, when empty) once it is up.
 void WhenDialog(const QString& name, std::function<void(QDialog*)> act) {
     auto* timer = new QTimer;
     QObject::connect(timer, &QTimer::timeout, [timer, name, act] {
         auto* dialog = qobject_cast<QDialog*>(QApplication::activeModalWidget());
-        if (!dialog || dialog->objectName() != name)
+        if (!dialog || (!name.isEmpty() && dialog->objectName() != name))
             return;
         timer->stop();
         timer->deleteLater();
@@ -118,6 +119,20 @@ private slots:
         QVERIFY(!shown);
         QVERIFY2(reason.contains(QStringLiteral("cannot be reached")), qPrintable(reason));
         QVERIFY(fs::is_empty(work->Path()));
+    }
+
+    void aboutShowsTheVersionAndTheLicence() {
+        SGuiWorld world;
+        CMainFrame frame(world.core, world.dialogs);
+        frame.show();
+        QString text;
+        WhenDialog(QString(), [&](QDialog* box) {
+            text = qobject_cast<QMessageBox*>(box)->text();
+            box->accept();
+        });
+        MenuAction(frame, QStringLiteral("aboutAction"))->trigger();
+        QVERIFY2(text.contains(QStringLiteral("Standards Desk " SD_VERSION)), qPrintable(text));
+        QVERIFY2(text.contains(QStringLiteral(SD_LICENSE)), qPrintable(text));
     }
 
     void switchingAsksAboutUnsavedChangesFirstAndRemembersTheFolder() {
