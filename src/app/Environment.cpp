@@ -74,8 +74,9 @@ std::wstring CEnvironment::HelpTopicPath(const std::wstring& helpPath, const std
 #else
     const std::wstring page = topic.starts_with(L"::/") ? topic.substr(3) : topic;
     const std::wstring path = WithTrailingSeparator(helpPath) + page;
-    // A page missing from an installed help falls back to its first page.
-    if (!fs::exists(platform::ToPath(path), ec))
+    // A page missing from an installed help falls back to its first page; so
+    // does an empty topic, which would name the help folder itself.
+    if (page.empty() || !fs::is_regular_file(platform::ToPath(path), ec))
         return WithTrailingSeparator(helpPath) + L"index.htm";
     return path;
 #endif

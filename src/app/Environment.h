@@ -8,6 +8,10 @@
 
 class CEnvironment {
 public:
+    // The first page of the help, which the Help menu opens and every page
+    // links back to.
+    static constexpr const wchar_t* kIndexTopic = L"::/index.htm";
+
     explicit CEnvironment(const CInstallation& installation) : m_installation(installation) {}
 
     // "CommonProgramFiles" + "VANDIX/"; empty when the variable is not set.
@@ -26,6 +30,7 @@ public:
 
     // The page to show for a topic "::/X.htm" of the help at `helpPath`, or
     // nothing (with the message to show in `error`) when the help is missing.
+    // A topic without a page of its own (or no topic) shows the first page.
     static std::wstring HelpTopicPath(const std::wstring& helpPath, const std::wstring& topic,
                                       std::wstring& error);
 

@@ -82,6 +82,9 @@ std::wstring CompareHeadingText(const std::wstring& title, std::size_t differenc
 
 class CVX2D_StandardComparison {
 public:
+    // The topic the comparison's "Help..." opens.
+    static constexpr const wchar_t* kHelpTopic = L"::/Compare_Standards.htm";
+
     // An empty settings object of an application for a standard; tests
     // replace the catalogues through it.
     using CSettingsFactory = std::function<std::unique_ptr<CVX2D_ProjectSettingsBase>(

@@ -145,7 +145,7 @@ CCompareSettingsFormView::CCompareSettingsFormView(CStandardsCore& core, IPageHo
     buttons->addWidget(m_help);
     layout->addLayout(buttons);
     connect(m_help, &QPushButton::clicked, this,
-            [this] { m_host.ShowHelp(L"::/Compare_Standards.htm"); });
+            [this] { m_host.ShowHelp(CVX2D_StandardComparison::kHelpTopic); });
     connect(m_report, &QPushButton::clicked, this, &CCompareSettingsFormView::SaveReport);
     connect(m_differencesOnly, &QCheckBox::toggled, this, &CCompareSettingsFormView::ShowRows);
     Rebuild();

@@ -193,7 +193,7 @@ void CMainFrame::CreateMenus() {
 
     QMenu* help = menuBar()->addMenu(tr("&Help"));
     help->addAction(tr("&Help..."), QKeySequence::HelpContents, this,
-                    [this] { ShowHelp(L"::/index.htm"); });
+                    [this] { ShowHelp(CEnvironment::kIndexTopic); });
     help->addAction(tr("&About"), this,
                     [this] {
                         QMessageBox::about(

@@ -4,8 +4,14 @@
 # main window, each page of a standard, the question on closing a modified
 # one, the drawings list and the comparison. Look at them after changing a
 # view. The build folder is build/ unless SD_BUILD_DIR names another.
+#
+# With --help-images, the light pictures the help pages show are then copied
+# into resources/help/standards-desk/images/, made smaller (ImageMagick's
+# convert, where installed) so that the repository stays light.
 set -euo pipefail
 cd "$(dirname "$0")/../.."
+help_images=false
+[[ ${1:-} == --help-images ]] && help_images=true
 build=${SD_BUILD_DIR:-build}
 cmake --build "$build" --target gui_screenshots standards-desk-cli sd_shipped_data >/dev/null
 
@@ -34,3 +40,18 @@ xvfb-run -a -s "-screen 0 1280x800x24" "$build"/bin/gui_screenshots --datafiles 
 for shot in "$work"/dark/*.png; do mv "$shot" "$shots/dark-$(basename "$shot")"; done
 rm -rf "$shots"/dark
 ls "$shots"
+
+if $help_images; then
+  images=resources/help/standards-desk/images
+  mkdir -p "$images"
+  for name in main-window settings-page drawings page-layers page-lines page-specs \
+    page-general-settings page-file-locations page-border-settings comparison \
+    new-standard-wizard first-start; do
+    if command -v convert >/dev/null; then
+      convert "$shots/$name.png" -resize '960x960>' -strip -colors 128 "PNG8:$images/$name.png"
+    else
+      cp "$shots/$name.png" "$images/$name.png"
+    fi
+  done
+  echo "help pictures in $images"
+fi
