@@ -390,8 +390,7 @@ void CNavigatorController::Purge() {
     // A folder that could not be deleted keeps the standard in the deleted
     // list; it stays in the tree and with its client then.
     if (!gone) {
-        m_outcome =
-            fmt::format(L"Standard '{}' is still listed: its folder could not be deleted", name);
+        m_outcome = PurgeKeptText(name);
         return;
     }
     m_outcome = fmt::format(L"Standard '{}' purged", name);

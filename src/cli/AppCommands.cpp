@@ -69,9 +69,10 @@ COutput Import(const SCliOptions& options, const SArgs& a) {
     COutput output({{"id"}, {"name"}});
     bool failed = false;
     for (const auto& standard : imported) {
-        if (standard.id == 0)
+        // A standard made without some of its archive's files is no clean import.
+        if (standard.id == 0 || !standard.skipped.empty())
             failed = true;
-        else
+        if (standard.id != 0)
             output.Add({standard.id, standard.name});
     }
     if (failed) {
@@ -153,12 +154,14 @@ void AddAppCommands(CLI::App& app, SCliContext& context) {
     auto* importCommand =
         app.add_subcommand("import", "Make a new standard from each .xst or .xpj archive; "
                                      "prints ID, NAME of each; exits 1 when a file is not a "
-                                     "readable archive or passes the import's limits");
+                                     "readable archive, passes the import's limits or had "
+                                     "entries left out");
     importCommand
         ->add_option("FILE", args->files,
                      "Archives to import: .xst, or .xpj of the 2015 generation")
         ->required();
-    importCommand->add_option("--client", args->clientId, "Client to put the new standards under");
+    AddClientId(importCommand, "--client", args->clientId,
+                "Client to put the new standards under (id or name)", true);
     importCommand->add_flag("--old-format", args->oldFormat,
                             "The archives come from the 2015 generation");
     importCommand->callback(

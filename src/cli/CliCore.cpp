@@ -6,11 +6,98 @@
 #include "datafile/Text.h"
 #include "platform/Utf8.h"
 #include "store/IniRegistry.h"
+#include "store/StandardOperations.h"
 
+#include <algorithm>
 #include <fmt/xchar.h>
+#include <optional>
+#include <utility>
 
 CCliFailure::CCliFailure(std::wstring text, int exitCode)
     : std::runtime_error(platform::ToUtf8(text)), message(std::move(text)), code(exitCode) {}
+
+namespace {
+
+// A standard or client named on the command line. The parser meets it before
+// it knows the datafiles folder (--datafiles may follow the verb), so it is
+// looked up when the command's core is made. One process runs one verb.
+struct SReference {
+    std::int32_t* target = nullptr;
+    std::string text;
+    bool client = false;
+    bool noneAllowed = false;
+};
+
+std::vector<SReference>& References() {
+    static std::vector<SReference> references;
+    return references;
+}
+
+// The id a text spells with digits only (a sign allowed), if it does.
+std::optional<std::int32_t> IdNumber(const std::string& text) {
+    try {
+        std::size_t used = 0;
+        const long long value = std::stoll(text, &used);
+        if (used == text.size() && value >= INT32_MIN && value <= INT32_MAX &&
+            text.find_first_not_of(" \t") == 0)
+            return static_cast<std::int32_t>(value);
+    } catch (const std::exception&) {
+    }
+    return std::nullopt;
+}
+
+std::wstring IdList(const std::vector<std::int32_t>& ids) {
+    std::wstring text;
+    for (std::size_t i = 0; i < ids.size(); ++i)
+        text += (i ? L", " : L"") + fmt::format(L"{}", ids[i]);
+    return text;
+}
+
+// The one id of what a name names: "standard" or "client" for `kind`, the
+// listing that shows them for `listing`.
+std::int32_t NamedId(const std::vector<std::int32_t>& ids, const std::wstring& name,
+                     const wchar_t* kind, const wchar_t* listing) {
+    if (ids.empty())
+        throw CCliFailure(
+            fmt::format(L"There is no {} named '{}' (see '{}')", kind, name, listing));
+    if (ids.size() > 1)
+        throw CCliFailure(fmt::format(L"The name '{}' is ambiguous: {}s {} have it. Give the id.",
+                                      name, kind, IdList(ids)),
+                          2);
+    return ids.front();
+}
+
+std::int32_t ResolveStandard(const CVX2D_ProjectRegistry& projects, const std::string& text) {
+    EProjectResult listed = eProjectOk;
+    if (const auto id = IdNumber(text)) {
+        // A registry that cannot be read says so in the verb's own words.
+        std::vector<SProjectInfo> all;
+        if (projects.ListProjects(true, true, all) == eProjectOk &&
+            std::none_of(all.begin(), all.end(),
+                         [&](const SProjectInfo& p) { return p.id == *id; }))
+            throw CCliFailure(cli::NoStandardText(*id));
+        return *id;
+    }
+    const std::wstring name = cli::W(text);
+    const auto ids = StandardsNamed(projects, name, listed);
+    cli::Check(listed, L"Error reading the standard registry.");
+    return NamedId(ids, name, L"standard", L"standard list --deleted");
+}
+
+std::int32_t ResolveClient(const CVX2D_ClientRegistry& clients, const SReference& reference) {
+    if (const auto id = IdNumber(reference.text)) {
+        if (*id == 0 && reference.noneAllowed)
+            return 0;
+        const auto all = clients.ListClients();
+        if (std::none_of(all.begin(), all.end(), [&](const SClientInfo& c) { return c.id == *id; }))
+            throw CCliFailure(cli::NoClientText(*id));
+        return *id;
+    }
+    const std::wstring name = cli::W(reference.text);
+    return NamedId(ClientsNamed(clients, name), name, L"client", L"client list");
+}
+
+} // namespace
 
 SCore::SCore(const SCliOptions& options, bool mayBeMissing)
     : SCliPrompterHolder(options.yes),
@@ -19,6 +106,10 @@ SCore::SCore(const SCliOptions& options, bool mayBeMissing)
         throw CCliFailure(NoDatafilesText());
     if (!mayBeMissing && !datafiles.Exists())
         throw CCliFailure(MissingDatafilesText(datafiles.Root()));
+    const std::vector<SReference> references = std::exchange(References(), {});
+    for (const SReference& reference : references)
+        *reference.target = reference.client ? ResolveClient(clients, reference)
+                                             : ResolveStandard(projects, reference.text);
 }
 
 std::wstring SCore::FolderOf(std::int32_t id, const std::wstring& what) const {
@@ -108,7 +199,136 @@ CLI::App* AddGroup(CLI::App& app, const std::string& name, const std::string& he
 }
 
 void AddStandardId(CLI::App* command, std::int32_t& id) {
-    command->add_option("ID", id, "The standard's id (see standard list)")->required();
+    command
+        ->add_option_function<std::string>(
+            "ID",
+            [&id](const std::string& text) {
+                References().push_back({&id, text});
+            },
+            "The standard's id or exact name (see standard list)")
+        ->required();
+}
+
+CLI::Option* AddClientId(CLI::App* command, const std::string& label, std::int32_t& id,
+                         const std::string& help, bool noneAllowed) {
+    return command->add_option_function<std::string>(
+        label,
+        [&id, noneAllowed](const std::string& text) {
+            References().push_back({&id, text, true, noneAllowed});
+        },
+        help);
+}
+
+std::wstring NoStandardText(std::int32_t id) {
+    return fmt::format(L"There is no standard {} (see 'standard list --deleted')", id);
+}
+
+std::wstring NoClientText(std::int32_t id) {
+    return fmt::format(L"There is no client {} (see 'client list')", id);
+}
+
+namespace {
+
+// The number of single-letter edits (one letter put in, left out, changed,
+// or two neighbours swapped) that make one word the other.
+std::size_t EditDistance(const std::string& a, const std::string& b) {
+    std::vector<std::vector<std::size_t>> d(a.size() + 1, std::vector<std::size_t>(b.size() + 1));
+    for (std::size_t i = 0; i <= a.size(); ++i)
+        d[i][0] = i;
+    for (std::size_t j = 0; j <= b.size(); ++j)
+        d[0][j] = j;
+    for (std::size_t i = 1; i <= a.size(); ++i) {
+        for (std::size_t j = 1; j <= b.size(); ++j) {
+            d[i][j] = std::min({d[i - 1][j] + 1, d[i][j - 1] + 1,
+                                d[i - 1][j - 1] + (a[i - 1] != b[j - 1] ? 1u : 0u)});
+            if (i > 1 && j > 1 && a[i - 1] == b[j - 2] && a[i - 2] == b[j - 1])
+                d[i][j] = std::min(d[i][j], d[i - 2][j - 2] + 1);
+        }
+    }
+    return d[a.size()][b.size()];
+}
+
+// An option of `app` or of a group above it (the global ones fall through)
+// that takes a value, so the next argument is not a verb.
+bool TakesValue(const CLI::App* app, const std::string& argument) {
+    if (argument.find('=') != std::string::npos)
+        return false;
+    for (; app; app = app->get_parent()) {
+        for (const CLI::Option* option : app->get_options()) {
+            if (option->check_name(argument))
+                return option->get_expected_max() != 0;
+        }
+    }
+    return false;
+}
+
+// A name typed where a verb takes only an id (a line, a spec) says so.
+void RequireNumericIds(CLI::App& app) {
+    for (CLI::Option* option : app.get_options()) {
+        const std::string label = option->get_name();
+        if (option->get_type_name() != "INT" || label.find("ID") == std::string::npos)
+            continue;
+        option->check(CLI::Validator(
+            [](std::string& text) {
+                return IdNumber(text)
+                           ? std::string()
+                           : "takes an id (a whole number), not a name such as '" + text + "'";
+            },
+            "", "id"));
+    }
+    for (CLI::App* verb : app.get_subcommands({}))
+        RequireNumericIds(*verb);
+}
+
+} // namespace
+
+std::string UnknownVerbText(const CLI::App& app, const std::vector<std::string>& args) {
+    const CLI::App* group = &app;
+    std::size_t i = 0;
+    for (; i < args.size(); ++i) {
+        const std::string& argument = args[i];
+        if (argument == "--")
+            return {};
+        if (argument.size() > 1 && argument[0] == '-') {
+            if (TakesValue(group, argument))
+                ++i;
+            continue;
+        }
+        const CLI::App* verb = nullptr;
+        for (const CLI::App* candidate : group->get_subcommands({})) {
+            if (candidate->check_name(argument))
+                verb = candidate;
+        }
+        if (verb) {
+            group = verb;
+            continue;
+        }
+        break;
+    }
+    if (group->get_require_subcommand_min() == 0)
+        return {};
+    std::string verbs;
+    std::string nearest;
+    std::size_t best = std::string::npos;
+    for (const CLI::App* candidate : group->get_subcommands({})) {
+        const std::string& name = candidate->get_name();
+        verbs += (verbs.empty() ? "" : ", ") + name;
+        if (i == args.size())
+            continue;
+        const std::size_t distance = EditDistance(args[i], name);
+        // Close enough to be a slip of the keyboard, or the start of the verb.
+        if ((distance <= std::max<std::size_t>(1, name.size() / 3) ||
+             (args[i].size() >= 2 && name.rfind(args[i], 0) == 0)) &&
+            distance < best) {
+            best = distance;
+            nearest = name;
+        }
+    }
+    const std::string where = group == &app ? "" : " for '" + group->get_name() + "'";
+    if (i == args.size())
+        return "Missing verb" + where + ". Verbs: " + verbs + ".";
+    std::string text = "Unknown verb '" + args[i] + "'" + where + ".";
+    return text + (nearest.empty() ? " Verbs: " + verbs + "." : " Did you mean '" + nearest + "'?");
 }
 
 void AddAllCommands(CLI::App& app, SCliContext& context) {
@@ -138,6 +358,7 @@ void AddAllCommands(CLI::App& app, SCliContext& context) {
     cli::AddRestoreCommands(app, context);
     cli::AddReportCommands(app, context);
     cli::AddCompletionCommands(app, context);
+    RequireNumericIds(app);
 }
 
 } // namespace cli

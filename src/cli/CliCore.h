@@ -19,6 +19,7 @@
 #include <ostream>
 #include <stdexcept>
 #include <string>
+#include <vector>
 
 class CVX2D_IniFile;
 
@@ -70,7 +71,9 @@ struct SCliPrompterHolder {
 // programs build, answering through the command line.
 struct SCore : private SCliPrompterHolder, public CStandardsCore {
     // Fails when the datafiles folder is unknown or, unless `mayBeMissing`
-    // (the installation, which makes it), not there.
+    // (the installation, which makes it), not there. The standards and
+    // clients the command line named are looked up here, once the folder is
+    // known (see AddStandardId).
     explicit SCore(const SCliOptions& options, bool mayBeMissing = false);
 
     // The standard's folder; fails with `what` and the registry's text.
@@ -123,8 +126,24 @@ int ParseInt(const std::wstring& text, const std::wstring& what);
 
 // A group of verbs, one of which must follow it.
 CLI::App* AddGroup(CLI::App& app, const std::string& name, const std::string& help);
-// The standard a verb works on: the positional "ID".
+// The standard a verb works on: the positional "ID", given as an id or as
+// the standard's exact name. `id` is set when the command's core is made; a
+// standard that is not there fails then, in one wording for every verb.
 void AddStandardId(CLI::App* command, std::int32_t& id);
+// A client given as an id or by its exact name; with `noneAllowed`, 0 stands
+// for no client.
+CLI::Option* AddClientId(CLI::App* command, const std::string& label, std::int32_t& id,
+                         const std::string& help, bool noneAllowed);
+
+// "There is no standard 99 (see 'standard list --deleted')" and the same for
+// clients: what every verb says of a standard or client that is not there.
+std::wstring NoStandardText(std::int32_t id);
+std::wstring NoClientText(std::int32_t id);
+
+// What to say instead of the parser's words when the command line names a
+// verb its group does not have, or stops at a group: "Unknown verb 'lst' for
+// 'standard'. Did you mean 'list'?". Empty when the verbs are in order.
+std::string UnknownVerbText(const CLI::App& app, const std::vector<std::string>& args);
 
 // The program's global options and every command group.
 void AddAllCommands(CLI::App& app, SCliContext& context);

@@ -1,9 +1,11 @@
 // general show|set: a standard's general settings, field by field.
 #include "cli/CliCore.h"
 #include "datafile/Text.h"
+#include "editors/GeneralSettingsEditor.h"
 #include "store/GeneralSettings.h"
 
 #include <fmt/xchar.h>
+#include <optional>
 
 namespace cli {
 
@@ -16,6 +18,9 @@ struct SField {
     std::function<CField(const G&)> get;
     // Empty for a field that cannot be changed.
     std::function<void(G&, const std::wstring&)> set;
+    // A field the general settings page picks from a list: changed through
+    // the page's editor, so only what the list offers is taken.
+    std::optional<EGeneralField> listed = std::nullopt;
 };
 
 const std::vector<SField>& Fields() {
@@ -28,15 +33,19 @@ const std::vector<SField>& Fields() {
         return SField{name, [member](const G& g) { return CField{g.*member}; },
                       [member](G& g, const std::wstring& v) { g.*member = v; }};
     };
+    auto listed = [](const char* name, int G::*member, EGeneralField field) {
+        return SField{
+            name, [member](const G& g) { return CField{std::int64_t{g.*member}}; }, {}, field};
+    };
     auto drawings = [](const char* name, int application) {
         return SField{
             name, [application](const G& g) { return CField{g.GetDrawingsLocation(application)}; },
             [application](G& g, const std::wstring& v) { g.SetDrawingsLocation(application, v); }};
     };
     static const std::vector<SField> fields = {
-        number("working_units", &G::m_nWorkingUnits),
-        number("displayed_units", &G::m_nDisplayedUnits),
-        number("rating_format", &G::m_nRatingsFormat),
+        listed("working_units", &G::m_nWorkingUnits, EGeneralField::WorkingUnits),
+        listed("displayed_units", &G::m_nDisplayedUnits, EGeneralField::DisplayedUnits),
+        listed("rating_format", &G::m_nRatingsFormat, EGeneralField::RatingFormat),
         {"guid", [](const G& g) { return CField{GuidToText(g.m_guid)}; }, {}},
         number("version", &G::m_nProjectVersion),
         text("borders_folder", &G::m_strBordersLocation),
@@ -86,6 +95,29 @@ COutput Show(const SCliOptions& options, const SArgs& a) {
     return output;
 }
 
+// A value of a list of the general settings page, by its code or its text.
+void SetListed(SCore& core, std::int32_t id, EGeneralField field, const std::wstring& value,
+               const std::wstring& what) {
+    core.FolderOf(id, what);
+    CRecordingPrompter prompter(core.prompter);
+    CGeneralSettingsEditor editor(core.projects, prompter);
+    if (!editor.Open(id))
+        prompter.Fail(what);
+    if (!editor.ChooseTyped(field, value)) {
+        const SGeneralRow& row = editor.Row(field);
+        const std::vector<int> codes = editor.Codes(field);
+        std::wstring choices;
+        for (std::size_t i = 0; i < codes.size(); ++i)
+            choices += fmt::format(L"\n  {} {}", codes[i], row.choices[i]);
+        throw CCliFailure(fmt::format(L"'{}' is not in the list of {}: give a code or a text of "
+                                      L"the list:{}",
+                                      value, row.label, choices),
+                          2);
+    }
+    if (!editor.Apply())
+        prompter.Fail(what);
+}
+
 void Set(const SCliOptions& options, const SArgs& a) {
     const SField* field = nullptr;
     for (const auto& candidate : Fields()) {
@@ -94,13 +126,17 @@ void Set(const SCliOptions& options, const SArgs& a) {
     }
     if (!field)
         throw CCliFailure(W("Unknown field '" + a.field + "'. Fields: " + FieldNames()), 2);
-    if (!field->set)
+    if (!field->set && !field->listed)
         throw CCliFailure(W("The field '" + a.field + "' cannot be changed."), 2);
     const std::wstring value = W(a.value);
     SCore core(options);
     const std::wstring what =
         fmt::format(L"Error saving general settings of standard '{}'.", core.NameOf(a.id));
     RequireStorable(value, what);
+    if (field->listed) {
+        SetListed(core, a.id, *field->listed, value, what);
+        return;
+    }
     G general;
     Load(core, general, a.id);
     field->set(general, value);

@@ -70,34 +70,50 @@ COutput Show(const SCliOptions& options, const SArgs& a) {
     return Records(*LoadSettings(core, a.id, application), section);
 }
 
-std::wstring ChoicesText(const Base::CVariable& variable) {
-    std::wstring text;
-    for (const EPrjVal choice : variable.m_arrChoices)
-        text += fmt::format(L"\n  {} {}", static_cast<int>(choice), PrjValText(choice));
-    return text;
-}
-
-// A choice typed as its label or its number; false when it is neither.
-bool StoreChoice(Base::CVariable& variable, const std::wstring& value) {
-    if (StoreSettingsText(variable, value))
-        return true;
-    try {
-        std::size_t used = 0;
-        const int number = std::stoi(value, &used);
-        for (const EPrjVal choice : variable.m_arrChoices) {
-            if (used == value.size() && choice == number) {
-                variable.SetChoice(number, false);
-                return true;
+// The variable VARIABLE names: its id, or its key in any letter case. A
+// section's sub-heading is no setting; anything else unknown is bad usage.
+Base::CVariable& FindVariable(Base& settings, const std::string& typed) {
+    const std::wstring name = ApplicationSettingsName(settings.GetApplication());
+    const std::wstring text = TrimBlanks(W(typed));
+    Base::CVariable* found = nullptr;
+    if (!text.empty() && text.find_first_not_of(L"-0123456789") == std::wstring::npos) {
+        const int variableId = ParseInt(text, L"VARIABLE");
+        if (variableId == Base::kTitleId)
+            throw CCliFailure(fmt::format(L"Variable {} is a sub-heading of a section, not a "
+                                          L"setting: it cannot be changed.",
+                                          variableId),
+                              2);
+        found = settings.FindVariable(variableId);
+    } else {
+        std::vector<std::int32_t> ids;
+        for (auto& section : settings.Sections()) {
+            for (auto& variable : section.m_arrVariables) {
+                if (!variable.IsTitle() && EqualsNoCase(variable.m_strKey, text)) {
+                    found = &variable;
+                    ids.push_back(variable.m_nId);
+                }
             }
         }
-    } catch (const std::exception&) {
+        if (ids.size() > 1) {
+            std::wstring list;
+            for (const std::int32_t id : ids)
+                list += fmt::format(L"{}{}", list.empty() ? L"" : L", ", id);
+            throw CCliFailure(fmt::format(L"{} settings have more than one variable with the key "
+                                          L"'{}': give one of the ids {}.",
+                                          name, text, list),
+                              2);
+        }
     }
-    return false;
+    if (!found)
+        throw CCliFailure(fmt::format(L"{} settings have no variable '{}': give a variable id or "
+                                      L"key (see 'settings show').",
+                                      name, text),
+                          2);
+    return *found;
 }
 
 void Set(const SCliOptions& options, const SArgs& a) {
     const int application = ParseApplicationArgument(a.application);
-    const int variableId = ParseInt(W(a.variable), L"VARIABLE_ID");
     const std::wstring value = W(a.value);
     const std::wstring name = ApplicationSettingsName(application);
     SCore core(options);
@@ -105,30 +121,13 @@ void Set(const SCliOptions& options, const SArgs& a) {
         fmt::format(L"Error saving {} settings of standard '{}'.", name, core.NameOf(a.id));
     RequireStorable(value, what);
     auto settings = LoadSettings(core, a.id, application);
-    if (variableId == Base::kTitleId)
-        throw CCliFailure(fmt::format(L"Variable {} is a sub-heading of a section, not a setting: "
-                                      L"it cannot be changed.",
-                                      variableId),
+    Base::CVariable& variable = FindVariable(*settings, a.variable);
+    std::wstring allowed;
+    if (!StoreTypedSettingsText(variable, value, allowed))
+        throw CCliFailure(fmt::format(L"'{}' is not a value of variable {} \"{}\": give {}", value,
+                                      variable.m_nId, SettingsVariableLabel(variable.m_nId),
+                                      allowed),
                           2);
-    Base::CVariable* variable = settings->FindVariable(variableId);
-    if (!variable)
-        throw CCliFailure(fmt::format(L"{} settings have no variable {}.", name, variableId), 2);
-    if (variable->m_nKind == Base::eChoice) {
-        if (!StoreChoice(*variable, value))
-            throw CCliFailure(fmt::format(L"'{}' is not a choice of variable {} \"{}\". Choices:{}",
-                                          value, variableId, SettingsVariableLabel(variableId),
-                                          ChoicesText(*variable)),
-                              2);
-    } else {
-        // A toggle's cell offers "On" and "Off" only; anything else typed
-        // here would silently mean Off.
-        if (variable->m_nKind == Base::eBool && value != L"On" && value != L"Off")
-            throw CCliFailure(
-                fmt::format(L"'{}' is not a value of the toggle {} \"{}\": give On or Off.", value,
-                            variableId, SettingsVariableLabel(variableId)),
-                2);
-        StoreSettingsText(*variable, value);
-    }
     if (settings->IsModified() && !settings->Save())
         throw CCliFailure(what);
 }
@@ -167,11 +166,12 @@ void AddSettingsCommands(CLI::App& app, SCliContext& context) {
 
     auto* set = group->add_subcommand(
         "set", "Change one settings variable of a standard and save it. VALUE by kind: On "
-               "or Off for a toggle, a number for integers and reals (a "
-               "non-number is 0), a choice's label or number, else the text itself");
+               "or Off for a toggle, a whole number for integers, a number for reals, a "
+               "choice's label (in any letter case) or number, else the text itself");
     AddStandardId(set, args->id);
     set->add_option("APP", args->application, "Application")->required();
-    set->add_option("VARIABLE_ID", args->variable, "Variable id")->required();
+    set->add_option("VARIABLE", args->variable, "Variable id or key (see settings show)")
+        ->required();
     set->add_option("VALUE", args->value, "New value")->required();
     set->callback([ctx, args] { ctx->Run([ctx, args] { Set(ctx->options, *args); }); });
 

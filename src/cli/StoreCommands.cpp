@@ -30,6 +30,18 @@ struct SArgs {
     bool yes = false;
 };
 
+// Fails unless the result is Ok; a refused name says which rule it breaks.
+void CheckNamed(EProjectResult result, const std::function<std::wstring()>& what,
+                const std::function<std::wstring()>& problem) {
+    if (result == eProjectInvalidName) {
+        const std::wstring rule = problem();
+        if (!rule.empty())
+            throw CCliFailure(
+                fmt::format(L"{}\n\n{}: {}", what(), ProjectResultText(result), rule));
+    }
+    Check(result, what);
+}
+
 COutput ClientList(const SCliOptions& options) {
     SCore core(options);
     COutput output({{"id"}, {"name"}, {"standards"}});
@@ -63,12 +75,8 @@ void ClientRename(const SCliOptions& options, const SArgs& a) {
     SCore core(options);
     const std::wstring name = W(a.name);
     const std::optional<std::wstring> oldName = ClientName(core, a.id);
-    if (!oldName || !core.clients.RenameClient(a.id, name)) {
-        std::wstring text = RenameClientErrorText(oldName.value_or(fmt::format(L"{}", a.id)), name);
-        if (!oldName)
-            text += fmt::format(L"\n\nThere is no client {}.", a.id);
-        throw CCliFailure(text);
-    }
+    if (!oldName || !core.clients.RenameClient(a.id, name))
+        throw CCliFailure(RenameClientErrorText(oldName.value_or(fmt::format(L"{}", a.id)), name));
 }
 
 void ClientDelete(const SCliOptions& options, const SArgs& a) {
@@ -107,8 +115,6 @@ COutput StandardCreate(const SCliOptions& options, const SArgs& a) {
     SCore core(options);
     const std::wstring name = W(a.name);
     const std::wstring what = CreateStandardErrorText(name);
-    if (a.clientId != 0 && core.clients.GetClientName(a.clientId).empty())
-        throw CCliFailure(fmt::format(L"{}\n\nThere is no client {}.", what, a.clientId));
     // A datafiles folder set up by hand may lack the templates: bring the
     // shipped ones in, never touching those that are there.
     SeedTemplateFolders(core.datafiles, CInstallation::ShippedDataFolder() + L"templates");
@@ -119,7 +125,9 @@ COutput StandardCreate(const SCliOptions& options, const SArgs& a) {
     project.clientId = a.clientId;
     project.oldFormat = a.oldFormat;
     std::int32_t id = 0;
-    Check(core.projects.CreateProject(project, id), what);
+    CheckNamed(
+        core.projects.CreateProject(project, id), [&] { return what; },
+        [&] { return core.projects.NameProblem(name); });
     COutput output({{"id"}, {"name"}});
     output.Add({id, core.projects.GetProjectName(id, true, false)});
     return output;
@@ -138,27 +146,28 @@ COutput StandardCopy(const SCliOptions& options, const SArgs& a) {
 
 void StandardRename(const SCliOptions& options, const SArgs& a) {
     SCore core(options);
-    Check(core.projects.RenameProject(a.id, W(a.name)), [&] {
-        return RenameStandardErrorText(core.projects.GetProjectName(a.id, true, true), W(a.name));
-    });
+    CheckNamed(
+        core.projects.RenameProject(a.id, W(a.name)),
+        [&] {
+            return RenameStandardErrorText(core.projects.GetProjectName(a.id, true, true),
+                                           W(a.name));
+        },
+        [&] { return core.projects.NameProblem(W(a.name), a.id); });
 }
 
 void StandardPurge(const SCliOptions& options, const SArgs& a) {
     SCore core(options);
     bool gone = false;
+    const std::wstring name = core.NameOf(a.id);
     Check(PurgeStandard(core.projects, core.clients, a.id, gone),
-          [&] { return PurgeStandardErrorText(core.NameOf(a.id)); });
+          [&] { return PurgeStandardErrorText(name); });
+    if (!gone)
+        throw CCliFailure(PurgeStandardErrorText(name) + L"\n\n" + PurgeKeptText(name));
 }
 
 void StandardMove(const SCliOptions& options, const SArgs& a) {
     SCore core(options);
     const std::wstring what = MoveStandardErrorText();
-    if (a.id < 1)
-        Check(eProjectInvalidId, what);
-    if (core.projects.GetProjectName(a.id, true, true).empty())
-        Check(eProjectCantFind, what);
-    if (a.clientId != 0 && core.clients.GetClientName(a.clientId).empty())
-        throw CCliFailure(fmt::format(L"{}\n\nThere is no client {}.", what, a.clientId));
     std::int32_t fromClient = 0;
     std::wstring fromName;
     core.clients.FindClientOfProject(a.id, fromClient, fromName);
@@ -185,12 +194,14 @@ void AddClientCommands(CLI::App& app, SCliContext& context) {
     group->add_subcommand("create", "Create a client named \"Client n\"; prints ID, NAME")
         ->callback([ctx] { ctx->Print([ctx] { return ClientCreate(ctx->options); }); });
     auto* rename = group->add_subcommand("rename", "Rename a client");
-    rename->add_option("ID", args->id, "The client's id (see client list)")->required();
+    AddClientId(rename, "ID", args->id, "The client's id or exact name (see client list)", false)
+        ->required();
     rename->add_option("NAME", args->name, "The new name, stored as typed")->required();
     rename->callback([ctx, args] { ctx->Run([ctx, args] { ClientRename(ctx->options, *args); }); });
     auto* del =
         group->add_subcommand("delete", "Delete a client; its standards stay, with no client");
-    del->add_option("ID", args->id, "The client's id (see client list)")->required();
+    AddClientId(del, "ID", args->id, "The client's id or exact name (see client list)", false)
+        ->required();
     del->callback([ctx, args] { ctx->Run([ctx, args] { ClientDelete(ctx->options, *args); }); });
 }
 
@@ -229,7 +240,8 @@ void AddStandardCommands(CLI::App& app, SCliContext& context) {
         ->required();
     create->add_option("--units", args->units, "metric (default) or imperial")
         ->check(CLI::IsMember({"metric", "imperial"}));
-    create->add_option("--client", args->clientId, "Client to add the standard to");
+    AddClientId(create, "--client", args->clientId, "Client to add the standard to (id or name)",
+                true);
     create->add_flag("--old-format", args->oldFormat, "Use the templates of the 2015 layout");
     create->callback(
         [ctx, args] { ctx->Print([ctx, args] { return StandardCreate(ctx->options, *args); }); });
@@ -254,7 +266,8 @@ void AddStandardCommands(CLI::App& app, SCliContext& context) {
         ctx->Run([ctx, args] { StandardPurge(ctx->options, *args); });
     });
     auto* move = withId("move", "Move a standard to a client (0: no client)");
-    move->add_option("CLIENT_ID", args->clientId, "The client to move it to; 0 for none")
+    AddClientId(move, "CLIENT_ID", args->clientId,
+                "The client to move it to (id or name); 0 for none", true)
         ->required();
     move->callback([ctx, args] { ctx->Run([ctx, args] { StandardMove(ctx->options, *args); }); });
     withId("folder", "The standard's folder")->callback([ctx, args] {

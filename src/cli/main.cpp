@@ -23,12 +23,22 @@ int main(int argc, char** argv) {
     } catch (const CLI::CallForAllHelp& e) {
         return app.exit(e);
     } catch (const CLI::ParseError& e) {
-        app.exit(e);
+        const std::string unknown =
+            cli::UnknownVerbText(app, std::vector<std::string>(argv + 1, argv + argc));
+        if (unknown.empty())
+            app.exit(e);
+        else
+            std::cerr << unknown << '\n';
         return 2;
     }
     try {
         if (context.action)
             context.action(std::cout);
+        // A full disk or a closed pipe must not pass for success.
+        if (!std::cout.flush()) {
+            std::cerr << "Error writing to standard output.\n";
+            return 1;
+        }
     } catch (const CCliFailure& failure) {
         // A datafile that could not be changed says why: another workstation
         // is updating it, the share is read-only for this user, the disk is full.

@@ -2,6 +2,8 @@
 
 #include "datafile/Text.h"
 
+#include <cerrno>
+#include <cwchar>
 #include <fmt/xchar.h>
 
 using Base = CVX2D_ProjectSettingsBase;
@@ -67,5 +69,90 @@ bool StoreSettingsText(Base::CVariable& variable, const std::wstring& text) {
         return variable.SetChoiceByLabel(text);
     default:
         return false;
+    }
+}
+
+namespace {
+
+bool IsDigitChar(wchar_t c) {
+    return c >= L'0' && c <= L'9';
+}
+
+// The whole text (blanks around it aside) is [sign]digits, or with `real`
+// [sign]digits[.digits] or [sign].digits, then [e[sign]digits].
+bool IsNumberText(std::wstring_view typed, bool real) {
+    const std::wstring text = TrimBlanks(typed);
+    std::size_t i = 0;
+    if (i < text.size() && (text[i] == L'+' || text[i] == L'-'))
+        ++i;
+    std::size_t digits = 0;
+    for (; i < text.size() && IsDigitChar(text[i]); ++i)
+        ++digits;
+    if (real && i < text.size() && text[i] == L'.') {
+        for (++i; i < text.size() && IsDigitChar(text[i]); ++i)
+            ++digits;
+    }
+    if (digits == 0)
+        return false;
+    if (real && i < text.size() && (text[i] == L'e' || text[i] == L'E')) {
+        ++i;
+        if (i < text.size() && (text[i] == L'+' || text[i] == L'-'))
+            ++i;
+        const std::size_t start = i;
+        for (; i < text.size() && IsDigitChar(text[i]); ++i) {
+        }
+        if (i == start)
+            return false;
+    }
+    return i == text.size();
+}
+
+bool FitsInteger(std::wstring_view typed) {
+    const std::wstring text = TrimBlanks(typed);
+    errno = 0;
+    const long long value = std::wcstoll(text.c_str(), nullptr, 10);
+    return errno == 0 && value >= INT32_MIN && value <= INT32_MAX;
+}
+
+} // namespace
+
+bool StoreTypedSettingsText(Base::CVariable& variable, std::wstring_view typed,
+                            std::wstring& allowed) {
+    const std::wstring text(typed);
+    switch (variable.m_nKind) {
+    case Base::eBool:
+        for (const wchar_t* value : {L"On", L"Off"}) {
+            if (EqualsNoCase(TrimBlanks(text), value))
+                return StoreSettingsText(variable, value);
+        }
+        allowed = L"On or Off";
+        return false;
+    case Base::eInteger:
+        if (IsNumberText(text, false) && FitsInteger(text))
+            return StoreSettingsText(variable, TrimBlanks(text));
+        allowed = L"a whole number";
+        return false;
+    case Base::eReal:
+        if (IsNumberText(text, true))
+            return StoreSettingsText(variable, TrimBlanks(text));
+        allowed = L"a number, with a point for decimals (such as 2.5)";
+        return false;
+    case Base::eChoice: {
+        const std::wstring trimmed = TrimBlanks(text);
+        for (const EPrjVal choice : variable.m_arrChoices) {
+            if (EqualsNoCase(trimmed, PrjValText(choice)) ||
+                (IsNumberText(trimmed, false) && FitsInteger(trimmed) &&
+                 WToI(trimmed) == static_cast<int>(choice))) {
+                variable.SetChoice(static_cast<std::int32_t>(choice), false);
+                return true;
+            }
+        }
+        allowed = L"one of the choices (label or number):";
+        for (const EPrjVal choice : variable.m_arrChoices)
+            allowed += fmt::format(L"\n  {} {}", static_cast<int>(choice), PrjValText(choice));
+        return false;
+    }
+    default:
+        return StoreSettingsText(variable, text);
     }
 }

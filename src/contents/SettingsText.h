@@ -5,6 +5,7 @@
 #include "contents/ProjectSettingsBase.h"
 
 #include <string>
+#include <string_view>
 
 // "%f" with trailing zeros removed, one kept after the point: 2.5, 3.0, 0.125.
 std::wstring SettingsRealText(double value);
@@ -19,3 +20,11 @@ std::wstring SettingsValueText(const CVX2D_ProjectSettingsBase::CVariable& varia
 // the offered value whose label is `text`. False, with nothing changed, when
 // a choice has no such label.
 bool StoreSettingsText(CVX2D_ProjectSettingsBase::CVariable& variable, const std::wstring& text);
+
+// Stores `text` as typed by someone who cannot pick from the cell's list:
+// a toggle's On or Off and a choice's label in any letter case (or the
+// choice's number), a whole number for an integer, a number with a point for
+// a real, anything storable for the other kinds. False, with nothing changed
+// and `allowed` saying what the variable takes, for anything else.
+bool StoreTypedSettingsText(CVX2D_ProjectSettingsBase::CVariable& variable, std::wstring_view text,
+                            std::wstring& allowed);

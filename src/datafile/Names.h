@@ -10,3 +10,8 @@
 // enough that `folder` + `prefix` + name stays within the platform's limits.
 bool IsValidName(const std::wstring& name, const std::wstring& folder = {},
                  const std::wstring& prefix = {});
+
+// What is wrong with a name by the rules of IsValidName, as the end of a
+// sentence ("a name cannot hold '/' ..."); empty for a usable name.
+std::wstring NameProblem(const std::wstring& name, const std::wstring& folder = {},
+                         const std::wstring& prefix = {});

@@ -1,5 +1,7 @@
 #include "editors/GeneralSettingsEditor.h"
 
+#include "datafile/Text.h"
+
 #include <fmt/xchar.h>
 
 namespace {
@@ -91,6 +93,28 @@ bool CGeneralSettingsEditor::Choose(EGeneralField field, int index) {
     }
     Fill();
     return true;
+}
+
+std::vector<int> CGeneralSettingsEditor::Codes(EGeneralField field) const {
+    std::vector<int> codes;
+    const SGeneralRow& row = Row(field);
+    if (row.readOnly)
+        return codes;
+    for (std::size_t i = 0; i < row.choices.size(); ++i)
+        codes.push_back(field == EGeneralField::RatingFormat ? m_formats[i].code
+                                                             : static_cast<int>(i));
+    return codes;
+}
+
+bool CGeneralSettingsEditor::ChooseTyped(EGeneralField field, const std::wstring& text) {
+    const std::wstring typed = TrimBlanks(text);
+    const std::vector<int> codes = Codes(field);
+    const SGeneralRow& row = Row(field);
+    for (std::size_t i = 0; i < codes.size(); ++i) {
+        if (typed == fmt::format(L"{}", codes[i]) || EqualsNoCase(typed, row.choices[i]))
+            return Choose(field, static_cast<int>(i));
+    }
+    return false;
 }
 
 bool CGeneralSettingsEditor::Save() {

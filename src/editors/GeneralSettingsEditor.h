@@ -47,6 +47,12 @@ public:
     // Picks entry `index` of a list row. False, changing nothing, for a
     // read-only row or an index outside the list.
     bool Choose(EGeneralField field, int index);
+    // The code General.ini stores for each entry of a list row, in the
+    // list's order; empty for a read-only row.
+    std::vector<int> Codes(EGeneralField field) const;
+    // Picks the entry that a typed text names: its code or its text in any
+    // letter case. False, changing nothing, when it names no entry.
+    bool ChooseTyped(EGeneralField field, const std::wstring& text);
 
 protected:
     // Writes the changed values into General.ini as it is now, so that what

@@ -426,6 +426,11 @@ std::wstring CVX2D_ProjectRegistry::StoredName(const std::wstring& name) {
     return TrimBlanks(name);
 }
 
+std::wstring CVX2D_ProjectRegistry::NameProblem(const std::wstring& name, std::int32_t id) const {
+    return ::NameProblem(StoredName(name), m_datafiles.ProjectsFolder(),
+                         id > 0 ? MakeProjectKey(id) + L" - " : kLongestPrefix);
+}
+
 EProjectResult CVX2D_ProjectRegistry::RenameProject(std::int32_t id, const std::wstring& rawName) {
     if (id < 1)
         return eProjectInvalidId;

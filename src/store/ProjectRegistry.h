@@ -62,6 +62,9 @@ public:
     EProjectResult CopyProject(std::int32_t id, std::int32_t& newId, std::wstring& newName,
                                const CProgress& progress = {});
     EProjectResult RenameProject(std::int32_t id, const std::wstring& name);
+    // Which rule `name` breaks as the name of standard `id` (0: a new one),
+    // by the checks of CreateProject and RenameProject; empty when none.
+    std::wstring NameProblem(const std::wstring& name, std::int32_t id = 0) const;
     // The name the registry stores for a typed one: blanks around it dropped.
     static std::wstring StoredName(const std::wstring& name);
     EProjectResult DeleteProject(std::int32_t id);

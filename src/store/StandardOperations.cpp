@@ -17,6 +17,32 @@ EProjectResult PurgeStandard(CVX2D_ProjectRegistry& projects, CVX2D_ClientRegist
     return result;
 }
 
+std::vector<std::int32_t> StandardsNamed(const CVX2D_ProjectRegistry& projects,
+                                         const std::wstring& name, EProjectResult& result) {
+    std::vector<SProjectInfo> listed;
+    std::vector<std::int32_t> ids;
+    result = projects.ListProjects(true, true, listed);
+    for (const auto& project : listed) {
+        if (project.name == name)
+            ids.push_back(project.id);
+    }
+    return ids;
+}
+
+std::vector<std::int32_t> ClientsNamed(const CVX2D_ClientRegistry& clients,
+                                       const std::wstring& name) {
+    std::vector<std::int32_t> ids;
+    for (const auto& client : clients.ListClients()) {
+        if (client.name == name)
+            ids.push_back(client.id);
+    }
+    return ids;
+}
+
+std::wstring PurgeKeptText(const std::wstring& name) {
+    return fmt::format(L"Standard '{}' is still listed: its folder could not be deleted", name);
+}
+
 std::wstring CreateClientErrorText() {
     return L"Error creating a new client";
 }

@@ -57,8 +57,7 @@ TEST_F(CliTest, ExportAndImportCarryAStandardAcross) {
 
     const auto unknown = Run({"export", "9", archive});
     EXPECT_EQ(unknown.code, 1);
-    EXPECT_EQ(unknown.err, "Error exporting standard '9' to '" + archive +
-                               "'.\n\nCan't get project location folder\n");
+    EXPECT_EQ(unknown.err, "There is no standard 9 (see 'standard list --deleted')\n");
 }
 
 TEST_F(CliTest, ImportFailsForAFileThatIsNotAnArchiveAndImportsTheOthers) {

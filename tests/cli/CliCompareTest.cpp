@@ -80,7 +80,9 @@ TEST_F(CliCompareTest, OutputFileHoldsTheReport) {
 }
 
 TEST_F(CliCompareTest, AnAbandonedComparisonPrintsTheRowsBuiltSoFarAndFails) {
-    Ok({"general", "set", "2", "rating_format", "9"});
+    // A code the list of rating formats does not have, as another program left it.
+    Ok({"datafile", "set", (Projects() / "VX2D_PRJ_2 - Plant" / "General.ini").string(), "Units",
+        "RatingsFormat", "9"});
     const test::SRun run = Run({"compare", "1", "2"});
     EXPECT_EQ(run.code, 1);
     EXPECT_EQ(run.out, "header\tSetting\tPipe\tPlant\t0\n"

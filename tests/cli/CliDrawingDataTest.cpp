@@ -107,15 +107,12 @@ TEST_F(CliDrawingDataTest, BordersRefuseBadInputAndChangeNothing) {
              "that a datafile cannot store.\n"},
             {{"9", "A", "border", "x.dwg"},
              1,
-             "Error saving borders of standard '9'.\n\nCan't get project location folder\n"},
+             "There is no standard 9 (see 'standard list --deleted')\n"},
         },
         Pipe() / "Borders.ini");
-    ExpectFailures(
-        {"borders", "show"},
-        {{{"9"},
-          1,
-          "Error reading borders of standard '9'.\n\nCan't get project location folder\n"}},
-        Pipe() / "Borders.ini");
+    ExpectFailures({"borders", "show"},
+                   {{{"9"}, 1, "There is no standard 9 (see 'standard list --deleted')\n"}},
+                   Pipe() / "Borders.ini");
 }
 
 TEST_F(CliDrawingDataTest, LayersShowTheSetOfEachApplication) {
@@ -200,7 +197,7 @@ TEST_F(CliDrawingDataTest, LayersRefuseWhatThePageDoesNotOfferAndChangeNothing) 
              "that a datafile cannot store.\n"},
             {{"9", "PID", "16", "name", "X"},
              1,
-             "Error saving PID layers of standard '9'.\n\nCan't get project location folder\n"},
+             "There is no standard 9 (see 'standard list --deleted')\n"},
             {{"1", "PID", "16", "color", "256"}, 2, "'256" + colour},
             {{"1", "PID", "16", "color", "0"}, 2, "'0" + colour},
             {{"1", "PID", "16", "color", "1,2"}, 2, "'1,2" + colour},

@@ -27,15 +27,6 @@ protected:
         ASSERT_EQ(Ok({"standard", "create", "Other"}), "2\tOther\n");
     }
     fs::path Folder() const { return Projects() / "VX2D_PRJ_1 - Pipe"; }
-    void RunSteps(const SSteps& steps) const {
-        for (const auto& [args, out] : steps) {
-            SCOPED_TRACE(Joined(args));
-            const SRun run = Run(args);
-            EXPECT_EQ(run.code, 0);
-            EXPECT_EQ(run.out, out);
-            EXPECT_EQ(run.err, "");
-        }
-    }
 };
 
 TEST_F(CliLinesSpecsTest, LinesLifecycle) {

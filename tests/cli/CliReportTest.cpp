@@ -45,7 +45,7 @@ TEST_F(CliReportTest, AMissingStandardFails) {
     const test::SRun run = Run({"report", "9"});
     EXPECT_EQ(run.code, 1);
     EXPECT_EQ(run.out, "");
-    EXPECT_EQ(run.err, "Standard 9 does not exist.\n");
+    EXPECT_EQ(run.err, "There is no standard 9 (see 'standard list --deleted')\n");
 }
 
 } // namespace

@@ -48,8 +48,8 @@ TEST_F(CliRestoreTest, RefusalsSayWhy) {
     } cases[] = {
         {{"1", "ELECTRIC", "8"}, 2, "ELECTRIC settings have no section 8 \"System Toggles\".\n"},
         {{"1", "ORTHO", "12"}, 2, "Unknown section '12': give a section id or name:\n  0 Bill of"},
-        {{"9", "ORTHO"}, 1, "Error restoring the default ORTHO settings of standard '9'.\n\n"},
-        {{"9", "PID", "5"}, 1, "Error restoring the default PID layers of standard '9'.\n\n"},
+        {{"9", "ORTHO"}, 1, "There is no standard 9 (see 'standard list --deleted')\n"},
+        {{"9", "PID", "5"}, 1, "There is no standard 9 (see 'standard list --deleted')\n"},
     };
     for (const auto& c : cases) {
         std::vector<std::string> args = {"settings", "restore-defaults"};

@@ -104,28 +104,35 @@ TEST_F(CliSettingsTest, SetWritesTheChangedKey) {
 
 TEST_F(CliSettingsTest, RefusalsLeaveTheFileAsItWas) {
     WriteBytes(Folder() / "ELECTRIC.ini", "[Settings]\r\nVariable 145 = 3.000000\r\n");
-    const std::string choices = " is not a choice of variable 25 \"Dimension Associativity\". "
-                                "Choices:\n  8 Exploded\n  15 Non-Associative\n  1 Associative\n";
+    const std::string choices = " is not a value of variable 25 \"Dimension Associativity\": "
+                                "give one of the choices (label or number):\n  8 Exploded\n  "
+                                "15 Non-Associative\n  1 Associative\n";
     const std::tuple<std::vector<std::string>, int, std::string> cases[] = {
         {{"set", "1", "ELECTRIC", "165", "Heading"},
          2,
          "Variable 165 is a sub-heading of a section, not a setting: it cannot be changed.\n"},
-        {{"set", "1", "ELECTRIC", "155", "On"}, 2, "ELECTRIC settings have no variable 155.\n"},
+        {{"set", "1", "ELECTRIC", "155", "On"},
+         2,
+         "ELECTRIC settings have no variable '155': give a variable id or key (see 'settings "
+         "show').\n"},
         {{"set", "1", "ELECTRIC", "25", "Dashed"}, 2, "'Dashed'" + choices},
         {{"set", "1", "ELECTRIC", "25", "7"}, 2, "'7'" + choices},
         {{"set", "9", "ELECTRIC", "145", "1"},
          1,
-         "Error reading ELECTRIC settings of standard '9'.\n\nCan't get project location folder\n"},
+         "There is no standard 9 (see 'standard list --deleted')\n"},
         {{"show", "1", "ELECTRIC", "--section", "0"},
          2,
          "ELECTRIC settings have no section 0 \"Bill of Material\". Sections:\n"
          "  4 General Drawing Parameters\n  6 Scale Factors\n  7 Scaling Variables\n"
          "  1 Civil/Structural Parameters\n  3 Dimensioning Variables\n"},
-        {{"set", "1", "ELECTRIC", "abc", "1"}, 2, "'abc' is not a whole number for VARIABLE_ID.\n"},
+        {{"set", "1", "ELECTRIC", "abc", "1"},
+         2,
+         "ELECTRIC settings have no variable 'abc': give a variable id or key (see 'settings "
+         "show').\n"},
         {{"set", "1", "ELECTRIC", "103", "1"},
          2,
-         "'1' is not a value of the toggle 103 \"Disable Default LTSCALE Setting\": give On or "
-         "Off.\n"},
+         "'1' is not a value of variable 103 \"Disable Default LTSCALE Setting\": give On or "
+         "Off\n"},
     };
     for (const auto& [rest, code, err] : cases) {
         std::vector<std::string> args = {"settings"};

@@ -53,13 +53,7 @@ TEST_F(CliTest, LifecyclePrintsTabSeparatedRecordsWithoutHeader) {
         {{"standard", "list", "--deleted"}, "1\tactive\t0\tTube\n2\tactive\t0\tElec\n"},
         {{"standard", "folder", "1"}, (Projects() / "VX2D_PRJ_1 - Tube/").string() + "\n"},
     };
-    for (const auto& [args, out] : steps) {
-        SCOPED_TRACE(Joined(args));
-        const SRun run = Run(args);
-        EXPECT_EQ(run.code, 0);
-        EXPECT_EQ(run.out, out);
-        EXPECT_EQ(run.err, "");
-    }
+    RunSteps(steps);
     EXPECT_EQ(ReadBytes(Root() / "ProjectDatafile.ini"),
               "[General]\r\nLastProjectId = 3\r\n\r\n"
               "[ProjectList]\r\nVX2D_PRJ_1 = Tube\r\nVX2D_PRJ_2 = Elec\r\n");
@@ -74,17 +68,17 @@ TEST_F(CliTest, RegistryCheckRegistersAFolderNoListNames) {
 TEST_F(CliStandardTest, FailuresExitOneWithTheMessageAndChangeNothing) {
     const std::vector<std::pair<std::vector<std::string>, std::string>> cases = {
         {{"standard", "rename", "1", "a/b"},
-         "Error renaming project from 'Pipe' to 'a/b'.\n\nInvalid name\n"},
+         "Error renaming project from 'Pipe' to 'a/b'.\n\nInvalid name: a name cannot hold '/' "
+         "(none of < > : \" / \\ | ? * may be used).\n"},
         {{"standard", "create", "Pip\xE2\x82\xAC"},
-         "Error creating new standard 'Pip\xE2\x82\xAC'\n\nInvalid name\n"},
-        {{"standard", "delete", "9"},
-         "Error marking standard '9' as deleted.\n\nCan't find project\n"},
-        {{"standard", "move", "1", "7"}, "Error moving project.\n\nThere is no client 7.\n"},
+         "Error creating new standard 'Pip\xE2\x82\xAC'\n\nInvalid name: a name cannot hold "
+         "'\xE2\x82\xAC': a datafile stores only characters up to code 255.\n"},
+        {{"standard", "delete", "9"}, "There is no standard 9 (see 'standard list --deleted')\n"},
+        {{"standard", "move", "1", "7"}, "There is no client 7 (see 'client list')\n"},
         {{"client", "rename", "1", "\xE2\x82\xAC"},
          "Error renaming client from 'Client 1' to '\xE2\x82\xAC'.\n"},
-        {{"client", "rename", "7", "Seven"},
-         "Error renaming client from '7' to 'Seven'.\n\nThere is no client 7.\n"},
-        {{"client", "delete", "7"}, "Error deleting client '7'\n"},
+        {{"client", "rename", "7", "Seven"}, "There is no client 7 (see 'client list')\n"},
+        {{"client", "delete", "7"}, "There is no client 7 (see 'client list')\n"},
     };
     const std::string projects = ReadBytes(Root() / "ProjectDatafile.ini");
     const std::string clients = ReadBytes(Root() / "ClientDatafile.ini");
@@ -105,7 +99,8 @@ TEST_F(CliStandardTest, BadUsageExitsTwoAndDoesNothing) {
         {{"standard", "purge", "1"}, "--yes"},
         {{"general", "set", "1", "nope", "1"}, "Unknown field 'nope'"},
         {{"general", "set", "1", "version", "x"}, "'x' is not a whole number for version."},
-        {{"general", "set", "1", "rating_format", "99999999999"}, "not a whole number"},
+        {{"general", "set", "1", "rating_format", "99999999999"},
+         "'99999999999' is not in the list of Rating Format"},
         {{"general", "set", "1", "guid", "00000000-0000-0000-0000-000000000000"},
          "The field 'guid' cannot be changed."},
     };

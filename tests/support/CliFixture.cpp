@@ -54,6 +54,12 @@ SRun CliTest::Run(std::vector<std::string> args, bool withDatafiles) const {
             _exit(126);
         for (int fd : {outPipe[0], outPipe[1], errPipe[0], errPipe[1]})
             close(fd);
+        if (!m_stdoutFile.empty()) {
+            const int file = open(m_stdoutFile.c_str(), O_WRONLY);
+            if (file < 0 || dup2(file, 1) < 0)
+                _exit(126);
+            close(file);
+        }
         if (m_fullDisk) {
             std::signal(SIGXFSZ, SIG_IGN);
             rlimit limit{};

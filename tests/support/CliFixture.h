@@ -34,11 +34,27 @@ protected:
         return run.out;
     }
 
+    // Runs each command in turn: each succeeds, prints exactly its text and
+    // nothing on standard error.
+    using SSteps = std::vector<std::pair<std::vector<std::string>, std::string>>;
+    void RunSteps(const SSteps& steps) const {
+        for (const auto& [args, out] : steps) {
+            SCOPED_TRACE(Joined(args));
+            const SRun run = Run(args);
+            EXPECT_EQ(run.code, 0);
+            EXPECT_EQ(run.out, out);
+            EXPECT_EQ(run.err, "");
+        }
+    }
+
     // How the next runs go: as a user who is not root (a drafter on a
-    // share: when the tests run as root the child drops to "nobody"), and
-    // with a disk on which no file can grow.
+    // share: when the tests run as root the child drops to "nobody"),
+    // with a disk on which no file can grow, and standard output elsewhere.
     bool m_otherUser = false;
     bool m_fullDisk = false;
+    // Where standard output goes instead of the captured pipe, such as
+    // "/dev/full"; empty: captured.
+    std::string m_stdoutFile;
     // The exit code of a run that could not become another user.
     static constexpr int kCannotDropPrivileges = 125;
 
