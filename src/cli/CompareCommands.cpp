@@ -23,10 +23,9 @@ struct SArgs {
 COutput JsonRecords(const SComparison& comparison) {
     COutput output({{"kind"}, {"label"}, {"text1"}, {"text2"}, {"differ"}});
     output.Add({std::wstring(L"header"), comparison.header0, comparison.header1, comparison.header2,
-                std::int64_t{0}});
+                false});
     for (const auto& row : comparison.rows)
-        output.Add({CompareRowKindName(row.kind), row.label, row.text1, row.text2,
-                    std::int64_t{row.differ ? 1 : 0}});
+        output.Add({CompareRowKindName(row.kind), row.label, row.text1, row.text2, row.differ});
     return output;
 }
 

@@ -16,6 +16,10 @@ struct SArgs {
 };
 
 void Report(const SCliOptions& options, const SArgs& a, std::ostream& out) {
+    if (options.json)
+        throw CCliFailure(L"report prints plain text only: leave out --json (compare --format "
+                          L"json gives two standards' settings as JSON).",
+                          2);
     SCore core(options);
     if (!a.output.empty()) {
         std::wstring error;

@@ -1,6 +1,7 @@
 // standards-desk-cli: the scriptable face of the Standards Desk core.
 #include "cli/CliCore.h"
 #include "datafile/DatafileProblem.h"
+#include "platform/System.h"
 #include "platform/Utf8.h"
 
 #include <clocale>
@@ -14,6 +15,7 @@ int main(int argc, char** argv) {
                  "datafiles folder.",
                  "standards-desk-cli"};
     SCliContext context;
+    context.table = platform::IsTerminal(1);
     cli::AddAllCommands(app, context);
 
     try {
@@ -29,6 +31,11 @@ int main(int argc, char** argv) {
     try {
         if (context.action)
             context.action(std::cout);
+        // A full disk or a closed pipe: what was printed did not arrive.
+        if (!std::cout.flush()) {
+            std::cerr << "Error writing to standard output.\n";
+            return 1;
+        }
     } catch (const CCliFailure& failure) {
         // A datafile that could not be changed says why: another workstation
         // is updating it, the share is read-only for this user, the disk is full.
