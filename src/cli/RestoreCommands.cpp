@@ -99,10 +99,20 @@ COutput RestoreSettings(SCore& core, const SArgs& a, int application, int sectio
 COutput Restore(const SCliOptions& options, const SArgs& a) {
     const int application = ParseApplicationArgument(a.application);
     const int section = ParseSettingsSection(a.section);
-    if (!a.dryRun)
-        Confirm(a.yes, L"Put these settings back to their defaults? Changes made to them are lost.",
-                L"restore-defaults replaces the settings for good; confirm with --yes");
     SCore core(options);
+    if (!a.dryRun) {
+        using Base = CVX2D_ProjectSettingsBase;
+        const std::wstring settings = ApplicationSettingsName(application) + L" settings";
+        const std::wstring what =
+            section == Base::eLayers ? ApplicationName(application) + L" layers"
+            : section < 0            ? settings
+                          : fmt::format(L"\"{}\" {}", Base::SectionName(section), settings);
+        Confirm(a.yes,
+                fmt::format(L"Put the {} of standard '{}' back to their defaults? The values they "
+                            L"have now are lost.",
+                            what, core.NameOf(a.id)),
+                L"restore-defaults replaces the settings for good; confirm with --yes");
+    }
     if (section == CVX2D_ProjectSettingsBase::eLayers)
         return RestoreLayers(core, a, application);
     return RestoreSettings(core, a, application, section);

@@ -84,6 +84,30 @@ TEST_F(CliRestoreTest, RestoresOneSectionAllSectionsOrTheLayersAndPrintsWhatChan
     EXPECT_EQ(Ok({"settings", "restore-defaults", "1", "ORTHO", "--yes"}), "");
 }
 
+TEST_F(CliRestoreTest, OnATerminalItAsksNamingWhatItWouldRestore) {
+    const std::string lost = " back to their defaults? The values they have now are lost. [y/N] ";
+    const std::pair<std::vector<std::string>, std::string> cases[] = {
+        {{"1", "ORTHO"}, "Put the ORTHO settings of standard 'Pipe'" + lost},
+        {{"1", "ORTHO", "4"},
+         "Put the \"General Drawing Parameters\" ORTHO settings of standard 'Pipe'" + lost},
+        {{"1", "ORTHO", "Layers"}, "Put the ORTHO layers of standard 'Pipe'" + lost},
+    };
+    const std::string settings = Show("1");
+    const std::string layers = Ok({"layers", "show", "1", "ORTHO"});
+    for (const auto& [verb, question] : cases) {
+        std::vector<std::string> args = {"settings", "restore-defaults"};
+        args.insert(args.end(), verb.begin(), verb.end());
+        SCOPED_TRACE(Joined(args));
+        m_terminal = "n\n";
+        const test::SRun run = Run(args);
+        m_terminal.reset();
+        EXPECT_EQ(run.code, 1);
+        EXPECT_NE(run.err.find(question), std::string::npos) << run.err;
+    }
+    EXPECT_EQ(Show("1"), settings);
+    EXPECT_EQ(Ok({"layers", "show", "1", "ORTHO"}), layers);
+}
+
 TEST_F(CliRestoreTest, RefusalsSayWhy) {
     const struct {
         std::vector<std::string> args;
