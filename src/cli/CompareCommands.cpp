@@ -50,7 +50,7 @@ void Compare(const SCliOptions& options, const SArgs& a, std::ostream& out) {
     } else {
         bytes = platform::ToUtf8(CompareReportTsv(result));
     }
-    if (a.output.empty())
+    if (a.output.empty() || a.output == "-")
         out << bytes;
     else if (!SaveCompareReport(W(a.output), platform::FromUtf8(bytes)))
         throw CCliFailure(fmt::format(L"Error writing the comparison to '{}'.", W(a.output)));
@@ -74,7 +74,8 @@ void AddCompareCommands(CLI::App& app, SCliContext& context) {
     compare->add_option("ID2", args->id2, "Standard 2 id (-1: none)")->required();
     compare->add_option("--format", args->format, "tsv (default), json or html")
         ->check(CLI::IsMember({"tsv", "json", "html"}));
-    compare->add_option("--output", args->output, "Write to this file instead of printing");
+    compare->add_option("--output", args->output,
+                        "Write to this file instead of printing (- prints)");
     compare->add_flag("--differences", args->differences,
                       "Only the headings and the rows whose values differ");
     compare->callback([ctx, args] {

@@ -119,6 +119,20 @@ TEST_F(CliOutputTest, ADashReadsTheDatafileFromStandardInput) {
     }
 }
 
+TEST_F(CliOutputTest, AnOutputOfDashPrints) {
+    const std::pair<std::vector<std::string>, std::vector<std::string>> cases[] = {
+        {{"report", "1", "--output", "-"}, {"report", "1"}},
+        {{"compare", "1", "2", "--output", "-"}, {"compare", "1", "2"}},
+    };
+    for (const auto& [dash, plain] : cases) {
+        SCOPED_TRACE(Joined(dash));
+        const std::string printed = Ok(plain);
+        ASSERT_NE(printed, "");
+        EXPECT_EQ(Ok(dash), printed);
+        EXPECT_FALSE(fs::exists("-"));
+    }
+}
+
 TEST_F(CliOutputTest, ReportRefusesJson) {
     const SRun run = Run({"--json", "report", "1"});
     EXPECT_EQ(run.code, 2);
