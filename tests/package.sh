@@ -52,7 +52,8 @@ done
 
 # The installed programs: their version, and the shipped templates found
 # from where they are installed.
-[ "$("$root/bin/standards-desk-cli" --version)" = "standards-desk-cli $version" ] || fail "cli --version"
+cli_version=$("$root/bin/standards-desk-cli" --version) || fail "cli --version exits $?"
+[ "$cli_version" = "standards-desk-cli $version" ] || fail "cli --version says '$cli_version'"
 [ "$(QT_QPA_PLATFORM=offscreen "$root/bin/standards-desk" --version)" = "standards-desk $version" ] ||
     fail "standards-desk --version"
 export XDG_CONFIG_HOME=$work/config XDG_CONFIG_DIRS=$work/xdg

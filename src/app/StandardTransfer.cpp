@@ -45,7 +45,8 @@ std::wstring CStandardTransfer::ProposedExportFile(const std::wstring& standardN
 
 bool CStandardTransfer::Export(std::int32_t standardId, const std::wstring& file,
                                const CArchiveProgress& progress) {
-    m_profile.SetString(kSection, L"ExportFolder", FolderPart(file));
+    if (m_bRemembersFolders)
+        m_profile.SetString(kSection, L"ExportFolder", FolderPart(file));
     std::wstring folder;
     if (m_projects.GetProjectFolder(standardId, folder) != eProjectOk)
         return false;
@@ -65,6 +66,19 @@ std::wstring CStandardTransfer::ImportFolder() const {
     return m_profile.GetString(kSection, L"ImportFolder");
 }
 
+std::vector<CStandardTransfer::SImportCheck>
+CStandardTransfer::CheckImport(const std::vector<std::wstring>& files) const {
+    std::vector<SImportCheck> checks;
+    for (const auto& file : files) {
+        std::error_code ec;
+        if (file.empty() || !fs::is_regular_file(platform::ToPath(file), ec))
+            continue;
+        checks.push_back({file, CStandardArchive::StandardNameOf(file),
+                          CStandardArchive::Check(file, m_limits)});
+    }
+    return checks;
+}
+
 std::vector<CStandardTransfer::SImported>
 CStandardTransfer::Import(const std::vector<std::wstring>& files, std::int32_t clientId,
                           bool oldFormat, const CArchiveProgress& progress) {
@@ -77,7 +91,8 @@ CStandardTransfer::Import(const std::vector<std::wstring>& files, std::int32_t c
     }
     if (kept.empty())
         return results;
-    m_profile.SetString(kSection, L"ImportFolder", FolderPart(kept.front()));
+    if (m_bRemembersFolders)
+        m_profile.SetString(kSection, L"ImportFolder", FolderPart(kept.front()));
 
     // Every archive of the import counts against the same limits.
     SArchiveUsage used;

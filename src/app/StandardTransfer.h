@@ -3,8 +3,8 @@
 // user is told.
 #pragma once
 
-#include "store/Profile.h"
 #include "app/StandardArchive.h"
+#include "store/Profile.h"
 #include "store/ProjectRegistry.h"
 #include "store/Prompter.h"
 
@@ -47,7 +47,20 @@ public:
     std::vector<SImported> Import(const std::vector<std::wstring>& files, std::int32_t clientId,
                                   bool oldFormat, const CArchiveProgress& progress = {});
 
+    // What Import would do with each existing file, writing nothing: the
+    // name of the standard it would make, or why the file would be refused.
+    // Each file is checked against the limits on its own.
+    struct SImportCheck {
+        std::wstring file;
+        std::wstring name;
+        std::wstring refused; // empty when the file would be imported
+    };
+    std::vector<SImportCheck> CheckImport(const std::vector<std::wstring>& files) const;
+
     void SetLimits(const SArchiveLimits& limits) { m_limits = limits; }
+    // Whether Export and Import remember their folders for the next file
+    // dialog. The command line leaves the desktop program's as they are.
+    void SetRemembersFolders(bool remember) { m_bRemembersFolders = remember; }
 
 private:
     // Takes a half-made standard away again (its entry, folder and client
@@ -58,4 +71,5 @@ private:
     CProfile& m_profile;
     IPrompter& m_prompter;
     SArchiveLimits m_limits;
+    bool m_bRemembersFolders = true;
 };

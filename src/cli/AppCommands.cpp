@@ -10,6 +10,7 @@
 
 #include <fmt/xchar.h>
 #include <iostream>
+#include <optional>
 
 namespace cli {
 
@@ -21,7 +22,18 @@ struct SArgs {
     std::string file;
     std::vector<std::string> files;
     bool oldFormat = false;
+    bool dryRun = false;
+    std::string name; // the standard made from standard input
     std::string now;
+};
+
+// Export and import as the command line runs them: the desktop program's
+// remembered folders stay as they are.
+struct SCliTransfer : CStandardTransfer {
+    explicit SCliTransfer(SCore& core)
+        : CStandardTransfer(core.projects, core.profile, core.prompter) {
+        SetRemembersFolders(false);
+    }
 };
 
 std::wstring ShippedTemplates() {
@@ -45,25 +57,50 @@ void Install(const SCliOptions& options) {
     }
 }
 
-void Export(const SCliOptions& options, const SArgs& a) {
+void Export(const SCliOptions& options, const SArgs& a, std::ostream& out) {
     SCore core(options);
-    CStandardTransfer transfer(core.projects, core.profile, core.prompter);
+    SCliTransfer transfer(core);
     const std::wstring what =
         fmt::format(L"Error exporting standard '{}' to '{}'.", core.NameOf(a.id), W(a.file));
     core.FolderOf(a.id, what);
-    if (!transfer.Export(a.id, W(a.file)))
+    if (a.file != "-") {
+        if (!transfer.Export(a.id, W(a.file)))
+            throw CCliFailure(what);
+        return;
+    }
+    // An archive is written with seeks: it goes to standard output whole.
+    const CScratchFile archive(L"Standard.xst");
+    if (!transfer.Export(a.id, archive.Path()))
         throw CCliFailure(what);
+    archive.CopyTo(out);
 }
 
 COutput Import(const SCliOptions& options, const SArgs& a) {
     SCore core(options);
-    CStandardTransfer transfer(core.projects, core.profile, core.prompter);
+    SCliTransfer transfer(core);
     std::vector<std::wstring> files;
+    // Standard input becomes a file named after the standard it makes.
+    std::optional<CScratchFile> fromStdin;
     for (const auto& file : a.files) {
+        if (file == "-" && !fromStdin) {
+            const std::wstring name =
+                a.name.empty() ? core.projects.GetDefaultProjectName() : W(a.name);
+            fromStdin.emplace(name + L".xst");
+            fromStdin->FillFromStdin();
+            files.push_back(fromStdin->Path());
+            continue;
+        }
         std::error_code ec;
         if (!std::filesystem::is_regular_file(platform::ToPath(W(file)), ec))
             throw CCliFailure(fmt::format(L"There is no file '{}' to import.", W(file)));
         files.push_back(W(file));
+    }
+    if (a.dryRun) {
+        COutput output({{"file"}, {"name"}, {"refused"}});
+        for (const auto& check : transfer.CheckImport(files))
+            output.Add({fromStdin && check.file == fromStdin->Path() ? L"-" : check.file,
+                        check.name, check.refused});
+        return output;
     }
     const auto imported = transfer.Import(files, a.clientId, a.oldFormat);
     COutput output({{"id"}, {"name"}});
@@ -116,12 +153,18 @@ COutput UpdateCheck(const SCliOptions& options, const SArgs& a) {
     return output;
 }
 
-void AddItems(COutput& output, const std::vector<CNavItem>& items, int depth) {
+// The items as indented lines and, for JSON, as objects with their children.
+nlohmann::ordered_json AddItems(COutput& output, const std::vector<CNavItem>& items, int depth) {
+    nlohmann::ordered_json list = nlohmann::ordered_json::array();
     for (const auto& item : items) {
         output.Add({std::wstring(2 * static_cast<std::size_t>(depth), L' ') + item.text,
                     std::int64_t{item.image}, std::int64_t{item.id}});
-        AddItems(output, item.children, depth + 1);
+        nlohmann::ordered_json object = {
+            {"text", platform::ToUtf8(item.text)}, {"image", item.image}, {"id", item.id}};
+        object["children"] = AddItems(output, item.children, depth + 1);
+        list.push_back(std::move(object));
     }
+    return list;
 }
 
 COutput NavigatorTree(const SCliOptions& options) {
@@ -130,7 +173,7 @@ COutput NavigatorTree(const SCliOptions& options) {
     CNavigatorController navigator(core.projects, core.clients, core.profile, core.prompter, owner);
     navigator.Rebuild();
     COutput output({{"text"}, {"image"}, {"id"}});
-    AddItems(output, navigator.Tree().Roots(), 0);
+    output.SetJson(AddItems(output, navigator.Tree().Roots(), 0));
     return output;
 }
 
@@ -146,10 +189,16 @@ void AddAppCommands(CLI::App& app, SCliContext& context) {
 
     auto* exportCommand = app.add_subcommand("export", "Write a standard to an .xst archive");
     AddStandardId(exportCommand, args->id);
-    exportCommand->add_option("FILE", args->file, "The archive to write, such as Pipe.xst")
+    exportCommand
+        ->add_option("FILE", args->file,
+                     "The archive to write, such as Pipe.xst; - for standard output")
         ->required();
-    exportCommand->callback(
-        [ctx, args] { ctx->Run([ctx, args] { Export(ctx->options, *args); }); });
+    exportCommand->callback([ctx, args] {
+        if (args->file != "-")
+            ctx->Run([ctx, args] { Export(ctx->options, *args, std::cout); });
+        else
+            ctx->action = [ctx, args](std::ostream& out) { Export(ctx->options, *args, out); };
+    });
 
     auto* importCommand =
         app.add_subcommand("import", "Make a new standard from each .xst or .xpj archive; "
@@ -158,8 +207,15 @@ void AddAppCommands(CLI::App& app, SCliContext& context) {
                                      "entries left out");
     importCommand
         ->add_option("FILE", args->files,
-                     "Archives to import: .xst, or .xpj of the 2015 generation")
+                     "Archives to import: .xst, or .xpj of the 2015 generation; - for an .xst "
+                     "archive on standard input")
         ->required();
+    importCommand->add_option("--name", args->name,
+                              "The name of the standard made from standard input (default: "
+                              "the name standard default-name proposes)");
+    AddDryRun(importCommand, args->dryRun,
+              "Only check the files and print FILE, NAME, REFUSED (why a file would be "
+              "refused; empty when it would be imported)");
     AddClientId(importCommand, "--client", args->clientId,
                 "Client to put the new standards under (id or name)", true);
     importCommand->add_flag("--old-format", args->oldFormat,

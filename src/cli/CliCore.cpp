@@ -4,13 +4,18 @@
 #include "datafile/Application.h"
 #include "datafile/IniFile.h"
 #include "datafile/Text.h"
+#include "platform/System.h"
 #include "platform/Utf8.h"
 #include "store/IniRegistry.h"
 #include "store/StandardOperations.h"
 
 #include <algorithm>
+#include <filesystem>
 #include <fmt/xchar.h>
+#include <fstream>
+#include <iostream>
 #include <optional>
+#include <random>
 #include <utility>
 
 CCliFailure::CCliFailure(std::wstring text, int exitCode)
@@ -100,7 +105,7 @@ std::int32_t ResolveClient(const CVX2D_ClientRegistry& clients, const SReference
 } // namespace
 
 SCore::SCore(const SCliOptions& options, bool mayBeMissing)
-    : SCliPrompterHolder(options.yes),
+    : SCliPrompterHolder(options),
       CStandardsCore(MakeSystemRegistry(), cli::W(options.datafiles), cliPrompter) {
     if (!datafiles.IsKnown())
         throw CCliFailure(NoDatafilesText());
@@ -331,6 +336,71 @@ std::string UnknownVerbText(const CLI::App& app, const std::vector<std::string>&
     return text + (nearest.empty() ? " Verbs: " + verbs + "." : " Did you mean '" + nearest + "'?");
 }
 
+CLI::Option* AddYes(CLI::App* command, bool& yes, const std::string& help) {
+    return command->add_flag("-y,--yes", yes, help);
+}
+
+CLI::Option* AddDryRun(CLI::App* command, bool& dryRun, const std::string& help) {
+    return command->add_flag("--dry-run", dryRun, help);
+}
+
+void Confirm(bool yes, const std::wstring& question, const std::wstring& refusal) {
+    if (yes)
+        return;
+    if (!platform::IsTerminal(0) || !platform::IsTerminal(2))
+        throw CCliFailure(refusal, 2);
+    std::cerr << platform::ToUtf8(question) << " [y/N] " << std::flush;
+    std::string answer;
+    if (std::getline(std::cin, answer)) {
+        const std::wstring typed = TrimBlanks(W(answer));
+        if (EqualsNoCase(typed, L"y") || EqualsNoCase(typed, L"yes"))
+            return;
+    }
+    throw CCliFailure(L"Nothing was changed.");
+}
+
+CScratchFile::CScratchFile(const std::wstring& name) {
+    namespace fs = std::filesystem;
+    std::error_code ec;
+    const fs::path base = fs::temp_directory_path(ec);
+    std::random_device random;
+    for (int attempt = 0; attempt < 100 && m_strFolder.empty(); ++attempt) {
+        const fs::path folder = base / fmt::format("standards-desk-cli-{}-{:08x}",
+                                                   platform::CurrentProcessId(), random());
+        if (fs::create_directory(folder, ec))
+            m_strFolder = platform::FromPath(folder);
+    }
+    if (m_strFolder.empty())
+        throw CCliFailure(
+            fmt::format(L"No temporary file could be made in '{}'.", platform::FromPath(base)));
+    m_strPath = platform::FromPath(platform::ToPath(m_strFolder) / platform::ToPath(name));
+}
+
+CScratchFile::~CScratchFile() {
+    std::error_code ec;
+    std::filesystem::remove_all(platform::ToPath(m_strFolder), ec);
+}
+
+void CScratchFile::FillFromStdin() const {
+    std::ofstream file(platform::ToPath(m_strPath), std::ios::binary);
+    // Not `<< rdbuf()`, which fails on an empty input.
+    char buffer[65536];
+    while (std::cin.read(buffer, sizeof buffer) || std::cin.gcount() > 0)
+        file.write(buffer, std::cin.gcount());
+    file.flush();
+    if (!file)
+        throw CCliFailure(fmt::format(L"Error writing '{}'.", m_strPath));
+}
+
+void CScratchFile::CopyTo(std::ostream& out) const {
+    std::ifstream file(platform::ToPath(m_strPath), std::ios::binary);
+    if (!file)
+        throw CCliFailure(fmt::format(L"Error reading '{}'.", m_strPath));
+    char buffer[65536];
+    while (file.read(buffer, sizeof buffer) || file.gcount() > 0)
+        out.write(buffer, file.gcount());
+}
+
 void AddAllCommands(CLI::App& app, SCliContext& context) {
     app.require_subcommand(1);
     app.set_version_flag("--version", "standards-desk-cli " SD_VERSION,
@@ -338,9 +408,12 @@ void AddAllCommands(CLI::App& app, SCliContext& context) {
     // Global options may also follow the verb: "standard list --json".
     app.fallthrough();
     app.add_option("--datafiles", context.options.datafiles,
-                   "Datafiles folder to use instead of the installed one");
+                   "Datafiles folder to use instead of the installed one")
+        ->type_name("DIR");
     app.add_flag("--json", context.options.json,
-                 "Print one JSON document instead of TAB-separated lines");
+                 "Print one JSON document instead of TAB-separated lines (docs/json.md)");
+    app.add_flag("-q,--quiet", context.options.quiet,
+                 "Print no notes or questions on standard error, only failures");
 
     cli::AddDatafileCommands(app, context);
     cli::AddClientCommands(app, context);
@@ -359,6 +432,7 @@ void AddAllCommands(CLI::App& app, SCliContext& context) {
     cli::AddReportCommands(app, context);
     cli::AddCompletionCommands(app, context);
     RequireNumericIds(app);
+    cli::AddHelpFooters(app);
 }
 
 } // namespace cli

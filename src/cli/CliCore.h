@@ -27,6 +27,7 @@ struct SCliOptions {
     std::string datafiles; // --datafiles, empty: the installation value
     bool json = false;
     bool yes = false;
+    bool quiet = false; // -q: no notes on standard error, only failures
 };
 
 // A failed operation: the message the desktop program would show, and the
@@ -43,10 +44,18 @@ struct SCliContext {
     SCliOptions options;
     std::function<void(std::ostream&)> action;
 
+    // Whether records go to a person at a terminal (an aligned table with a
+    // header) rather than to a pipe or a file (TAB-separated lines).
+    bool table = false;
+
     // The chosen verb prints `make()`'s records.
     void Print(std::function<COutput()> make) {
         action = [this, make = std::move(make)](std::ostream& out) {
-            make().Write(out, options.json);
+            const COutput output = make();
+            if (table && !options.json)
+                output.WriteTable(out);
+            else
+                output.Write(out, options.json);
         };
     }
     // The chosen verb has no records to print: nothing, or an empty JSON
@@ -63,7 +72,8 @@ struct SCliContext {
 // The command line's answers to the core's questions, made before the core
 // that asks them.
 struct SCliPrompterHolder {
-    explicit SCliPrompterHolder(bool yes) : cliPrompter(yes) {}
+    explicit SCliPrompterHolder(const SCliOptions& options)
+        : cliPrompter(options.yes, options.quiet) {}
     CCliPrompter cliPrompter;
 };
 
@@ -144,6 +154,40 @@ std::wstring NoClientText(std::int32_t id);
 // verb its group does not have, or stops at a group: "Unknown verb 'lst' for
 // 'standard'. Did you mean 'list'?". Empty when the verbs are in order.
 std::string UnknownVerbText(const CLI::App& app, const std::vector<std::string>& args);
+
+// `--yes` and `-y` on a verb that cannot be undone.
+CLI::Option* AddYes(CLI::App* command, bool& yes, const std::string& help);
+// `--dry-run` on a verb that can say what it would do instead.
+CLI::Option* AddDryRun(CLI::App* command, bool& dryRun, const std::string& help);
+// Goes on when `yes` was given. Otherwise, on a terminal, asks `question`
+// and fails unless the answer is yes; elsewhere (a script) fails as bad
+// usage with `refusal`, which says to confirm with --yes.
+void Confirm(bool yes, const std::wstring& question, const std::wstring& refusal);
+
+// A file of its own in a new folder under the system's temporary folder,
+// removed with it: how `-` (standard input or output) is read or written
+// where a verb needs a file.
+class CScratchFile {
+public:
+    explicit CScratchFile(const std::wstring& name);
+    ~CScratchFile();
+    CScratchFile(const CScratchFile&) = delete;
+    CScratchFile& operator=(const CScratchFile&) = delete;
+    const std::wstring& Path() const { return m_strPath; }
+    // Standard input, byte for byte, into the file.
+    void FillFromStdin() const;
+    // The file, byte for byte, to `out`.
+    void CopyTo(std::ostream& out) const;
+
+private:
+    std::wstring m_strFolder;
+    std::wstring m_strPath;
+};
+
+// Examples and the global options at the foot of every command's --help.
+void AddHelpFooters(CLI::App& app);
+// Whether the command's --help has examples.
+bool HasExamples(const CLI::App& command);
 
 // The program's global options and every command group.
 void AddAllCommands(CLI::App& app, SCliContext& context);

@@ -1,5 +1,6 @@
 // Answers the core's questions on the command line: messages go to standard
-// error, questions take the default answer, or Yes with --yes.
+// error (with --quiet only those that tell of a failure), questions take the
+// default answer, or Yes with --yes.
 #pragma once
 
 #include "platform/Utf8.h"
@@ -9,13 +10,18 @@
 
 class CCliPrompter : public IPrompter {
 public:
-    explicit CCliPrompter(bool yes) : m_yes(yes) {}
+    CCliPrompter(bool yes, bool quiet) : m_yes(yes), m_quiet(quiet) {}
 
     EPromptAnswer Ask(const SPrompt& prompt) override {
-        std::cerr << platform::ToUtf8(prompt.text) << '\n';
+        const bool told =
+            !m_quiet || (prompt.buttons == EPromptButtons::Ok && prompt.icon == EPromptIcon::Stop);
+        if (told)
+            std::cerr << platform::ToUtf8(prompt.text) << '\n';
         if (prompt.buttons == EPromptButtons::Ok)
             return EPromptAnswer::Ok;
         const EPromptAnswer answer = m_yes ? EPromptAnswer::Yes : prompt.defaultAnswer;
+        if (!told)
+            return answer;
         std::cerr << "(answered "
                   << (answer == EPromptAnswer::Yes  ? "Yes"
                       : answer == EPromptAnswer::No ? "No"
@@ -27,4 +33,5 @@ public:
 
 private:
     bool m_yes;
+    bool m_quiet;
 };

@@ -23,10 +23,9 @@ struct SArgs {
 COutput JsonRecords(const SComparison& comparison) {
     COutput output({{"kind"}, {"label"}, {"text1"}, {"text2"}, {"differ"}});
     output.Add({std::wstring(L"header"), comparison.header0, comparison.header1, comparison.header2,
-                std::int64_t{0}});
+                false});
     for (const auto& row : comparison.rows)
-        output.Add({CompareRowKindName(row.kind), row.label, row.text1, row.text2,
-                    std::int64_t{row.differ ? 1 : 0}});
+        output.Add({CompareRowKindName(row.kind), row.label, row.text1, row.text2, row.differ});
     return output;
 }
 
@@ -51,7 +50,7 @@ void Compare(const SCliOptions& options, const SArgs& a, std::ostream& out) {
     } else {
         bytes = platform::ToUtf8(CompareReportTsv(result));
     }
-    if (a.output.empty())
+    if (a.output.empty() || a.output == "-")
         out << bytes;
     else if (!SaveCompareReport(W(a.output), platform::FromUtf8(bytes)))
         throw CCliFailure(fmt::format(L"Error writing the comparison to '{}'.", W(a.output)));
@@ -75,7 +74,8 @@ void AddCompareCommands(CLI::App& app, SCliContext& context) {
     compare->add_option("ID2", args->id2, "Standard 2 id (-1: none)")->required();
     compare->add_option("--format", args->format, "tsv (default), json or html")
         ->check(CLI::IsMember({"tsv", "json", "html"}));
-    compare->add_option("--output", args->output, "Write to this file instead of printing");
+    compare->add_option("--output", args->output,
+                        "Write to this file instead of printing (- prints)");
     compare->add_flag("--differences", args->differences,
                       "Only the headings and the rows whose values differ");
     compare->callback([ctx, args] {

@@ -145,12 +145,10 @@ COutput Editor(const SCliOptions& options, const SArgs& a) {
     COutput output({{"row"}, {"label"}, {"cell"}, {"text"}, {"choices"}, {"readonly"}});
     for (std::size_t i = 0; i < editor.Rows().size(); ++i) {
         const SSettingsRow& row = editor.Rows()[i];
-        std::wstring choices;
-        for (const auto& choice : row.choices)
-            choices += (choices.empty() ? L"" : L"|") + choice;
         output.Add({static_cast<std::int64_t>(i), row.label,
                     row.subHeading ? std::wstring(L"heading") : SettingsCellName(row.cell),
-                    row.text, choices, std::int64_t{row.readOnly ? 1 : 0}});
+                    row.text, std::vector<std::wstring>(row.choices.begin(), row.choices.end()),
+                    row.readOnly});
     }
     return output;
 }
@@ -178,12 +176,13 @@ void AddEditorCommands(CLI::App& app, SCliContext& context) {
     auto* remove = withApp("delete", "Delete drawings for good; prints the files deleted");
     remove->add_option("NAME", args->names, "Drawing file names (.dwg may be left out)")
         ->required();
-    remove->add_flag("--yes", ctx->options.yes, "Confirm: deleted drawings cannot be recovered");
+    AddYes(remove, ctx->options.yes, "Confirm: deleted drawings cannot be recovered");
     remove->callback([ctx, args] {
-        if (!ctx->options.yes)
-            throw CLI::ValidationError("--yes",
-                                       "delete removes the drawings for good; confirm with --yes");
-        ctx->Print([ctx, args] { return Delete(ctx->options, *args); });
+        ctx->Print([ctx, args] {
+            Confirm(ctx->options.yes, L"Delete these drawings for good?",
+                    L"delete removes the drawings for good; confirm with --yes");
+            return Delete(ctx->options, *args);
+        });
     });
 
     withApp("new", "Make a new drawing from the standard's drawing template; prints its name")

@@ -51,8 +51,7 @@ const std::vector<SField>& Fields() {
         text("borders_folder", &G::m_strBordersLocation),
         text("templates_folder", &G::m_strTemplatesLocation),
         text("libraries_folder", &G::m_strLibrariesLocation),
-        {"local_line_ini",
-         [](const G& g) { return CField{std::int64_t{g.m_bLocalLineIni ? 1 : 0}}; },
+        {"local_line_ini", [](const G& g) { return CField{g.m_bLocalLineIni}; },
          [](G& g, const std::wstring& v) {
              g.m_bLocalLineIni = ParseInt(v, L"local_line_ini") != 0;
          }},
@@ -90,8 +89,14 @@ COutput Show(const SCliOptions& options, const SArgs& a) {
     G general;
     Load(core, general, a.id);
     COutput output({{"field"}, {"value"}});
-    for (const auto& field : Fields())
-        output.Add({W(field.name), field.get(general)});
+    // JSON: one object of every field.
+    nlohmann::ordered_json document = nlohmann::ordered_json::object();
+    for (const auto& field : Fields()) {
+        const CField value = field.get(general);
+        output.Add({W(field.name), value});
+        document[field.name] = COutput::Json(value);
+    }
+    output.SetJson(std::move(document));
     return output;
 }
 

@@ -9,12 +9,18 @@
 #include "store/GeneralSettings.h"
 
 #include <algorithm>
+#include <fmt/chrono.h>
 #include <fmt/xchar.h>
 #include <numeric>
 
 namespace cli {
 
 namespace {
+
+// A time as ISO 8601 in UTC: "2024-03-10T11:00:00Z".
+std::string IsoDate(std::int64_t seconds) {
+    return fmt::format("{:%Y-%m-%dT%H:%M:%SZ}", fmt::gmtime(static_cast<std::time_t>(seconds)));
+}
 
 struct SArgs {
     std::int32_t id = 0;
@@ -124,8 +130,15 @@ COutput DrawingsList(const SCliOptions& options, const SArgs& a) {
     std::stable_sort(order.begin(), order.end(),
                      [&](std::size_t x, std::size_t y) { return list.names[x] < list.names[y]; });
     COutput output({{"name"}, {"size"}, {"date"}});
-    for (std::size_t i : order)
-        output.Add({list.names[i], list.sizes[i], list.dates[i]});
+    // JSON: the size in bytes and the date in ISO 8601 (UTC).
+    for (std::size_t i : order) {
+        const bool known = list.bytes[i] >= 0;
+        output.Add({list.names[i],
+                    STwoForms{list.sizes[i], known ? nlohmann::ordered_json(list.bytes[i])
+                                                   : nlohmann::ordered_json()},
+                    STwoForms{list.dates[i], known ? nlohmann::ordered_json(IsoDate(list.times[i]))
+                                                   : nlohmann::ordered_json()}});
+    }
     return output;
 }
 

@@ -16,8 +16,12 @@ struct SArgs {
 };
 
 void Report(const SCliOptions& options, const SArgs& a, std::ostream& out) {
+    if (options.json)
+        throw CCliFailure(L"report prints plain text only: leave out --json (compare --format "
+                          L"json gives two standards' settings as JSON).",
+                          2);
     SCore core(options);
-    if (!a.output.empty()) {
+    if (!a.output.empty() && a.output != "-") {
         std::wstring error;
         if (!WriteStandardReport(core.projects, a.id, W(a.output), error))
             throw CCliFailure(error);
@@ -39,7 +43,8 @@ void AddReportCommands(CLI::App& app, SCliContext& context) {
         "report", "Print a standard's report: general settings, file locations, borders, lines, "
                   "specs, every settings page and the layers, as plain text");
     AddStandardId(report, args->id);
-    report->add_option("--output", args->output, "Write to this file instead of printing");
+    report->add_option("--output", args->output,
+                       "Write to this file instead of printing (- prints)");
     report->callback([ctx, args] {
         ctx->action = [ctx, args](std::ostream& out) { Report(ctx->options, *args, out); };
     });

@@ -43,7 +43,7 @@ COutput Records(const Base& settings, int section) {
             output.Add({std::int64_t{candidate.m_nId}, std::int64_t{variable.m_nId},
                         SettingsVariableLabel(variable.m_nId), variable.m_strKey,
                         std::int64_t{variable.m_nKind}, SettingsValueText(variable),
-                        std::int64_t{variable.m_bClean ? 1 : 0}});
+                        variable.m_bClean});
     }
     return output;
 }

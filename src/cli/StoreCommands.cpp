@@ -13,13 +13,6 @@ namespace cli {
 
 namespace {
 
-std::wstring JoinIds(const std::vector<std::int32_t>& ids) {
-    std::wstring text;
-    for (std::size_t i = 0; i < ids.size(); ++i)
-        text += (i ? L"," : L"") + fmt::format(L"{}", ids[i]);
-    return text;
-}
-
 struct SArgs {
     std::int32_t id = 0;
     std::int32_t clientId = 0;
@@ -28,6 +21,8 @@ struct SArgs {
     bool withDeleted = false;
     bool oldFormat = false;
     bool yes = false;
+    bool force = false;
+    bool dryRun = false;
 };
 
 // Fails unless the result is Ok; a refused name says which rule it breaks.
@@ -46,7 +41,8 @@ COutput ClientList(const SCliOptions& options) {
     SCore core(options);
     COutput output({{"id"}, {"name"}, {"standards"}});
     for (const auto& client : core.clients.ListClients())
-        output.Add({client.id, client.name, JoinIds(client.projectIds)});
+        output.Add({client.id, client.name,
+                    std::vector<std::int64_t>(client.projectIds.begin(), client.projectIds.end())});
     return output;
 }
 
@@ -82,6 +78,10 @@ void ClientRename(const SCliOptions& options, const SArgs& a) {
 void ClientDelete(const SCliOptions& options, const SArgs& a) {
     SCore core(options);
     const std::optional<std::wstring> name = ClientName(core, a.id);
+    if (name)
+        Confirm(a.yes,
+                fmt::format(L"Delete client '{}'? Its standards stay, with no client.", *name),
+                L"client delete removes the client for good; confirm with --yes");
     if (!name || !core.clients.DeleteClient(a.id))
         throw CCliFailure(DeleteClientErrorText(name.value_or(fmt::format(L"{}", a.id))));
 }
@@ -155,14 +155,35 @@ void StandardRename(const SCliOptions& options, const SArgs& a) {
         [&] { return core.projects.NameProblem(W(a.name), a.id); });
 }
 
-void StandardPurge(const SCliOptions& options, const SArgs& a) {
+COutput StandardPurge(const SCliOptions& options, const SArgs& a) {
     SCore core(options);
+    COutput output({{"id"}, {"state"}, {"name"}});
+    const std::wstring active = core.projects.GetProjectName(a.id, true, false);
+    // The navigator offers Purge only on deleted standards.
+    if (!active.empty() && !a.force)
+        throw CCliFailure(fmt::format(L"Standard '{}' is not deleted: delete it first "
+                                      L"(standard delete {}) or purge it with --force.",
+                                      active, a.id),
+                          2);
+    const std::wstring deleted = core.projects.GetProjectName(a.id, false, true);
+    if (a.dryRun) {
+        if (!active.empty() || !deleted.empty())
+            output.Add({a.id, std::wstring(active.empty() ? L"deleted" : L"active"),
+                        active.empty() ? deleted : active});
+        return output;
+    }
+    if (!active.empty() || !deleted.empty())
+        Confirm(a.yes,
+                fmt::format(L"Purge standard '{}'? Its folder is deleted for good.",
+                            active.empty() ? deleted : active),
+                L"purge deletes the standard's folder for good; confirm with --yes");
     bool gone = false;
     const std::wstring name = core.NameOf(a.id);
     Check(PurgeStandard(core.projects, core.clients, a.id, gone),
           [&] { return PurgeStandardErrorText(name); });
     if (!gone)
         throw CCliFailure(PurgeStandardErrorText(name) + L"\n\n" + PurgeKeptText(name));
+    return output;
 }
 
 void StandardMove(const SCliOptions& options, const SArgs& a) {
@@ -180,6 +201,23 @@ COutput StandardFolder(const SCliOptions& options, const SArgs& a) {
     COutput output({{"folder"}});
     output.Add({core.FolderOf(
         a.id, fmt::format(L"Error finding the folder of standard '{}'.", core.NameOf(a.id)))});
+    return output;
+}
+
+COutput RegistryCheck(const SCliOptions& options, const SArgs& a) {
+    SCore core(options);
+    SRegistryRepair repair;
+    Check(core.projects.CheckProjectRegistry(&repair, a.dryRun),
+          L"Error checking the standard registry.");
+    COutput output({{"repair"}, {"id"}, {"state"}, {"name"}});
+    for (const auto& change : repair.changes) {
+        const bool counter = change.kind == SRegistryRepair::EKind::eCounterRaised;
+        output.Add({RegistryRepairKindName(change.kind), change.id,
+                    std::wstring(counter          ? L""
+                                 : change.deleted ? L"deleted"
+                                                  : L"active"),
+                    change.name});
+    }
     return output;
 }
 
@@ -202,6 +240,7 @@ void AddClientCommands(CLI::App& app, SCliContext& context) {
         group->add_subcommand("delete", "Delete a client; its standards stay, with no client");
     AddClientId(del, "ID", args->id, "The client's id or exact name (see client list)", false)
         ->required();
+    AddYes(del, args->yes, "Confirm: the client cannot be recovered afterwards");
     del->callback([ctx, args] { ctx->Run([ctx, args] { ClientDelete(ctx->options, *args); }); });
 }
 
@@ -257,14 +296,12 @@ void AddStandardCommands(CLI::App& app, SCliContext& context) {
         ->callback(idAction(&CVX2D_ProjectRegistry::DeleteProject, DeleteStandardErrorText));
     withId("recover", "Bring a deleted standard back")
         ->callback(idAction(&CVX2D_ProjectRegistry::RecoverProject, RecoverStandardErrorText));
-    auto* purge = withId("purge", "Delete a standard and its folder for good");
-    purge->add_flag("--yes", args->yes, "Confirm: the folder cannot be recovered afterwards");
-    purge->callback([ctx, args] {
-        if (!args->yes)
-            throw CLI::ValidationError(
-                "--yes", "purge deletes the standard's folder for good; confirm with --yes");
-        ctx->Run([ctx, args] { StandardPurge(ctx->options, *args); });
-    });
+    auto* purge = withId("purge", "Delete a deleted standard and its folder for good");
+    AddYes(purge, args->yes, "Confirm: the folder cannot be recovered afterwards");
+    purge->add_flag("--force", args->force, "Purge a standard that is not deleted as well");
+    AddDryRun(purge, args->dryRun, "Only print ID, STATE, NAME of the standard it would purge");
+    purge->callback(
+        [ctx, args] { ctx->Print([ctx, args] { return StandardPurge(ctx->options, *args); }); });
     auto* move = withId("move", "Move a standard to a client (0: no client)");
     AddClientId(move, "CLIENT_ID", args->clientId,
                 "The client to move it to (id or name); 0 for none", true)
@@ -275,14 +312,12 @@ void AddStandardCommands(CLI::App& app, SCliContext& context) {
     });
 
     auto* registry = AddGroup(app, "registry", "The standard registry as a whole");
-    registry->add_subcommand("check", "Repair the registry from the standard folders on disk")
-        ->callback([ctx] {
-            ctx->Run([ctx] {
-                SCore core(ctx->options);
-                Check(core.projects.CheckProjectRegistry(),
-                      L"Error checking the standard registry.");
-            });
-        });
+    auto* check = registry->add_subcommand(
+        "check", "Repair the registry from the standard folders on disk; prints REPAIR "
+                 "(dropped, registered or counter), ID, STATE, NAME of each repair");
+    AddDryRun(check, args->dryRun, "Only print what would be repaired; write nothing");
+    check->callback(
+        [ctx, args] { ctx->Print([ctx, args] { return RegistryCheck(ctx->options, *args); }); });
 }
 
 } // namespace cli

@@ -1,6 +1,7 @@
 // standards-desk-cli: the scriptable face of the Standards Desk core.
 #include "cli/CliCore.h"
 #include "datafile/DatafileProblem.h"
+#include "platform/System.h"
 #include "platform/Utf8.h"
 
 #include <clocale>
@@ -14,6 +15,7 @@ int main(int argc, char** argv) {
                  "datafiles folder.",
                  "standards-desk-cli"};
     SCliContext context;
+    context.table = platform::IsTerminal(1);
     cli::AddAllCommands(app, context);
 
     try {
@@ -21,6 +23,8 @@ int main(int argc, char** argv) {
     } catch (const CLI::CallForHelp& e) {
         return app.exit(e);
     } catch (const CLI::CallForAllHelp& e) {
+        return app.exit(e);
+    } catch (const CLI::CallForVersion& e) {
         return app.exit(e);
     } catch (const CLI::ParseError& e) {
         const std::string unknown =

@@ -15,6 +15,8 @@ void SDrawingList::Clear() {
     names.clear();
     sizes.clear();
     dates.clear();
+    bytes.clear();
+    times.clear();
 }
 
 std::wstring DrawingSizeText(std::uintmax_t bytes) {
@@ -50,15 +52,19 @@ bool ListDrawings(const std::wstring& folder, bool backups, SDrawingList& list) 
                           extension))
             continue;
         std::wstring size, date;
+        std::int64_t byteCount = -1, time = -1;
         std::error_code sizeError, timeError;
         const std::uintmax_t bytes = fs::file_size(it->path(), sizeError);
         const fs::file_time_type written = fs::last_write_time(it->path(), timeError);
         if (!sizeError && !timeError) {
             size = DrawingSizeText(bytes);
             const auto system = std::chrono::file_clock::to_sys(written);
+            byteCount = static_cast<std::int64_t>(bytes);
             try {
-                date = DrawingDateText(std::chrono::system_clock::to_time_t(
-                    std::chrono::time_point_cast<std::chrono::system_clock::duration>(system)));
+                const std::time_t seconds = std::chrono::system_clock::to_time_t(
+                    std::chrono::time_point_cast<std::chrono::system_clock::duration>(system));
+                date = DrawingDateText(seconds);
+                time = static_cast<std::int64_t>(seconds);
             } catch (const std::invalid_argument&) {
                 throw std::invalid_argument(platform::ToUtf8(
                     fmt::format(L"The modification time of '{}' cannot be converted to local time.",
@@ -68,6 +74,8 @@ bool ListDrawings(const std::wstring& folder, bool backups, SDrawingList& list) 
         list.names.push_back(name);
         list.sizes.push_back(size);
         list.dates.push_back(date);
+        list.bytes.push_back(byteCount);
+        list.times.push_back(time);
     }
     if (ec) {
         // The folder went away while being read: report nothing rather than part.

@@ -11,6 +11,10 @@ struct SDrawingList {
     std::vector<std::wstring> names;
     std::vector<std::wstring> sizes;
     std::vector<std::wstring> dates;
+    // The same as numbers: bytes, and seconds since 1970-01-01 UTC; -1 where
+    // the texts are empty.
+    std::vector<std::int64_t> bytes;
+    std::vector<std::int64_t> times;
 
     std::size_t Size() const { return names.size(); }
     void Clear();

@@ -191,7 +191,9 @@ bool IsOneByteText(std::wstring_view text) {
 std::wstring TsvField(std::wstring_view text) {
     std::wstring out;
     for (const wchar_t c : text) {
-        if (c == L'\t')
+        if (c == L'\\')
+            out += L"\\\\";
+        else if (c == L'\t')
             out += L"\\t";
         else if (c == L'\n')
             out += L"\\n";

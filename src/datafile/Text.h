@@ -32,8 +32,9 @@ bool EqualsNoCase(std::wstring_view a, std::wstring_view b);
 // True when every character fits in one byte of a datafile (codes 0 to 255).
 bool IsOneByteText(std::wstring_view text);
 
-// A text as one TAB-separated field: TABs and line breaks inside it written
-// as \t, \n and \r.
+// A text as one TAB-separated field: a backslash, TABs and line breaks
+// inside it written as \\, \t, \n and \r, so that a typed "\t" and a TAB
+// differ.
 std::wstring TsvField(std::wstring_view text);
 
 // A folder path with a separator at its end: the only kind the path uses

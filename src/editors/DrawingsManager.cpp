@@ -212,6 +212,8 @@ void CDrawingsManager::Sort() {
         sorted.names.push_back(m_list.names[i]);
         sorted.sizes.push_back(m_list.sizes[i]);
         sorted.dates.push_back(m_list.dates[i]);
+        sorted.bytes.push_back(m_list.bytes[i]);
+        sorted.times.push_back(m_list.times[i]);
     }
     m_list = std::move(sorted);
 }
@@ -297,6 +299,8 @@ std::vector<std::wstring> CDrawingsManager::Delete(const std::vector<std::wstrin
                 m_list.names.erase(m_list.names.begin() + static_cast<std::ptrdiff_t>(i));
                 m_list.sizes.erase(m_list.sizes.begin() + static_cast<std::ptrdiff_t>(i));
                 m_list.dates.erase(m_list.dates.begin() + static_cast<std::ptrdiff_t>(i));
+                m_list.bytes.erase(m_list.bytes.begin() + static_cast<std::ptrdiff_t>(i));
+                m_list.times.erase(m_list.times.begin() + static_cast<std::ptrdiff_t>(i));
             }
         }
     }
@@ -370,6 +374,9 @@ std::wstring CDrawingsManager::NewDrawing(const CCopyProgress& progress) {
     const std::time_t written = FileTime(path);
     m_list.dates.push_back(written == static_cast<std::time_t>(-1) ? L""
                                                                    : DrawingDateText(written));
+    const bool known = !ec && written != static_cast<std::time_t>(-1);
+    m_list.bytes.push_back(known ? static_cast<std::int64_t>(bytes) : -1);
+    m_list.times.push_back(known ? static_cast<std::int64_t>(written) : -1);
     Sort();
     m_strEditing = item;
     return item + L".dwg";

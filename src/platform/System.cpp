@@ -235,6 +235,16 @@ int WaitProcess(std::int64_t pid) {
 } // namespace platform
 
 namespace platform {
+bool IsTerminal(int stream) {
+#ifdef _WIN32
+    return ::_isatty(stream) != 0;
+#else
+    return ::isatty(stream) != 0;
+#endif
+}
+} // namespace platform
+
+namespace platform {
 std::wstring ExecutablePath() {
 #ifdef _WIN32
     wchar_t buffer[32768];

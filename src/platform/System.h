@@ -78,6 +78,11 @@ int WaitProcess(std::int64_t pid);
 } // namespace platform
 
 namespace platform {
+// Whether standard input (0), output (1) or error (2) is a terminal.
+bool IsTerminal(int stream);
+} // namespace platform
+
+namespace platform {
 // The full path of the running program.
 std::wstring ExecutablePath();
 } // namespace platform

@@ -13,6 +13,7 @@
 #include <filesystem>
 #include <fmt/xchar.h>
 #include <set>
+#include <tuple>
 
 namespace fs = std::filesystem;
 
@@ -526,33 +527,55 @@ namespace {
 // standards folder; leaves it modified exactly when something needed repair.
 // A standards folder that could not be listed at all (a share that is away)
 // says nothing about which standards exist: then only the counter is raised.
+// Each repair is added to `repair`.
 void RepairRegistry(CVX2D_IniFile& ini, const std::vector<std::wstring>& folders,
-                    bool foldersListed) {
+                    bool foldersListed, SRegistryRepair& repair) {
+    using EKind = SRegistryRepair::EKind;
     ini.SetSection(kGeneral);
-    std::int32_t last = ini.Long(kLastProjectId, 0);
+    const std::int32_t lastBefore = ini.Long(kLastProjectId, 0);
+    std::int32_t last = lastBefore;
     std::set<std::int32_t> listed;
-    std::vector<std::pair<std::wstring, std::wstring>> entries; // (section, key)
+    struct SListed {
+        std::wstring section, key, name;
+    };
+    std::vector<SListed> entries;
     for (const auto& e : ini.Entries()) {
         if (e.section == kProjectList || e.section == kDeletedProjects) {
             const std::int32_t id = ParseProjectKey(e.key);
             last = std::max(last, id);
             listed.insert(id);
-            entries.emplace_back(e.section, e.key);
+            entries.push_back({e.section, e.key, e.value});
         }
     }
     ini.SetSection(kGeneral);
     ini.SetLong(kLastProjectId, last);
-    if (!foldersListed)
+    const auto noteCounter = [&] {
+        ini.SetSection(kGeneral);
+        const std::int32_t after = ini.Long(kLastProjectId, 0);
+        if (after != lastBefore)
+            repair.changes.push_back({EKind::eCounterRaised, after, L"", false});
+        // Folders come in the order the disk lists them: report by id.
+        std::stable_sort(repair.changes.begin(), repair.changes.end(),
+                         [](const auto& x, const auto& y) {
+                             return std::tie(x.kind, x.id) < std::tie(y.kind, y.id);
+                         });
+    };
+    if (!foldersListed) {
+        noteCounter();
         return;
+    }
 
     std::set<std::int32_t> onDisk;
     for (const auto& folder : folders)
         onDisk.insert(ParseProjectKey(folder));
-    for (const auto& [section, key] : entries) {
-        if (!onDisk.contains(ParseProjectKey(key))) {
-            ini.SetSection(section);
-            ini.DeleteKey(key);
-            listed.erase(ParseProjectKey(key));
+    for (const auto& entry : entries) {
+        const std::int32_t id = ParseProjectKey(entry.key);
+        if (!onDisk.contains(id)) {
+            ini.SetSection(entry.section);
+            ini.DeleteKey(entry.key);
+            listed.erase(id);
+            repair.changes.push_back(
+                {EKind::eDropped, id, entry.name, entry.section == kDeletedProjects});
         }
     }
     for (const auto& folder : folders) {
@@ -566,15 +589,32 @@ void RepairRegistry(CVX2D_IniFile& ini, const std::vector<std::wstring>& folders
         ini.SetSection(kProjectList);
         ini.SetString(MakeProjectKey(id), name);
         listed.insert(id);
+        repair.changes.push_back({EKind::eRegistered, id, name, false});
         ini.SetSection(kGeneral);
         if (id > ini.Long(kLastProjectId, 0))
             ini.SetLong(kLastProjectId, id);
     }
+    noteCounter();
 }
 
 } // namespace
 
-EProjectResult CVX2D_ProjectRegistry::CheckProjectRegistry() {
+std::wstring RegistryRepairKindName(SRegistryRepair::EKind kind) {
+    switch (kind) {
+    case SRegistryRepair::EKind::eDropped:
+        return L"dropped";
+    case SRegistryRepair::EKind::eRegistered:
+        return L"registered";
+    case SRegistryRepair::EKind::eCounterRaised:
+        return L"counter";
+    }
+    return L"";
+}
+
+EProjectResult CVX2D_ProjectRegistry::CheckProjectRegistry(SRegistryRepair* repair, bool dryRun) {
+    SRegistryRepair ignored;
+    SRegistryRepair& found = repair ? *repair : ignored;
+    found.changes.clear();
     bool folderListed = false;
     const auto folders =
         FoldersStartingWith(m_datafiles.ProjectsFolder(), L"VX2D_PRJ_", folderListed);
@@ -583,8 +623,8 @@ EProjectResult CVX2D_ProjectRegistry::CheckProjectRegistry() {
     CVX2D_IniFile ini;
     if (m_datafiles.ProjectDatafile().empty() || !OpenForReading(ini))
         return eProjectCantOpenDatafile;
-    RepairRegistry(ini, folders, folderListed);
-    if (!ini.IsModified())
+    RepairRegistry(ini, folders, folderListed, found);
+    if (!ini.IsModified() || dryRun)
         return eProjectOk;
 
     // Another workstation may have changed the registry since: repair what
@@ -593,7 +633,8 @@ EProjectResult CVX2D_ProjectRegistry::CheckProjectRegistry() {
     update.SetAutoSave(false);
     if (!OpenRegistryForUpdate(update))
         return eProjectCantOpenDatafile;
-    RepairRegistry(update, folders, folderListed);
+    found.changes.clear();
+    RepairRegistry(update, folders, folderListed, found);
     if (update.IsModified() && !SaveRegistry(update, true))
         return eProjectCantOpenDatafile;
     return eProjectOk;

@@ -21,6 +21,24 @@ struct SProjectInfo {
     bool deleted = false;
 };
 
+// What a registry check repaired, or with `dryRun` would repair: entries
+// without a folder dropped, folders no list named registered, the counter
+// raised. Empty when the registry was in order.
+struct SRegistryRepair {
+    enum class EKind { eDropped, eRegistered, eCounterRaised };
+    struct SChange {
+        EKind kind = EKind::eDropped;
+        std::int32_t id = 0; // the standard, or the counter's new value
+        std::wstring name;   // the standard's name; empty for the counter
+        bool deleted = false;
+    };
+    std::vector<SChange> changes;
+    bool Empty() const { return changes.empty(); }
+};
+
+// "dropped", "registered", "counter".
+std::wstring RegistryRepairKindName(SRegistryRepair::EKind kind);
+
 struct SNewProject {
     std::wstring name;
     int units = 0;          // 0 metric, anything else imperial
@@ -73,7 +91,9 @@ public:
     // Makes the folders the authority: raises the counter, drops entries
     // without a folder and registers folders no list names. Decides on a
     // plain read and takes the lock only when something needs repair.
-    EProjectResult CheckProjectRegistry();
+    // `repair`, when given, hears what was repaired; with `dryRun` nothing
+    // is written and it hears what would be.
+    EProjectResult CheckProjectRegistry(SRegistryRepair* repair = nullptr, bool dryRun = false);
 
     // The template folder a new standard is made from; empty for template -1.
     std::wstring TemplateFolderFor(const SNewProject& project) const;

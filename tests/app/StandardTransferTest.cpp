@@ -298,6 +298,39 @@ TEST_F(StandardTransferTest, AFileThatCannotBecomeAStandardIsReportedAndTheNextG
     EXPECT_EQ(prompter.asked[0].icon, EPromptIcon::Stop);
 }
 
+TEST_F(StandardTransferTest, CheckingAnImportSaysWhatItWouldDoAndWritesNothing) {
+    const fs::path good = outside.Path() / "Good.xst";
+    const fs::path text = outside.Path() / "Text.xst";
+    MakeArchive(good, {{"x.txt", "x"}});
+    WriteBytes(text, "[General]\r\n");
+    const std::string datafile = ReadBytes(Root() / "ProjectDatafile.ini");
+    const auto checks = transfer.CheckImport(
+        {platform::FromPath(text), outside.File(L"missing.xst"), platform::FromPath(good)});
+    ASSERT_EQ(checks.size(), 2u);
+    EXPECT_EQ(checks[0].file, platform::FromPath(text));
+    EXPECT_EQ(checks[0].name, L"Text");
+    EXPECT_EQ(checks[0].refused, L"The file is not an archive, or the archive is damaged.");
+    EXPECT_EQ(checks[1].name, L"Good");
+    EXPECT_EQ(checks[1].refused, L"");
+    EXPECT_EQ(ReadBytes(Root() / "ProjectDatafile.ini"), datafile);
+    EXPECT_TRUE(prompter.asked.empty());
+    EXPECT_EQ(transfer.ImportFolder(), L"");
+}
+
+TEST_F(StandardTransferTest, WithoutRememberingFoldersTheDialogsKeepTheirFolders) {
+    const std::int32_t id = Create(L"Pipe");
+    const std::wstring archive = outside.File(L"Pipe.xst");
+    for (const bool remember : {false, true}) {
+        SCOPED_TRACE(remember);
+        transfer.SetRemembersFolders(remember);
+        ASSERT_TRUE(transfer.Export(id, archive));
+        ASSERT_EQ(transfer.Import({archive}, 0, false).size(), 1u);
+        const std::wstring expected = remember ? outside.Text() : L"";
+        EXPECT_EQ(transfer.ExportFolder(), expected);
+        EXPECT_EQ(transfer.ImportFolder(), expected);
+    }
+}
+
 TEST_F(StandardTransferTest, AFileThatIsNotAReadableArchiveCreatesNothing) {
     const SEntries general = {{"General.ini", "[General]\r\n"}};
     const std::wstring notArchive = L"The file is not an archive, or the archive is damaged.";

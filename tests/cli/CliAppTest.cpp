@@ -60,6 +60,58 @@ TEST_F(CliTest, ExportAndImportCarryAStandardAcross) {
     EXPECT_EQ(unknown.err, "There is no standard 9 (see 'standard list --deleted')\n");
 }
 
+TEST_F(CliTest, ADashIsStandardOutputForExportAndStandardInputForImport) {
+    Ok({"standard", "create", "Pipe"});
+    WriteBytes(Projects() / "VX2D_PRJ_1 - Pipe" / "Sub" / "file.txt", "content");
+    const std::string file = (m_io.Path() / "Pipe.xst").string();
+    Ok({"export", "1", file});
+    const std::string archive = Ok({"export", "1", "-"});
+    ASSERT_GT(archive.size(), 22u);
+    EXPECT_EQ(archive.substr(0, 4), "PK\x03\x04");
+    EXPECT_EQ(archive.size(), ReadBytes(file).size());
+
+    // What to import from standard input, the name given and what is made.
+    const std::tuple<std::vector<std::string>, std::string> cases[] = {
+        {{"import", "-"}, "2\tStandard 2\n"},
+        {{"import", "-", "--name", "Tube"}, "3\tTube\n"},
+        {{"import", file, "-", "--name", "Duct"}, "4\tPipe\n5\tDuct\n"},
+    };
+    for (const auto& [args, out] : cases) {
+        SCOPED_TRACE(test::Joined(args));
+        m_stdin = archive;
+        EXPECT_EQ(Ok(args), out);
+    }
+    m_stdin.reset();
+    EXPECT_EQ(ReadBytes(Projects() / "VX2D_PRJ_5 - Duct" / "Sub" / "file.txt"), "content");
+    // Nothing of standard input is left behind in the temporary folder.
+    for (const auto& entry : fs::directory_iterator(fs::temp_directory_path()))
+        EXPECT_EQ(entry.path().filename().string().find("standards-desk-cli-"), std::string::npos);
+}
+
+TEST_F(CliTest, ImportDryRunChecksEachFileAndMakesNothing) {
+    Ok({"standard", "create", "Pipe"});
+    const std::string good = (m_io.Path() / "Good.xst").string();
+    const std::string bad = (m_io.Path() / "Bad.xst").string();
+    Ok({"export", "1", good});
+    WriteBytes(bad, "not an archive\r\n");
+    const std::string projects = ReadBytes(Root() / "ProjectDatafile.ini");
+    EXPECT_EQ(Ok({"import", "--dry-run", bad, good}),
+              bad + "\tBad\tThe file is not an archive, or the archive is damaged.\n" + good +
+                  "\tGood\t\n");
+    EXPECT_EQ(ReadBytes(Root() / "ProjectDatafile.ini"), projects);
+    EXPECT_EQ(ProjectFolders(), std::set<std::string>{"VX2D_PRJ_1 - Pipe"});
+}
+
+TEST_F(CliTest, ExportAndImportLeaveTheDesktopsRememberedFolders) {
+    Ok({"standard", "create", "Pipe"});
+    const std::string file = (m_io.Path() / "Pipe.xst").string();
+    Ok({"export", "1", file});
+    Ok({"import", file});
+    const std::string user = fs::exists(UserRegistry()) ? ReadBytes(UserRegistry()) : "";
+    for (const char* key : {"ExportFolder", "ImportFolder"})
+        EXPECT_EQ(user.find(key), std::string::npos) << user;
+}
+
 TEST_F(CliTest, ImportFailsForAFileThatIsNotAnArchiveAndImportsTheOthers) {
     Ok({"standard", "create", "Pipe"});
     const std::string good = (m_io.Path() / "Good.xst").string();

@@ -42,7 +42,7 @@ TEST_F(CliCompareTest, RecordsInEachFormat) {
                                 "value\tWorking Units\tMetric\tMetric\t0\n"));
     const std::string differences = Ok({"compare", "1", "2", "--differences"});
     EXPECT_EQ(Records(differences, "value"),
-              (std::vector<std::string>{"value\tTemplates\t\tT:\\Templates\t1",
+              (std::vector<std::string>{"value\tTemplates\t\tT:\\\\Templates\t1",
                                         "value\tText Height\t2.5\t3.5\t1"}));
     EXPECT_EQ(Records(all, "heading"), Records(differences, "heading"));
 
@@ -51,9 +51,9 @@ TEST_F(CliCompareTest, RecordsInEachFormat) {
     EXPECT_EQ(json.size(),
               static_cast<std::size_t>(std::count(differences.begin(), differences.end(), '\n')));
     EXPECT_EQ(json[0], nlohmann::json::parse(R"({"kind": "header", "label": "Setting",
-        "text1": "Pipe", "text2": "Plant", "differ": 0})"));
+        "text1": "Pipe", "text2": "Plant", "differ": false})"));
     EXPECT_EQ(json[3], nlohmann::json::parse(R"({"kind": "value", "label": "Templates",
-        "text1": "", "text2": "T:\\Templates", "differ": 1})"));
+        "text1": "", "text2": "T:\\Templates", "differ": true})"));
 
     // Nothing chosen on one side: the default headers only.
     EXPECT_EQ(Ok({"compare", "-1", "2"}), "header\tSetting\tStandard 1\tStandard 2\t0\n");

@@ -269,6 +269,7 @@ TEST_F(CliInputTest, WritingToAFullStandardOutputFails) {
 }
 
 TEST_F(CliInputTest, APurgeThatCannotDeleteTheFolderFails) {
+    Ok({"standard", "delete", "2"});
     const fs::path folder = Folder("VX2D_PRJ_2 - Plant B");
     WriteBytes(folder / "Kept" / "file.txt", "x");
     for (const auto& entry : fs::recursive_directory_iterator(Root()))

@@ -76,7 +76,7 @@ TEST_F(CliSettingsTest, CatalogueTakesUnitsAndASection) {
     ASSERT_EQ(json.size(), 26u);
     EXPECT_EQ(json[1], nlohmann::json::parse(R"({"section_id": 3, "variable_id": 177,
         "label": "Dimension Style Name: Iso Left", "key": "", "kind": 7, "value": "ISO-L",
-        "clean": 1})"));
+        "clean": true})"));
 }
 
 TEST_F(CliSettingsTest, SetWritesTheChangedKey) {

@@ -109,7 +109,7 @@ TEST_F(CliSharedFolderTest, OnAFullDiskAChangeFailsAndLeavesTheFolderInStep) {
     m_fullDisk = true;
     ExpectEachFails({{"standard", "rename", "1", "Tube"},
                      {"standard", "delete", "2"},
-                     {"standard", "purge", "2", "--yes"},
+                     {"standard", "purge", "2", "--force", "--yes"},
                      {"client", "rename", "1", "Acme"}},
                     "could not be written");
     EXPECT_EQ(Snapshot(), before);

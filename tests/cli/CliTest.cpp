@@ -47,8 +47,10 @@ TEST_F(CliTest, LifecyclePrintsTabSeparatedRecordsWithoutHeader) {
         {{"standard", "rename", "1", "Tube"}, ""},
         {{"standard", "recover", "2"}, ""},
         // A purged standard leaves its client as well.
+        {{"standard", "delete", "3"}, ""},
+        {{"standard", "purge", "3", "--dry-run"}, "3\tdeleted\tCopy of Pipe\n"},
         {{"standard", "purge", "3", "--yes"}, ""},
-        {{"client", "delete", "2"}, ""},
+        {{"client", "delete", "2", "-y"}, ""},
         {{"client", "list"}, "1\tPlant A\t\n"},
         {{"standard", "list", "--deleted"}, "1\tactive\t0\tTube\n2\tactive\t0\tElec\n"},
         {{"standard", "folder", "1"}, (Projects() / "VX2D_PRJ_1 - Tube/").string() + "\n"},
@@ -59,10 +61,51 @@ TEST_F(CliTest, LifecyclePrintsTabSeparatedRecordsWithoutHeader) {
               "[ProjectList]\r\nVX2D_PRJ_1 = Tube\r\nVX2D_PRJ_2 = Elec\r\n");
 }
 
-TEST_F(CliTest, RegistryCheckRegistersAFolderNoListNames) {
+TEST_F(CliTest, RegistryCheckPrintsWhatItRepairs) {
     fs::create_directories(Projects() / "VX2D_PRJ_9 - Site A");
-    EXPECT_EQ(Ok({"registry", "check"}), "");
+    WriteBytes(Root() / "ProjectDatafile.ini",
+               "[DeletedProjects]\r\nVX2D_PRJ_4 = Gone\r\n\r\n[General]\r\nLastProjectId = 4\r\n");
+    const std::string repairs = "dropped\t4\tdeleted\tGone\nregistered\t9\tactive\tSite A\n"
+                                "counter\t9\t\t\n";
+    EXPECT_EQ(Ok({"registry", "check", "--dry-run"}), repairs);
+    EXPECT_EQ(Ok({"standard", "list", "--deleted"}), "4\tdeleted\t0\tGone\n");
+    EXPECT_EQ(Ok({"registry", "check"}), repairs);
     EXPECT_EQ(Ok({"standard", "list", "--deleted"}), "9\tactive\t0\tSite A\n");
+    EXPECT_EQ(Ok({"registry", "check"}), "");
+}
+
+TEST_F(CliStandardTest, PurgeTakesOnlyADeletedStandardUnlessForced) {
+    ASSERT_EQ(Ok({"standard", "create", "Elec"}), "2\tElec\n");
+    Ok({"standard", "delete", "2"});
+    const std::vector<std::tuple<std::vector<std::string>, int, std::string, std::string>> steps = {
+        {{"1"},
+         2,
+         "",
+         "Standard 'Pipe' is not deleted: delete it first (standard delete 1) or "
+         "purge it with --force.\n"},
+        {{"1", "--dry-run"}, 2, "", "Standard 'Pipe' is not deleted"},
+        {{"1", "--force", "--dry-run"}, 0, "1\tactive\tPipe\n", ""},
+        {{"2"}, 2, "", "purge deletes the standard's folder for good; confirm with --yes\n"},
+        {{"2", "--dry-run"}, 0, "2\tdeleted\tElec\n", ""},
+        {{"2", "-y"}, 0, "", ""},
+        {{"1", "--force"}, 2, "",
+         "purge deletes the standard's folder for good; confirm with --yes\n"},
+        {{"1", "--force", "--yes"}, 0, "", ""},
+    };
+    for (const auto& [verb, code, out, err] : steps) {
+        std::vector<std::string> args = {"standard", "purge"};
+        args.insert(args.end(), verb.begin(), verb.end());
+        SCOPED_TRACE(Joined(args));
+        const SRun run = Run(args);
+        EXPECT_EQ(run.code, code);
+        EXPECT_EQ(run.out, out);
+        EXPECT_EQ(run.err.substr(0, err.size()), err);
+        if (err.empty()) {
+            EXPECT_EQ(run.err, "");
+        }
+    }
+    EXPECT_EQ(ProjectFolders(), std::set<std::string>{});
+    EXPECT_EQ(Ok({"client", "list"}), "1\tClient 1\t\n");
 }
 
 TEST_F(CliStandardTest, FailuresExitOneWithTheMessageAndChangeNothing) {
@@ -96,7 +139,8 @@ TEST_F(CliStandardTest, FailuresExitOneWithTheMessageAndChangeNothing) {
 TEST_F(CliStandardTest, BadUsageExitsTwoAndDoesNothing) {
     const std::vector<std::pair<std::vector<std::string>, std::string>> cases = {
         {{"standard", "create", "X", "--units", "furlongs"}, "furlongs"},
-        {{"standard", "purge", "1"}, "--yes"},
+        {{"standard", "purge", "1", "--force"}, "--yes"},
+        {{"client", "delete", "1"}, "--yes"},
         {{"general", "set", "1", "nope", "1"}, "Unknown field 'nope'"},
         {{"general", "set", "1", "version", "x"}, "'x' is not a whole number for version."},
         {{"general", "set", "1", "rating_format", "99999999999"},
@@ -130,6 +174,32 @@ TEST_F(CliTest, HelpAtEveryLevelExitsZero) {
     }
 }
 
+TEST_F(CliStandardTest, OnATerminalADestructiveVerbAsksFirst) {
+    const std::string question =
+        "Delete client 'Client 1'? Its standards stay, with no client. [y/N] ";
+    // What is typed, the exit code and the client list afterwards.
+    const std::tuple<std::string, int, std::string> cases[] = {
+        {"\n", 1, "1\tClient 1\t1\n"},
+        {"n\n", 1, "1\tClient 1\t1\n"},
+        {"yess\n", 1, "1\tClient 1\t1\n"},
+        {"\x04", 1, "1\tClient 1\t1\n"},
+        {" Yes\n", 0, ""},
+    };
+    for (const auto& [typed, code, clients] : cases) {
+        SCOPED_TRACE(typed);
+        m_terminal = typed;
+        const SRun run = Run({"client", "delete", "1"});
+        m_terminal.reset();
+        EXPECT_EQ(run.code, code);
+        // After the echo of what was typed ahead.
+        EXPECT_NE(run.err.find(question), std::string::npos) << run.err;
+        if (code != 0) {
+            EXPECT_NE(run.err.find("Nothing was changed."), std::string::npos) << run.err;
+        }
+        EXPECT_EQ(Ok({"client", "list"}), clients);
+    }
+}
+
 TEST_F(CliStandardTest, GeneralShowAndSet) {
     std::vector<std::string> fields;
     const std::string shown = Ok({"general", "show", "1"});
@@ -157,7 +227,7 @@ TEST_F(CliStandardTest, JsonIsOneDocument) {
     WriteBytes(Root() / "x.ini", "[s]\r\nk = a\tb\r\n");
     using nlohmann::json;
     const std::vector<std::pair<std::vector<std::string>, json>> cases = {
-        {{"client", "list"}, json::parse(R"([{"id":1,"name":"Client 1","standards":"1"}])")},
+        {{"client", "list"}, json::parse(R"([{"id":1,"name":"Client 1","standards":[1]}])")},
         {{"standard", "list", "--deleted"},
          json::parse(R"([{"id":1,"state":"active","client_id":1,"name":"Pip\u00e9"}])")},
         {{"datafile", "dump", (Root() / "x.ini").string()},
@@ -174,8 +244,7 @@ TEST_F(CliStandardTest, JsonIsOneDocument) {
     // The option may also follow the verb.
     const json general = json::parse(Ok({"general", "show", "1", "--json"}));
     ASSERT_EQ(general.size(), 14u);
-    EXPECT_EQ(general[3]["field"], "guid");
-    EXPECT_EQ(general[3]["value"].get<std::string>().size(), 36u);
+    EXPECT_EQ(general["guid"].get<std::string>().size(), 36u);
 }
 
 // A file as another program might have left it: a stray line, unsorted

@@ -47,7 +47,7 @@ TEST(CompareReportTest, TsvRecordsAndTheDifferencesFilter) {
               L"header\tSetting\tPipe <A&B>\tO'Neil \"2\"\t0\n"
               L"heading\tGeneral Settings\t\t\t0\n"
               L"value\tWorking Units\tMetric\tMetric\t0\n"
-              L"value\tBorders\tC:\\Borders\ttab\\there\\nline\t1\n"
+              L"value\tBorders\tC:\\\\Borders\ttab\\there\\nline\t1\n"
               L"subheading\tLines and Arrows\t\t\t0\n"
               L"value\tZero Suppression\t3 1/2\" <b>\t3 1/2\" <b>\t0\n");
 
@@ -57,7 +57,7 @@ TEST(CompareReportTest, TsvRecordsAndTheDifferencesFilter) {
     const SComparison kept = CompareDifferencesOnly(failed);
     EXPECT_EQ(CompareReportTsv(kept), L"header\tSetting\tPipe <A&B>\tO'Neil \"2\"\t0\n"
                                       L"heading\tGeneral Settings\t\t\t0\n"
-                                      L"value\tBorders\tC:\\Borders\ttab\\there\\nline\t1\n"
+                                      L"value\tBorders\tC:\\\\Borders\ttab\\there\\nline\t1\n"
                                       L"subheading\tLines and Arrows\t\t\t0\n");
     EXPECT_TRUE(kept.failed);
     EXPECT_EQ(kept.reason, L"Why.");

@@ -58,7 +58,12 @@ protected:
         return names;
     }
     static std::vector<std::wstring> Listed(const std::unique_ptr<CDrawingsManager>& m) {
-        return m->List().names;
+        const SDrawingList& list = m->List();
+        // Every column stays in step with the names.
+        for (const std::size_t size :
+             {list.sizes.size(), list.dates.size(), list.bytes.size(), list.times.size()})
+            EXPECT_EQ(size, list.names.size());
+        return list.names;
     }
     std::vector<std::wstring> Shown() const {
         std::vector<std::wstring> texts;

@@ -330,22 +330,43 @@ TEST_F(ProjectRegistryTest, GetProjectFolderMovesOldAndForeignFoldersToTheirName
 }
 
 TEST_F(ProjectRegistryTest, CheckProjectRegistryRebuildsTheListsFromTheFolders) {
-    // The datafile before (nullptr: none), the folders and the datafile after.
-    const std::tuple<const char*, std::vector<std::string>, const char*> cases[] = {
-        {"[DeletedProjects]\r\nVX2D_PRJ_5 = Gone\r\n\r\n[General]\r\nLastProjectId = 2\r\n\r\n"
+    // The datafile before (nullptr: none), the folders, the datafile after
+    // and the repairs as "kind id name" lines.
+    const std::tuple<const char*, std::vector<std::string>, const char*, std::string> cases[] = {
+        {"[DeletedProjects]\r\nVX2D_PRJ_5 = Gone\r\nVX2D_PRJ_6 = Old\r\n\r\n[General]\r\n"
+         "LastProjectId = 2\r\n\r\n"
          "[ProjectList]\r\nVX2D_PRJ_1 = Kept\r\nVX2D_PRJ_15 = Lost\r\n",
          {"VX2D_PRJ_1 - Kept", "VX2D_PRJ_5 - Gone", "VX2D_PRJ_9 - Site A", "VX2D_PRJ_12", "Other"},
          "[DeletedProjects]\r\nVX2D_PRJ_5 = Gone\r\n\r\n[General]\r\nLastProjectId = 15\r\n\r\n"
          "[ProjectList]\r\nVX2D_PRJ_1 = Kept\r\nVX2D_PRJ_12 = Standard 12\r\nVX2D_PRJ_9 = Site "
-         "A\r\n"},
+         "A\r\n",
+         "dropped 6 Old (deleted)\ndropped 15 Lost\nregistered 9 Site A\nregistered 12 Standard "
+         "12\ncounter 15\n"},
         {nullptr,
          {"VX2D_PRJ_9 - Site A"},
-         "[General]\r\nLastProjectId = 9\r\n\r\n[ProjectList]\r\nVX2D_PRJ_9 = Site A\r\n"},
+         "[General]\r\nLastProjectId = 9\r\n\r\n[ProjectList]\r\nVX2D_PRJ_9 = Site A\r\n",
+         "registered 9 Site A\ncounter 9\n"},
         {"[General]\r\nLastProjectId = 30\r\n",
          {"VX2D_PRJ_9 - Site A"},
-         "[General]\r\nLastProjectId = 30\r\n\r\n[ProjectList]\r\nVX2D_PRJ_9 = Site A\r\n"},
+         "[General]\r\nLastProjectId = 30\r\n\r\n[ProjectList]\r\nVX2D_PRJ_9 = Site A\r\n",
+         "registered 9 Site A\n"},
+        {"[General]\r\nLastProjectId = 30\r\n\r\n[ProjectList]\r\nVX2D_PRJ_9 = Site A\r\n",
+         {"VX2D_PRJ_9 - Site A"},
+         "[General]\r\nLastProjectId = 30\r\n\r\n[ProjectList]\r\nVX2D_PRJ_9 = Site A\r\n",
+         ""},
     };
-    for (const auto& [before, folders, after] : cases) {
+    const auto text = [](const SRegistryRepair& repair) {
+        std::wstring lines;
+        for (const auto& change : repair.changes) {
+            lines += RegistryRepairKindName(change.kind) + L" " + std::to_wstring(change.id);
+            if (!change.name.empty())
+                lines += L" " + change.name;
+            lines += change.deleted ? L" (deleted)\n" : L"\n";
+        }
+        return platform::ToUtf8(lines);
+    };
+    for (const auto& [before, folders, after, repairs] : cases) {
+        SCOPED_TRACE(after);
         fs::remove_all(Projects());
         fs::remove(DatafilePath());
         if (before)
@@ -354,8 +375,21 @@ TEST_F(ProjectRegistryTest, CheckProjectRegistryRebuildsTheListsFromTheFolders) 
             MakeFolder(folder);
         // A file is not a standard's folder.
         WriteBytes(Projects() / "VX2D_PRJ_20 - Notes.txt", "n");
-        EXPECT_EQ(registry.CheckProjectRegistry(), eProjectOk);
+        // Checking only reports and writes nothing.
+        SRegistryRepair repair;
+        repair.changes.push_back({});
+        EXPECT_EQ(registry.CheckProjectRegistry(&repair, true), eProjectOk);
+        EXPECT_EQ(text(repair), repairs);
+        EXPECT_EQ(fs::exists(DatafilePath()), before != nullptr);
+        if (before) {
+            EXPECT_EQ(Datafile(), before);
+        }
+        EXPECT_EQ(registry.CheckProjectRegistry(&repair), eProjectOk);
+        EXPECT_EQ(text(repair), repairs);
         EXPECT_EQ(Datafile(), after);
+        // A registry in order needs no repair.
+        EXPECT_EQ(registry.CheckProjectRegistry(&repair), eProjectOk);
+        EXPECT_EQ(text(repair), "");
     }
 }
 

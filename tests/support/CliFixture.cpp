@@ -5,6 +5,7 @@
 #include <fcntl.h>
 #include <grp.h>
 #include <poll.h>
+#include <pty.h>
 #include <sys/resource.h>
 #include <sys/wait.h>
 #include <unistd.h>
@@ -48,9 +49,22 @@ SRun CliTest::Run(std::vector<std::string> args, bool withDatafiles) const {
     int outPipe[2], errPipe[2];
     if (pipe(outPipe) != 0 || pipe(errPipe) != 0)
         return {};
+    if (m_terminal) {
+        // The terminal's two ends take the place of the error pipe.
+        close(errPipe[0]);
+        close(errPipe[1]);
+        if (openpty(&errPipe[0], &errPipe[1], nullptr, nullptr, nullptr) != 0)
+            return {};
+    }
+    int inPipe[2] = {-1, -1};
+    if (m_stdin && pipe(inPipe) != 0)
+        return {};
     const pid_t pid = fork();
     if (pid == 0) {
-        if (dup2(outPipe[1], 1) < 0 || dup2(errPipe[1], 2) < 0)
+        if (m_stdin && (dup2(inPipe[0], 0) < 0 || close(inPipe[0]) != 0 || close(inPipe[1]) != 0))
+            _exit(126);
+        if (dup2(m_terminal ? errPipe[1] : outPipe[1], 1) < 0 || dup2(errPipe[1], 2) < 0 ||
+            (m_terminal && dup2(errPipe[1], 0) < 0))
             _exit(126);
         for (int fd : {outPipe[0], outPipe[1], errPipe[0], errPipe[1]})
             close(fd);
@@ -76,6 +90,16 @@ SRun CliTest::Run(std::vector<std::string> args, bool withDatafiles) const {
     }
     close(outPipe[1]);
     close(errPipe[1]);
+    if (m_stdin) {
+        close(inPipe[0]);
+        const bool written = write(inPipe[1], m_stdin->data(), m_stdin->size()) ==
+                             static_cast<ssize_t>(m_stdin->size());
+        close(inPipe[1]);
+        if (!written)
+            return {};
+    }
+    if (m_terminal && write(errPipe[0], m_terminal->data(), m_terminal->size()) < 0)
+        return {};
     SRun run;
     pollfd fds[2] = {{outPipe[0], POLLIN, 0}, {errPipe[0], POLLIN, 0}};
     std::string* sinks[2] = {&run.out, &run.err};

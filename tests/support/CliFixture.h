@@ -5,6 +5,7 @@
 #include "support/TestSupport.h"
 
 #include <gtest/gtest.h>
+#include <optional>
 #include <set>
 #include <string>
 #include <vector>
@@ -55,6 +56,12 @@ protected:
     // Where standard output goes instead of the captured pipe, such as
     // "/dev/full"; empty: captured.
     std::string m_stdoutFile;
+    // When set, standard input, output and error are one terminal on which
+    // this is typed; all the terminal shows (the echo of the typing too)
+    // comes back in `err`.
+    std::optional<std::string> m_terminal;
+    // When set, standard input is a pipe carrying this (at most 64 KiB).
+    std::optional<std::string> m_stdin;
     // The exit code of a run that could not become another user.
     static constexpr int kCannotDropPrivileges = 125;
 
