@@ -2,7 +2,10 @@
 # (the icons and the desktop entry are installed with the desktop program),
 # and the Debian package made of it: `cpack -G DEB` in the build folder.
 
-set(SD_HELP_DIR ${CMAKE_INSTALL_FULL_DATADIR}/standards-desk/help/standards-desk)
+# The man pages name the places the package puts things.
+set(CPACK_PACKAGING_INSTALL_PREFIX /usr)
+set(SD_HELP_DIR ${CPACK_PACKAGING_INSTALL_PREFIX}/${CMAKE_INSTALL_DATADIR}/standards-desk/help/standards-desk)
+set(SD_DOC_DIR ${CPACK_PACKAGING_INSTALL_PREFIX}/${CMAKE_INSTALL_DATADIR}/doc/standards-desk)
 set(SD_GENERATED ${CMAKE_BINARY_DIR}/share)
 
 # The man pages and the AppStream metadata carry the version and the date.
@@ -16,7 +19,8 @@ install(FILES ${SD_GENERATED}/metainfo/com.vandix.StandardsDesk.metainfo.xml
         DESTINATION ${CMAKE_INSTALL_DATADIR}/metainfo)
 file(WRITE ${SD_GENERATED}/doc/copyright
      "Standards Desk ${PROJECT_VERSION}\n\nLicense: ${SD_LICENSE_SPDX}\n ${SD_LICENSE_TEXT}\n")
-install(FILES ${SD_GENERATED}/doc/copyright DESTINATION ${CMAKE_INSTALL_DATADIR}/doc/standards-desk)
+install(FILES ${SD_GENERATED}/doc/copyright ${PROJECT_SOURCE_DIR}/docs/json.md
+        DESTINATION ${CMAKE_INSTALL_DATADIR}/doc/standards-desk)
 
 # Shell completion, made by the command line from its own command tree.
 if(UNIX)
@@ -50,7 +54,6 @@ set(CPACK_PACKAGE_DESCRIPTION
     "drafting suite: clients and standards in a shared datafiles folder, every page of a\n"
     "standard, the comparison of two standards, drawings and archives. It comes with the\n"
     "standards-desk-cli command line for scripts.")
-set(CPACK_PACKAGING_INSTALL_PREFIX /usr)
 set(CPACK_STRIP_FILES ON)
 set(CPACK_DEBIAN_FILE_NAME DEB-DEFAULT)
 set(CPACK_DEBIAN_PACKAGE_SECTION misc)

@@ -28,7 +28,7 @@ for file in bin/standards-desk bin/standards-desk-cli \
             share/bash-completion/completions/standards-desk-cli \
             share/zsh/vendor-completions/_standards-desk-cli \
             share/fish/vendor_completions.d/standards-desk-cli.fish \
-            share/doc/standards-desk/copyright \
+            share/doc/standards-desk/copyright share/doc/standards-desk/json.md \
             share/standards-desk/help/standards-desk/index.htm \
             "share/standards-desk/templates/Template/Metric 2015/General.ini"; do
     [ -e "$root/$file" ] || fail "the package lacks /usr/$file"
@@ -44,6 +44,8 @@ grep -q "version=\"$version\"" "$root/share/metainfo/com.vandix.StandardsDesk.me
 grep -q "^\.TH STANDARDS-DESK-CLI 1 .*Standards Desk $version" "$root/share/man/man1/standards-desk-cli.1" ||
     fail "man page version"
 bash -n "$root/share/bash-completion/completions/standards-desk-cli" || fail "bash completion syntax"
+grep -q '/usr/share/standards-desk/help/standards-desk' "$root/share/man/man1/standards-desk-cli.1" ||
+    fail "the man page does not name the installed help"
 
 depends=$(dpkg-deb -f "$deb" Depends)
 for package in xdg-utils libqt6widgets6 libqt6core6 libzip4 libcurl4 libfmt; do
