@@ -5,6 +5,7 @@
 #include "contents/ProjectLines.h"
 #include "contents/ProjectSpecs.h"
 #include "datafile/Application.h"
+#include "datafile/Names.h"
 #include "datafile/Text.h"
 #include "store/GeneralSettings.h"
 
@@ -67,9 +68,14 @@ COutput LinesCreate(const SCliOptions& options, const SArgs& a) {
 void LinesRename(const SCliOptions& options, const SArgs& a) {
     SCore core(options);
     const std::wstring name = W(a.name);
-    CheckLine(CVX2D_ProjectLines(core.projects).RenameLine(a.id, a.itemId, name),
-              fmt::format(L"Error renaming line {} of standard '{}' to '{}'.", a.itemId,
-                          core.NameOf(a.id), name));
+    const ELineResult result = CVX2D_ProjectLines(core.projects).RenameLine(a.id, a.itemId, name);
+    const std::wstring what = fmt::format(L"Error renaming line {} of standard '{}' to '{}'.",
+                                          a.itemId, core.NameOf(a.id), name);
+    // A refused name says which rule it breaks.
+    if (result == eLineInvalidName && !NameProblem(name).empty())
+        throw CCliFailure(what + L"\n\n" + CVX2D_ProjectLines::GetErrorText(result) + L": " +
+                          NameProblem(name));
+    CheckLine(result, what);
 }
 
 COutput SpecsList(const SCliOptions& options, const SArgs& a) {

@@ -1,10 +1,12 @@
 // client ..., standard ..., registry check: the lifecycle of clients and
 // standards, with the navigator's messages on failure.
 #include "cli/CliCore.h"
+#include "datafile/Ids.h"
 #include "datafile/Names.h"
 #include "store/StandardOperations.h"
 #include "store/Templates.h"
 
+#include <algorithm>
 #include <fmt/xchar.h>
 #include <map>
 #include <optional>
@@ -71,8 +73,17 @@ void ClientRename(const SCliOptions& options, const SArgs& a) {
     SCore core(options);
     const std::wstring name = W(a.name);
     const std::optional<std::wstring> oldName = ClientName(core, a.id);
-    if (!oldName || !core.clients.RenameClient(a.id, name))
-        throw CCliFailure(RenameClientErrorText(oldName.value_or(fmt::format(L"{}", a.id)), name));
+    if (!oldName || !core.clients.RenameClient(a.id, name)) {
+        const std::wstring what =
+            RenameClientErrorText(oldName.value_or(fmt::format(L"{}", a.id)), name);
+        // A client's name is no folder name: only what a datafile cannot
+        // hold is refused.
+        const auto wide = std::find_if(name.begin(), name.end(), [](wchar_t c) { return c > 255; });
+        if (oldName && wide != name.end())
+            throw CCliFailure(what + L"\n\n" + ProjectResultText(eProjectInvalidName) + L": " +
+                              NameProblem(std::wstring(1, *wide)));
+        throw CCliFailure(what);
+    }
 }
 
 void ClientDelete(const SCliOptions& options, const SArgs& a) {
@@ -137,8 +148,10 @@ COutput StandardCopy(const SCliOptions& options, const SArgs& a) {
     SCore core(options);
     std::int32_t newId = 0;
     std::wstring newName;
-    Check(core.projects.CopyProject(a.id, newId, newName),
-          [&] { return CopyStandardErrorText(core.NameOf(a.id)); });
+    CheckNamed(
+        core.projects.CopyProject(a.id, newId, newName),
+        [&] { return CopyStandardErrorText(core.NameOf(a.id)); },
+        [&] { return core.projects.NameProblem(MakeCopyName(core.NameOf(a.id))); });
     COutput output({{"id"}, {"name"}});
     output.Add({newId, newName});
     return output;

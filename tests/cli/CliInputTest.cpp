@@ -335,7 +335,20 @@ TEST_F(CliInputTest, InvalidNamesSayWhichRuleTheyBreak) {
          1,
          "Error creating new standard '" + std::string(300, 'n') +
              "'\n\nInvalid name: the name is too long for a folder name.\n"},
+        {{"client", "rename", "1", "\xE2\x82\xACuro"},
+         1,
+         "Error renaming client from 'Acme' to '\xE2\x82\xACuro'.\n\nInvalid name: a name cannot "
+         "hold '\xE2\x82\xAC': a datafile stores only characters up to code 255.\n"},
     });
+    // A copy's name is made from the standard's: one that would be too long
+    // for a folder says so.
+    const std::string longest(230, 'l');
+    ASSERT_EQ(Run({"standard", "create", longest}).code, 0);
+    const SRun copy = Run({"standard", "copy", longest});
+    EXPECT_EQ(copy.code, 1);
+    EXPECT_NE(copy.err.find("Invalid name: the name is too long for a folder name."),
+              std::string::npos)
+        << copy.err;
 }
 
 } // namespace

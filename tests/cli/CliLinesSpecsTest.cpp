@@ -99,7 +99,8 @@ TEST_F(CliLinesSpecsTest, FailuresExitWithTheMessageAndChangeNothing) {
         {{"lines", "delete", "1", "9"},
          "Error deleting line 9 of standard 'Pipe'.\n\nCan't find line\n"},
         {{"lines", "rename", "1", "1", "a/b"},
-         "Error renaming line 1 of standard 'Pipe' to 'a/b'.\n\nInvalid name\n"},
+         "Error renaming line 1 of standard 'Pipe' to 'a/b'.\n\nInvalid name: a name cannot hold "
+         "'/' (none of < > : \" / \\ | ? * may be used).\n"},
         {{"specs", "check", "1", "4"},
          "Error checking spec 4 for standard 'Pipe'.\n\nCan't find spec\n"},
         {{"drawings", "list", "1", "ORTHO"},
