@@ -72,9 +72,12 @@ std::int32_t NamedId(const std::vector<std::int32_t>& ids, const std::wstring& n
     return ids.front();
 }
 
-std::int32_t ResolveStandard(const CVX2D_ProjectRegistry& projects, const std::string& text) {
+std::int32_t ResolveStandard(const CVX2D_ProjectRegistry& projects, const SReference& reference) {
+    const std::string& text = reference.text;
     EProjectResult listed = eProjectOk;
     if (const auto id = IdNumber(text)) {
+        if (*id == -1 && reference.noneAllowed)
+            return -1;
         // A registry that cannot be read says so in the verb's own words.
         std::vector<SProjectInfo> all;
         if (projects.ListProjects(true, true, all) == eProjectOk &&
@@ -114,7 +117,7 @@ SCore::SCore(const SCliOptions& options, bool mayBeMissing)
     const std::vector<SReference> references = std::exchange(References(), {});
     for (const SReference& reference : references)
         *reference.target = reference.client ? ResolveClient(clients, reference)
-                                             : ResolveStandard(projects, reference.text);
+                                             : ResolveStandard(projects, reference);
 }
 
 std::wstring SCore::FolderOf(std::int32_t id, const std::wstring& what) const {
@@ -204,13 +207,18 @@ CLI::App* AddGroup(CLI::App& app, const std::string& name, const std::string& he
 }
 
 void AddStandardId(CLI::App* command, std::int32_t& id) {
+    AddStandardId(command, "ID", id, "The standard's id or exact name (see standard list)", false);
+}
+
+void AddStandardId(CLI::App* command, const std::string& label, std::int32_t& id,
+                   const std::string& help, bool noneAllowed) {
     command
         ->add_option_function<std::string>(
-            "ID",
-            [&id](const std::string& text) {
-                References().push_back({&id, text});
+            label,
+            [&id, noneAllowed](const std::string& text) {
+                References().push_back({&id, text, false, noneAllowed});
             },
-            "The standard's id or exact name (see standard list)")
+            help)
         ->required();
 }
 

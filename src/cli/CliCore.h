@@ -140,6 +140,9 @@ CLI::App* AddGroup(CLI::App& app, const std::string& name, const std::string& he
 // the standard's exact name. `id` is set when the command's core is made; a
 // standard that is not there fails then, in one wording for every verb.
 void AddStandardId(CLI::App* command, std::int32_t& id);
+// The same under another label and help; `noneAllowed` lets -1 stand for no standard.
+void AddStandardId(CLI::App* command, const std::string& label, std::int32_t& id,
+                   const std::string& help, bool noneAllowed);
 // A client given as an id or by its exact name; with `noneAllowed`, 0 stands
 // for no client.
 CLI::Option* AddClientId(CLI::App* command, const std::string& label, std::int32_t& id,

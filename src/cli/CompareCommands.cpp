@@ -70,8 +70,8 @@ void AddCompareCommands(CLI::App& app, SCliContext& context) {
         "KIND (header, heading, subheading, value), LABEL, TEXT1, TEXT2, DIFFER (1 where the "
         "two values differ); the first record is the header with the two names. A comparison "
         "that cannot be completed prints the rows built so far and fails");
-    compare->add_option("ID1", args->id1, "Standard 1 id (-1: none)")->required();
-    compare->add_option("ID2", args->id2, "Standard 2 id (-1: none)")->required();
+    AddStandardId(compare, "ID1", args->id1, "Standard 1: its id or exact name (-1: none)", true);
+    AddStandardId(compare, "ID2", args->id2, "Standard 2: its id or exact name (-1: none)", true);
     compare->add_option("--format", args->format, "tsv (default), json or html")
         ->check(CLI::IsMember({"tsv", "json", "html"}));
     compare->add_option("--output", args->output,

@@ -77,8 +77,6 @@ TEST_F(CliInputTest, ANameWhereOnlyAnIdIsTakenSaysSo) {
          "LINE_ID: takes an id (a whole number), not a name such as 'Line 3'"},
         {{"specs", "check", "Plant A", "Spec A"},
          "SPEC_ID: takes an id (a whole number), not a name such as 'Spec A'"},
-        {{"compare", "1", "Plant B"},
-         "ID2: takes an id (a whole number), not a name such as 'Plant B'"},
     };
     for (const auto& [args, err] : cases) {
         SCOPED_TRACE(Joined(args));
@@ -87,6 +85,16 @@ TEST_F(CliInputTest, ANameWhereOnlyAnIdIsTakenSaysSo) {
         EXPECT_EQ(run.out, "");
         EXPECT_EQ(run.err.substr(0, err.size() + 1), err + "\n") << run.err;
     }
+}
+
+TEST_F(CliInputTest, CompareTakesNamesAndMinusOneForNone) {
+    const std::string byIds = Ok({"compare", "1", "2"});
+    EXPECT_EQ(Ok({"compare", "Plant A", "Plant B"}), byIds);
+    EXPECT_EQ(Ok({"compare", "-1", "Plant B"}), Ok({"compare", "-1", "2"}));
+    const SRun missing = Run({"compare", "Plant Z", "1"});
+    EXPECT_EQ(missing.code, 1);
+    EXPECT_EQ(missing.err,
+              "There is no standard named 'Plant Z' (see 'standard list --deleted')\n");
 }
 
 TEST_F(CliInputTest, AStandardOrClientThatIsNotThereIsSaidOneWayInEveryVerb) {
