@@ -88,7 +88,9 @@ TEST_F(CliStandardTest, PurgeTakesOnlyADeletedStandardUnlessForced) {
         {{"2"}, 2, "", "purge deletes the standard's folder for good; confirm with --yes\n"},
         {{"2", "--dry-run"}, 0, "2\tdeleted\tElec\n", ""},
         {{"2", "-y"}, 0, "", ""},
-        {{"1", "--force"}, 2, "",
+        {{"1", "--force"},
+         2,
+         "",
          "purge deletes the standard's folder for good; confirm with --yes\n"},
         {{"1", "--force", "--yes"}, 0, "", ""},
     };
@@ -119,7 +121,8 @@ TEST_F(CliStandardTest, FailuresExitOneWithTheMessageAndChangeNothing) {
         {{"standard", "delete", "9"}, "There is no standard 9 (see 'standard list --deleted')\n"},
         {{"standard", "move", "1", "7"}, "There is no client 7 (see 'client list')\n"},
         {{"client", "rename", "1", "\xE2\x82\xAC"},
-         "Error renaming client from 'Client 1' to '\xE2\x82\xAC'.\n"},
+         "Error renaming client from 'Client 1' to '\xE2\x82\xAC'.\n\nInvalid name: a name cannot "
+         "hold '\xE2\x82\xAC': a datafile stores only characters up to code 255.\n"},
         {{"client", "rename", "7", "Seven"}, "There is no client 7 (see 'client list')\n"},
         {{"client", "delete", "7"}, "There is no client 7 (see 'client list')\n"},
     };
