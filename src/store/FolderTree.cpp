@@ -53,8 +53,7 @@ bool CopyFileInBlocks(const fs::path& from, const fs::path& to, const std::wstri
 
 } // namespace
 
-bool CVX2D_FolderTree::CopyEntries(const fs::path& from, const fs::path& to,
-                                   const CProgress& progress) {
+bool CopyFolderFiles(const fs::path& from, const fs::path& to, const CProgress& progress) {
     // The whole list first, so that the total is known before the first byte.
     std::vector<fs::directory_entry> entries;
     std::size_t total = 0;
@@ -134,7 +133,7 @@ bool CVX2D_FolderTree::CopyTree(const std::wstring& source, const std::wstring& 
     fs::create_directories(to, ec);
     if (ec)
         return false;
-    const bool copied = CopyEntries(from, to, progress);
+    const bool copied = CopyFolderFiles(from, to, progress);
     if (!copied && made)
         fs::remove_all(to, ec);
     return copied;

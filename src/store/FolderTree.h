@@ -29,8 +29,12 @@ public:
     static std::wstring BackupNameFor(const std::wstring& folder);
 
 private:
-    static bool CopyEntries(const std::filesystem::path& from, const std::filesystem::path& to,
-                            const CProgress& progress);
-
     IPrompter& m_prompter;
 };
+
+// Copies every file and folder below `from` into the folder `to` (which may
+// exist), file by file in blocks, replacing files of the same name; false on
+// an error or a stop from `progress`. The one way folders are copied: some
+// standard libraries refuse to copy a folder into an existing one.
+bool CopyFolderFiles(const std::filesystem::path& from, const std::filesystem::path& to,
+                     const CProgress& progress = {});

@@ -1,5 +1,7 @@
 #include "store/Templates.h"
 
+#include "store/FolderTree.h"
+
 #include "datafile/Text.h"
 #include "platform/Utf8.h"
 
@@ -30,10 +32,8 @@ bool SeedTemplateFolders(const CVX2D_Datafiles& datafiles, const std::wstring& s
             continue;
         }
         fs::create_directories(target, ec);
-        if (!ec)
-            fs::copy(source, target, fs::copy_options::recursive | fs::copy_options::skip_existing,
-                     ec);
-        complete = complete && !ec && fs::is_directory(target, ec);
+        const bool copied = !ec && CopyFolderFiles(source, target);
+        complete = complete && copied && fs::is_directory(target, ec);
     }
     return complete;
 }
