@@ -43,9 +43,8 @@ bool CDatafilesChoice::HoldsDatafiles(const std::wstring& folder) {
            fs::is_regular_file(platform::ToPath(CVX2D_Datafiles(folder).ProjectDatafile()), ec);
 }
 
-bool CDatafilesChoice::Refuse(const std::wstring& text) {
+void CDatafilesChoice::Refuse(const std::wstring& text) {
     m_prompter.Show(text, EPromptIcon::Stop, kCaption);
-    return false;
 }
 
 std::optional<std::wstring> CDatafilesChoice::Accept(const std::wstring& folder,

@@ -44,7 +44,7 @@ public:
     bool Remember(const std::wstring& folder);
 
 private:
-    bool Refuse(const std::wstring& text);
+    void Refuse(const std::wstring& text);
     CProfile m_profile;
     IPrompter& m_prompter;
 };

@@ -6,7 +6,6 @@
 #include "store/StandardOperations.h"
 #include "store/Templates.h"
 
-#include <algorithm>
 #include <fmt/xchar.h>
 #include <map>
 #include <optional>
@@ -78,10 +77,10 @@ void ClientRename(const SCliOptions& options, const SArgs& a) {
             RenameClientErrorText(oldName.value_or(fmt::format(L"{}", a.id)), name);
         // A client's name is no folder name: only what a datafile cannot
         // hold is refused.
-        const auto wide = std::find_if(name.begin(), name.end(), [](wchar_t c) { return c > 255; });
-        if (oldName && wide != name.end())
+        const std::wstring problem = UnstorableCharacterProblem(name);
+        if (oldName && !problem.empty())
             throw CCliFailure(what + L"\n\n" + ProjectResultText(eProjectInvalidName) + L": " +
-                              NameProblem(std::wstring(1, *wide)));
+                              problem);
         throw CCliFailure(what);
     }
 }

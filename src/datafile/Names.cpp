@@ -6,6 +6,23 @@
 // Room left for the files and sub-folders a standard keeps inside its folder.
 constexpr std::size_t kRoomInside = 40;
 
+namespace {
+
+std::wstring UnstorableText(wchar_t c) {
+    return L"a name cannot hold '" + std::wstring(1, c) +
+           L"': a datafile stores only characters up to code 255.";
+}
+
+} // namespace
+
+std::wstring UnstorableCharacterProblem(const std::wstring& text) {
+    for (wchar_t c : text) {
+        if (static_cast<std::uint32_t>(c) > 0xFF)
+            return UnstorableText(c);
+    }
+    return {};
+}
+
 std::wstring NameProblem(const std::wstring& rawName, const std::wstring& folder,
                          const std::wstring& prefix) {
     const std::wstring name = TrimBlanks(rawName);
@@ -17,8 +34,7 @@ std::wstring NameProblem(const std::wstring& rawName, const std::wstring& folder
         if (c < 32 || c == 127)
             return L"a name cannot hold a control character such as a line break or a TAB.";
         if (static_cast<std::uint32_t>(c) > 0xFF)
-            return L"a name cannot hold '" + std::wstring(1, c) +
-                   L"': a datafile stores only characters up to code 255.";
+            return UnstorableText(c);
         if (std::wstring_view(L"<>:\"/\\|?*").find(c) != std::wstring_view::npos)
             return L"a name cannot hold '" + std::wstring(1, c) +
                    L"' (none of < > : \" / \\ | ? * may be used).";

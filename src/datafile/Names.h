@@ -11,6 +11,12 @@
 bool IsValidName(const std::wstring& name, const std::wstring& folder = {},
                  const std::wstring& prefix = {});
 
+// The first character of `text` a datafile cannot hold (one byte per
+// character), as the end of a sentence ("a name cannot hold '€': ..."); empty
+// when there is none. Names that never become folder names (clients) are
+// held to this rule only.
+std::wstring UnstorableCharacterProblem(const std::wstring& text);
+
 // What is wrong with a name by the rules of IsValidName, as the end of a
 // sentence ("a name cannot hold '/' ..."); empty for a usable name.
 std::wstring NameProblem(const std::wstring& name, const std::wstring& folder = {},

@@ -368,7 +368,8 @@ bool PrintStandardReport(const CVX2D_ProjectRegistry& registry, IPrompter& promp
     }
     if (open && !open(path)) {
         prompter.Show(
-            fmt::format(L"The report was written to '{}', but no program could open it.", path),
+            fmt::format(L"The report was written to '{}', but no program could open it.\n\n{}",
+                        path, platform::ShellOpenAdvice()),
             EPromptIcon::Exclamation);
         return false;
     }

@@ -5,6 +5,7 @@
 // file of the standard is read once.
 #pragma once
 
+#include "store/Opener.h"
 #include "store/Prompter.h"
 
 #include <cstdint>
@@ -32,5 +33,4 @@ bool WriteStandardReport(const CVX2D_ProjectRegistry& registry, std::int32_t sta
 // "Print...": writes the report to its default path and hands that to
 // `open` (the system's text viewer). Failures are shown; false then.
 bool PrintStandardReport(const CVX2D_ProjectRegistry& registry, IPrompter& prompter,
-                         std::int32_t standardId,
-                         const std::function<bool(const std::wstring&)>& open);
+                         std::int32_t standardId, const COpener& open);

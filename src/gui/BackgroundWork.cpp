@@ -49,7 +49,6 @@ void CBackgroundWork::Run(QWidget* parent, const QString& text, bool canStop,
     dialog.setMinimumDuration(INT_MAX);
     if (!canStop)
         dialog.setCancelButton(nullptr);
-    dialog.hide();
 
     SReported reported;
     std::atomic<bool> stop{false};

@@ -8,6 +8,7 @@
 #include "app/StandardsCore.h"
 #include "gui/FileDialogs.h"
 #include "gui/PageHost.h"
+#include "store/Opener.h"
 
 #include <QAction>
 #include <QLabel>
@@ -49,7 +50,6 @@ public:
     void ShowHelp(const std::wstring& topic) override;
     // What opens help pages and reports (the desktop's default program unless
     // replaced); true when it could.
-    using COpener = std::function<bool(const std::wstring&)>;
     void SetOpener(COpener opener) { m_opener = std::move(opener); }
     // File > Open/New Datafiles Folder...: picks the folder, closes every
     // window (asking about what is unsaved) and then the main window; the
