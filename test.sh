@@ -4,15 +4,49 @@
 # Under CI=true warnings are errors and the core tests run once more in an
 # AddressSanitizer + UndefinedBehaviorSanitizer build, and the fuzz targets run
 # for a short while.
+#
+#   ./test.sh             the Linux build and tests (and under CI=true also the
+#                         sanitizer, fuzz and Windows runs)
+#   ./test.sh --windows   only the Windows build: the core, the command line
+#                         and their tests cross-built with MinGW-w64 and run
+#                         under Wine (the libraries are built once and cached,
+#                         see scripts/windows-deps.sh)
 set -euo pipefail
 cd "$(dirname "$0")"
 . scripts/deps.sh
+. scripts/windows-deps.sh
+
+windows_only=false
+for arg in "$@"; do
+    case $arg in
+    --windows) windows_only=true ;;
+    -h|--help) sed -n '2,13p' "$0" | sed 's/^# \{0,1\}//'; exit 0 ;;
+    *) echo "test.sh: unknown option '$arg' (try --help)" >&2; exit 2 ;;
+    esac
+done
+jobs=$(nproc 2>/dev/null || echo 2)
+
+windows_tests() {
+    sd_ensure_windows_packages
+    sd_windows_deps
+    # Wine's own settings live beside the libraries, not in ~/.wine.
+    export WINEPREFIX=${WINEPREFIX:-$(dirname "$SD_WINDOWS_DEPS")/wine}
+    export WINEDEBUG=${WINEDEBUG:--all}
+    cmake --preset windows >/dev/null
+    cmake --build --preset windows -j "$jobs"
+    ctest --preset windows -j "$jobs"
+}
+
+if $windows_only; then
+    windows_tests
+    exit 0
+fi
+
 sd_ensure_packages
 sd_ensure_comma_locale
 
 preset=default
 [ "${CI:-}" = "true" ] && preset=ci
-jobs=$(nproc 2>/dev/null || echo 2)
 
 cmake --preset "$preset" >/dev/null
 cmake --build --preset "$preset" -j "$jobs"
@@ -31,4 +65,9 @@ if [ "${CI:-}" = "true" ]; then
     cmake --preset fuzz >/dev/null
     cmake --build --preset fuzz -j "$jobs"
     scripts/fuzz.sh build-fuzz/bin 30
+fi
+
+# The core and the command line on Windows, under Wine.
+if [ "${CI:-}" = "true" ]; then
+    windows_tests
 fi

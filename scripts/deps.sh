@@ -13,10 +13,24 @@ SD_PACKAGES=(cmake ninja-build g++ pkg-config libgtest-dev libgmock-dev libfmt-d
              dpkg-dev file desktop-file-utils appstream)
 # Only CI's fuzz build: clang and its libFuzzer runtime.
 SD_CI_PACKAGES=(clang libclang-rt-14-dev)
+# Only the Windows build (test.sh --windows, and CI): the MinGW-w64 compiler,
+# its zlib, Wine to run the tests, dpkg-source and GoogleTest's sources for
+# scripts/windows-deps.sh.
+SD_WINDOWS_PACKAGES=(g++-mingw-w64-x86-64-posix libz-mingw-w64-dev wine wine64 dpkg-dev
+                     googletest cmake ninja-build ca-certificates)
 
 sd_ensure_packages() {
-    local missing=() wanted=("${SD_PACKAGES[@]}")
-    [ "${CI:-}" = "true" ] && wanted+=("${SD_CI_PACKAGES[@]}")
+    local wanted=("${SD_PACKAGES[@]}")
+    [ "${CI:-}" = "true" ] && wanted+=("${SD_CI_PACKAGES[@]}" "${SD_WINDOWS_PACKAGES[@]}")
+    sd_ensure_package_list "${wanted[@]}"
+}
+
+sd_ensure_windows_packages() {
+    sd_ensure_package_list "${SD_WINDOWS_PACKAGES[@]}"
+}
+
+sd_ensure_package_list() {
+    local missing=() wanted=("$@")
     for package in "${wanted[@]}"; do
         if ! dpkg-query -W -f='${Status}' "$package" 2>/dev/null | grep -q 'install ok installed'; then
             missing+=("$package")

@@ -46,9 +46,7 @@ std::wstring CEnvironment::HelpName(const std::wstring& programPath) {
 std::wstring CEnvironment::HelpFilePath(const std::wstring& programPath) const {
     const std::wstring local = m_installation.LocalAppPath();
     const std::wstring name = HelpName(programPath);
-#ifdef _WIN32
-    return local.empty() ? name + L".chm" : local + L"Help\\" + name + L".chm";
-#else
+    // The help is a folder of HTML pages on every system.
     const std::wstring installed = local.empty() ? L"" : local + L"Help/" + name + L"/";
     std::error_code ec;
     if (!installed.empty() && fs::is_directory(platform::ToPath(installed), ec))
@@ -57,7 +55,6 @@ std::wstring CEnvironment::HelpFilePath(const std::wstring& programPath) const {
     if (!shipped.empty() && fs::is_directory(platform::ToPath(shipped + L"help/" + name), ec))
         return shipped + L"help/" + name + L"/";
     return installed.empty() ? name + L"/" : installed;
-#endif
 }
 
 std::wstring CEnvironment::HelpTopicPath(const std::wstring& helpPath, const std::wstring& topic,
@@ -69,9 +66,6 @@ std::wstring CEnvironment::HelpTopicPath(const std::wstring& helpPath, const std
             L"Couldn't find help file: \n" + helpPath + L"\n\nPlease check software installation.";
         return {};
     }
-#ifdef _WIN32
-    return helpPath + topic;
-#else
     const std::wstring page = topic.starts_with(L"::/") ? topic.substr(3) : topic;
     const std::wstring path = WithTrailingSeparator(helpPath) + page;
     // A page missing from an installed help falls back to its first page; so
@@ -79,5 +73,4 @@ std::wstring CEnvironment::HelpTopicPath(const std::wstring& helpPath, const std
     if (page.empty() || !fs::is_regular_file(platform::ToPath(path), ec))
         return WithTrailingSeparator(helpPath) + L"index.htm";
     return path;
-#endif
 }

@@ -63,8 +63,32 @@ struct SZip {
     }
 };
 
+// Windows reads narrow names in the ANSI code page, which cannot hold every
+// name: archives and files are opened there by their wide names.
 zip_t* OpenArchive(const std::wstring& path, int flags, int& error) {
-    return zip_open(platform::ToPath(path).string().c_str(), flags, &error);
+#ifdef _WIN32
+    zip_error_t why;
+    zip_error_init(&why);
+    zip_t* archive = nullptr;
+    if (zip_source_t* source = zip_source_win32w_create(path.c_str(), 0, -1, &why)) {
+        archive = zip_open_from_source(source, flags, &why);
+        if (!archive)
+            zip_source_free(source);
+    }
+    error = archive ? 0 : zip_error_code_zip(&why);
+    zip_error_fini(&why);
+    return archive;
+#else
+    return zip_open(platform::ToPath(path).c_str(), flags, &error);
+#endif
+}
+
+zip_source_t* FileSource(zip_t* archive, const fs::path& file) {
+#ifdef _WIN32
+    return zip_source_win32w(archive, file.c_str(), 0, -1);
+#else
+    return zip_source_file(archive, file.c_str(), 0, -1);
+#endif
 }
 
 // An archive with no entries: only the end record with the comment. The
@@ -379,7 +403,7 @@ bool CStandardArchive::Export(const std::wstring& folder, const std::wstring& ar
         const std::wstring name = Slashed(platform::FromPath(files[i].lexically_relative(root)));
         if (progress && !progress(i, files.size(), name))
             return false;
-        zip_source_t* source = zip_source_file(zip.archive, files[i].string().c_str(), 0, -1);
+        zip_source_t* source = FileSource(zip.archive, files[i]);
         if (!source)
             return false;
         const zip_int64_t index =

@@ -6,20 +6,32 @@
 
 #include <clocale>
 #include <iostream>
+#include <string>
+#include <vector>
 
 int main(int argc, char** argv) {
     // The user's locale, like any program of the desktop: nothing the core
     // reads or writes depends on it.
     std::setlocale(LC_ALL, "");
+    // Output is the same bytes everywhere: LF line ends, UTF-8.
+    platform::UseBinaryStandardStreams();
+    const std::vector<std::string> args = platform::CommandLineArguments(argc, argv);
+    std::vector<char*> utf8Argv;
+    for (const auto& arg : args)
+        utf8Argv.push_back(const_cast<char*>(arg.c_str()));
+    utf8Argv.push_back(nullptr);
+
     CLI::App app{"Standards Desk command line: clients, standards and datafiles of a shared "
                  "datafiles folder.",
                  "standards-desk-cli"};
+    // A value such as "/dw/plans" stays a value on Windows too.
+    app.allow_windows_style_options(false);
     SCliContext context;
     context.table = platform::IsTerminal(1);
     cli::AddAllCommands(app, context);
 
     try {
-        app.parse(argc, argv);
+        app.parse(static_cast<int>(args.size()), utf8Argv.data());
     } catch (const CLI::CallForHelp& e) {
         return app.exit(e);
     } catch (const CLI::CallForAllHelp& e) {
@@ -28,7 +40,7 @@ int main(int argc, char** argv) {
         return app.exit(e);
     } catch (const CLI::ParseError& e) {
         const std::string unknown =
-            cli::UnknownVerbText(app, std::vector<std::string>(argv + 1, argv + argc));
+            cli::UnknownVerbText(app, std::vector<std::string>(args.begin() + 1, args.end()));
         if (unknown.empty())
             app.exit(e);
         else

@@ -36,31 +36,6 @@ bool HasDrawingExtension(const std::wstring& name) {
     return EqualsNoCase(tail, L".bak") || EqualsNoCase(tail, L".dwg");
 }
 
-// A parameter line split as a Windows program's start-up code reads it:
-// blanks separate, double quotes group and are dropped.
-[[maybe_unused]] std::vector<std::wstring> SplitParameters(const std::wstring& line) {
-    std::vector<std::wstring> words;
-    std::wstring word;
-    bool quoted = false, any = false;
-    for (const wchar_t c : line) {
-        if (c == L'"') {
-            quoted = !quoted;
-            any = true;
-        } else if ((c == L' ' || c == L'\t') && !quoted) {
-            if (any)
-                words.push_back(word);
-            word.clear();
-            any = false;
-        } else {
-            word += c;
-            any = true;
-        }
-    }
-    if (any)
-        words.push_back(word);
-    return words;
-}
-
 std::time_t FileTime(const fs::path& path) {
     std::error_code ec;
     const auto written = fs::last_write_time(path, ec);
@@ -79,18 +54,12 @@ SDrawingsShell SDrawingsShell::System() {
     shell.open = [](const std::wstring&, const std::wstring& target) {
         return platform::ShellOpen(target);
     };
-    // The platform layer starts programs without a working folder; the
-    // launcher finds its files from its own path.
+    // The launcher is handed its parameter line as written and finds its
+    // files from the working folder.
     shell.start = [](const std::wstring& program, const std::wstring& parameters,
-                     const std::wstring&) {
-#ifdef _WIN32
-        // Windows hands a program one command line: the parameters go as
-        // written, quotes and all.
-        const std::vector<std::wstring> args{parameters};
-#else
-        const std::vector<std::wstring> args = SplitParameters(parameters);
-#endif
-        return platform::StartProcess(platform::ToPath(program), args) > 0;
+                     const std::wstring& folder) {
+        return platform::LaunchProgram(platform::ToPath(program), parameters,
+                                       platform::ToPath(folder));
     };
     shell.executablePath = [] { return platform::ExecutablePath(); };
     return shell;
@@ -405,11 +374,11 @@ std::optional<std::wstring> CDrawingsManager::Rename(const std::wstring& item,
         return std::nullopt;
     std::error_code ec;
     // A change of letter case only names the same file on Windows.
-    if (Exists(target) && !fs::equivalent(platform::ToPath(source), platform::ToPath(target), ec)) {
+    if (Exists(target) && !platform::SameFile(platform::ToPath(source), platform::ToPath(target))) {
         Error(what + L"A file named '" + file + L"' already exists.");
         return std::nullopt;
     }
-    fs::rename(platform::ToPath(source), platform::ToPath(target), ec);
+    platform::Rename(platform::ToPath(source), platform::ToPath(target), ec);
     if (ec) {
         Error(what + platform::FromUtf8(ec.message()));
         return std::nullopt;

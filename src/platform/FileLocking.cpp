@@ -31,8 +31,11 @@ ELockAttempt TryLockFile(const std::filesystem::path& lockFile, SLockHandle& han
             return ELockAttempt::Busy;
         case ERROR_ACCESS_DENIED: {
             // A lock file that its last holder is deleting refuses new opens
-            // for a moment; a folder we may not write refuses them for good.
+            // for a moment; a folder we may not write refuses them for good,
+            // and so does a folder in the lock file's place.
             std::error_code ec;
+            if (std::filesystem::is_directory(lockFile, ec))
+                return ELockAttempt::Failed;
             return std::filesystem::exists(lockFile, ec) ? ELockAttempt::Busy
                                                          : ELockAttempt::ReadOnly;
         }

@@ -7,8 +7,11 @@
 #include <cstdlib>
 
 #ifdef _WIN32
+#include <fcntl.h>
 #include <io.h>
 #include <lmcons.h>
+#include <map>
+#include <mutex>
 #include <objbase.h>
 #include <process.h>
 #include <shellapi.h>
@@ -21,6 +24,7 @@
 #include <sys/stat.h>
 #include <sys/types.h>
 #include <sys/wait.h>
+#include <thread>
 #include <unistd.h>
 #include <uuid/uuid.h>
 extern char** environ;
@@ -110,21 +114,112 @@ std::wstring GetEnv(const char* name) {
     return value ? std::wstring(value) : std::wstring();
 }
 
+namespace {
+
+// One argument as a Windows program's start-up code splits its command line.
+std::wstring QuotedArgument(const std::wstring& arg) {
+    if (!arg.empty() && arg.find_first_of(L" \t\n\v\"") == std::wstring::npos)
+        return arg;
+    std::wstring quoted = L"\"";
+    std::size_t backslashes = 0;
+    for (const wchar_t c : arg) {
+        if (c == L'\\') {
+            ++backslashes;
+            continue;
+        }
+        // Backslashes double only before a quote, which gets one of its own.
+        quoted.append(c == L'"' ? 2 * backslashes + 1 : backslashes, L'\\');
+        backslashes = 0;
+        quoted += c;
+    }
+    quoted.append(2 * backslashes, L'\\');
+    return quoted + L"\"";
+}
+
+// The processes started and not yet waited for: their exit codes are read
+// through the handles CreateProcessW gave.
+std::mutex g_startedMutex;
+std::map<std::int64_t, HANDLE> g_started;
+
+HANDLE CreateWithCommandLine(const std::filesystem::path& program, std::wstring commandLine,
+                             const std::filesystem::path& workingFolder, DWORD& pid) {
+    STARTUPINFOW startup{};
+    startup.cb = sizeof startup;
+    PROCESS_INFORMATION process{};
+    // The program is named on its own too, so a path with blanks is never
+    // taken for a shorter one followed by arguments.
+    if (!::CreateProcessW(program.c_str(), commandLine.data(), nullptr, nullptr, FALSE, 0, nullptr,
+                          workingFolder.empty() ? nullptr : workingFolder.c_str(), &startup,
+                          &process))
+        return nullptr;
+    ::CloseHandle(process.hThread);
+    pid = process.dwProcessId;
+    return process.hProcess;
+}
+
+} // namespace
+
 std::int64_t StartProcess(const std::filesystem::path& program,
-                          const std::vector<std::wstring>& args) {
-    std::vector<const wchar_t*> argv;
-    argv.push_back(program.c_str());
+                          const std::vector<std::wstring>& args,
+                          const std::filesystem::path& workingFolder) {
+    std::wstring commandLine = QuotedArgument(program.wstring());
     for (const auto& arg : args)
-        argv.push_back(arg.c_str());
-    argv.push_back(nullptr);
-    return static_cast<std::int64_t>(::_wspawnv(_P_NOWAIT, program.c_str(), argv.data()));
+        commandLine += L" " + QuotedArgument(arg);
+    DWORD pid = 0;
+    const HANDLE process = CreateWithCommandLine(program, commandLine, workingFolder, pid);
+    if (!process)
+        return -1;
+    std::lock_guard lock(g_startedMutex);
+    g_started[pid] = process;
+    return pid;
 }
 
 int WaitProcess(std::int64_t pid) {
-    int status = 0;
-    if (::_cwait(&status, static_cast<intptr_t>(pid), _WAIT_CHILD) == -1)
-        return -1;
-    return status;
+    HANDLE process = nullptr;
+    {
+        std::lock_guard lock(g_startedMutex);
+        const auto found = g_started.find(pid);
+        if (found == g_started.end())
+            return -1;
+        process = found->second;
+        g_started.erase(found);
+    }
+    DWORD code = 0;
+    const bool ended = ::WaitForSingleObject(process, INFINITE) == WAIT_OBJECT_0 &&
+                       ::GetExitCodeProcess(process, &code);
+    ::CloseHandle(process);
+    return ended ? static_cast<int>(code) : -1;
+}
+
+bool LaunchProgram(const std::filesystem::path& program, const std::wstring& parameters,
+                   const std::filesystem::path& workingFolder) {
+    std::wstring commandLine = QuotedArgument(program.wstring());
+    if (!parameters.empty())
+        commandLine += L" " + parameters;
+    DWORD pid = 0;
+    const HANDLE process = CreateWithCommandLine(program, commandLine, workingFolder, pid);
+    if (!process)
+        return false;
+    ::CloseHandle(process);
+    return true;
+}
+
+std::vector<std::string> CommandLineArguments(int argc, char** argv) {
+    std::vector<std::string> args;
+    int count = 0;
+    if (wchar_t** wide = ::CommandLineToArgvW(::GetCommandLineW(), &count)) {
+        for (int i = 0; i < count; ++i)
+            args.push_back(ToUtf8(wide[i]));
+        ::LocalFree(wide);
+    }
+    if (count != argc)
+        args.assign(argv, argv + argc);
+    return args;
+}
+
+void UseBinaryStandardStreams() {
+    for (const int stream : {0, 1, 2})
+        ::_setmode(stream, _O_BINARY);
 }
 
 #else
@@ -206,7 +301,8 @@ std::wstring GetEnv(const char* name) {
 }
 
 std::int64_t StartProcess(const std::filesystem::path& program,
-                          const std::vector<std::wstring>& args) {
+                          const std::vector<std::wstring>& args,
+                          const std::filesystem::path& workingFolder) {
     std::vector<std::string> storage;
     storage.push_back(program.string());
     for (const auto& arg : args)
@@ -215,11 +311,46 @@ std::int64_t StartProcess(const std::filesystem::path& program,
     for (auto& text : storage)
         argv.push_back(text.data());
     argv.push_back(nullptr);
-    pid_t pid = 0;
-    if (::posix_spawn(&pid, storage[0].c_str(), nullptr, nullptr, argv.data(), environ) != 0)
+    // The child changes folder before it runs the program: a relative
+    // program path is made whole first, as it names a file from here.
+    std::error_code ec;
+    const std::filesystem::path whole = std::filesystem::absolute(program, ec);
+    if (ec)
         return -1;
-    return pid;
+    posix_spawn_file_actions_t actions;
+    if (::posix_spawn_file_actions_init(&actions) != 0)
+        return -1;
+    int failed = 0;
+    if (!workingFolder.empty())
+        failed = ::posix_spawn_file_actions_addchdir_np(&actions, workingFolder.c_str());
+    pid_t pid = 0;
+    if (failed == 0)
+        failed = ::posix_spawn(&pid, whole.c_str(), &actions, nullptr, argv.data(), environ);
+    ::posix_spawn_file_actions_destroy(&actions);
+    return failed == 0 ? pid : -1;
 }
+
+bool LaunchProgram(const std::filesystem::path& program, const std::wstring& parameters,
+                   const std::filesystem::path& workingFolder) {
+    // posix_spawn reports a program that cannot be run; a folder that cannot
+    // be entered makes the child end at once with 127, which only waiting
+    // would tell: look first.
+    std::error_code ec;
+    if (!workingFolder.empty() && !std::filesystem::is_directory(workingFolder, ec))
+        return false;
+    const std::int64_t pid = StartProcess(program, SplitParameters(parameters), workingFolder);
+    if (pid <= 0)
+        return false;
+    // Nobody waits for it but this thread, so it leaves no zombie behind.
+    std::thread([pid] { WaitProcess(pid); }).detach();
+    return true;
+}
+
+std::vector<std::string> CommandLineArguments(int argc, char** argv) {
+    return std::vector<std::string>(argv, argv + argc);
+}
+
+void UseBinaryStandardStreams() {}
 
 int WaitProcess(std::int64_t pid) {
     int status = 0;
@@ -232,6 +363,31 @@ int WaitProcess(std::int64_t pid) {
 
 #endif
 
+} // namespace platform
+
+namespace platform {
+std::vector<std::wstring> SplitParameters(const std::wstring& parameters) {
+    std::vector<std::wstring> words;
+    std::wstring word;
+    bool quoted = false, any = false;
+    for (const wchar_t c : parameters) {
+        if (c == L'"') {
+            quoted = !quoted;
+            any = true;
+        } else if ((c == L' ' || c == L'\t') && !quoted) {
+            if (any)
+                words.push_back(word);
+            word.clear();
+            any = false;
+        } else {
+            word += c;
+            any = true;
+        }
+    }
+    if (any)
+        words.push_back(word);
+    return words;
+}
 } // namespace platform
 
 namespace platform {
@@ -326,5 +482,34 @@ SFileStamp FileStamp(const std::filesystem::path& path) {
         static_cast<std::int64_t>(info.st_ctim.tv_sec) * 1000000000 + info.st_ctim.tv_nsec;
 #endif
     return stamp;
+}
+} // namespace platform
+
+namespace platform {
+bool SameFile(const std::filesystem::path& first, const std::filesystem::path& second) {
+    const SFileStamp a = FileStamp(first);
+    const SFileStamp b = FileStamp(second);
+    return a.exists && b.exists && a.volume == b.volume && a.file == b.file;
+}
+} // namespace platform
+
+namespace platform {
+void Rename(const std::filesystem::path& from, const std::filesystem::path& to,
+            std::error_code& error) {
+    error.clear();
+    if (from == to || !SameFile(from, to)) {
+        std::filesystem::rename(from, to, error);
+        return;
+    }
+    std::filesystem::path step = from;
+    step += ".rename-" + std::to_string(CurrentProcessId());
+    std::filesystem::rename(from, step, error);
+    if (error)
+        return;
+    std::filesystem::rename(step, to, error);
+    if (error) {
+        std::error_code back;
+        std::filesystem::rename(step, from, back);
+    }
 }
 } // namespace platform

@@ -51,6 +51,16 @@ struct SFileStamp {
 // or it cannot be looked at.
 SFileStamp FileStamp(const std::filesystem::path& path);
 
+// Whether two paths name the same existing file or folder (on a case-
+// insensitive file system, also when they differ in letter case only).
+bool SameFile(const std::filesystem::path& first, const std::filesystem::path& second);
+
+// Renames a file or folder. A new name that differs only in letter case
+// goes through a name of its own first: not every system changes the case
+// in one step (Wine, some SMB servers leave the name as it was).
+void Rename(const std::filesystem::path& from, const std::filesystem::path& to,
+            std::error_code& error);
+
 // Whether this user may write the existing file at `path` (its mode and
 // owner, or its read-only attribute on Windows).
 bool CanWriteFile(const std::filesystem::path& path);
@@ -67,13 +77,37 @@ bool FlushAndClose(std::FILE* file);
 // The value of an environment variable, empty when unset.
 std::wstring GetEnv(const char* name);
 
-// Starts a program with arguments (no shell) and returns its process id, or
-// -1 when it cannot be started.
+// Starts a program with arguments (no shell), in `workingFolder` unless that
+// is empty, and returns its process id, or -1 when it cannot be started.
+// Each argument reaches the program as one, blanks and quotes included.
+// WaitProcess must be called for it.
 std::int64_t StartProcess(const std::filesystem::path& program,
-                          const std::vector<std::wstring>& args);
+                          const std::vector<std::wstring>& args,
+                          const std::filesystem::path& workingFolder = {});
 
 // Waits for a process started by StartProcess; returns its exit code, or -1.
 int WaitProcess(std::int64_t pid);
+
+// Starts a program that runs on its own, never waited for, in `workingFolder`
+// unless that is empty. `parameters` is one line as a user types it after
+// the program's name: on Windows the program is handed it as written; here it
+// is split into words the way a Windows program's start-up code splits it
+// (blanks separate, double quotes group and are dropped). False when the
+// program cannot be started.
+bool LaunchProgram(const std::filesystem::path& program, const std::wstring& parameters,
+                   const std::filesystem::path& workingFolder = {});
+
+// `parameters` split as LaunchProgram splits them.
+std::vector<std::wstring> SplitParameters(const std::wstring& parameters);
+
+// The program's arguments in UTF-8, argv[0] first. Windows hands `argv` over
+// in the ANSI code page, which cannot hold every name: there they are read
+// again from the wide command line.
+std::vector<std::string> CommandLineArguments(int argc, char** argv);
+
+// Standard input, output and error pass bytes unchanged (no CR added before
+// LF on Windows), as on Linux.
+void UseBinaryStandardStreams();
 
 } // namespace platform
 

@@ -15,9 +15,19 @@ CIniRegistry::CIniRegistry(std::wstring machineFolder, std::wstring userFolder)
 
 std::wstring CIniRegistry::DefaultMachineFolder() {
     std::wstring dirs = platform::GetEnv("XDG_CONFIG_DIRS");
-    const auto colon = dirs.find(L':');
-    if (colon != std::wstring::npos)
-        dirs.resize(colon);
+    // A list like PATH: ';' between folders on Windows, where ':' follows
+    // the drive letter.
+#ifdef _WIN32
+    const auto end = dirs.find(L';');
+#else
+    const auto end = dirs.find(L':');
+#endif
+    if (end != std::wstring::npos)
+        dirs.resize(end);
+#ifdef _WIN32
+    if (dirs.empty())
+        dirs = platform::GetEnv("PROGRAMDATA");
+#endif
     if (dirs.empty())
         dirs = L"/etc/xdg";
     return WithTrailingSeparator(dirs) + L"VANDIX";
@@ -25,6 +35,10 @@ std::wstring CIniRegistry::DefaultMachineFolder() {
 
 std::wstring CIniRegistry::DefaultUserFolder() {
     std::wstring home = platform::GetEnv("XDG_CONFIG_HOME");
+#ifdef _WIN32
+    if (home.empty())
+        home = platform::GetEnv("APPDATA");
+#endif
     if (home.empty())
         home = WithTrailingSeparator(platform::GetEnv("HOME")) + L".config";
     return WithTrailingSeparator(home) + L"VANDIX";
@@ -81,6 +95,12 @@ bool CIniRegistry::DeleteValue(ERegistryRoot root, const std::wstring& path,
 
 std::unique_ptr<IRegistry> MakeSystemRegistry() {
 #ifdef _WIN32
+#ifdef SD_TEST_REGISTRY_SWITCH
+    // A build with tests: they keep their values in their own INI files,
+    // never in this machine's registry, where an installed program reads.
+    if (!platform::GetEnv("SD_TEST_INI_REGISTRY").empty())
+        return std::make_unique<CIniRegistry>();
+#endif
     return MakeWindowsRegistry();
 #else
     return std::make_unique<CIniRegistry>();

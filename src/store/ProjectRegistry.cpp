@@ -4,6 +4,7 @@
 #include "datafile/IniFile.h"
 #include "datafile/Names.h"
 #include "datafile/Text.h"
+#include "platform/System.h"
 #include "platform/Utf8.h"
 #include "store/ClientRegistry.h"
 #include "store/FolderTree.h"
@@ -42,10 +43,10 @@ bool Exists(const std::wstring& path) {
 bool MoveFolder(const std::wstring& from, const std::wstring& to) {
     const fs::path source = platform::ToPath(WithoutTrailingSeparator(from));
     const fs::path target = platform::ToPath(WithoutTrailingSeparator(to));
+    if (Exists(to) && !platform::SameFile(source, target))
+        return false; // another folder has that name
     std::error_code ec;
-    if (Exists(to) && !fs::equivalent(source, target, ec))
-        return false;
-    fs::rename(source, target, ec);
+    platform::Rename(source, target, ec);
     return !ec;
 }
 

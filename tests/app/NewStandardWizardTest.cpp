@@ -11,8 +11,8 @@ namespace {
 class NewStandardWizardTest : public ::testing::Test, protected test::CStandardOnDisk {
 protected:
     void SetUp() override {
-        profile.SetString(L"NewProject", L"SettingFlowFolder", L"/d/Drawings/");
-        profile.SetString(L"NewProject", L"BorderFolder", L"/d/Borders/");
+        profile.SetString(L"NewProject", L"SettingFlowFolder", test::Abs(L"/d/Drawings/"));
+        profile.SetString(L"NewProject", L"BorderFolder", test::Abs(L"/d/Borders/"));
         std::int32_t id = 0;
         std::wstring name;
         clients.CreateClient(id, name);
@@ -33,8 +33,8 @@ TEST_F(NewStandardWizardTest, ProposesTheDefaultNameAndTheLastFolders) {
     EXPECT_EQ(proposal.name, L"Standard 1");
     EXPECT_EQ(proposal.clientId, 1);
     EXPECT_EQ(proposal.drawings[0], L"");
-    EXPECT_EQ(proposal.drawings[1], L"/d/Drawings/Standard 1/Flow/");
-    EXPECT_EQ(proposal.borders, L"/d/Borders/");
+    EXPECT_EQ(proposal.drawings[1], test::Abs(L"/d/Drawings/Standard 1/Flow/"));
+    EXPECT_EQ(proposal.borders, test::Abs(L"/d/Borders/"));
     EXPECT_EQ(wizard.CheckName(L" Pipe "), L"");
     EXPECT_EQ(wizard.CheckName(L"a/b"), L"'a/b' cannot be the name of a standard.\n\nInvalid name");
 }
@@ -46,7 +46,7 @@ TEST_F(NewStandardWizardTest, FinishWritesUnitsFoldersAndTheFirstLine) {
     choice.displayedUnits = 3;
     choice.source = CNewStandardWizard::eImperialTemplate;
     choice.drawings = wizard.DrawingsFoldersFor(L"Plant");
-    choice.drawings[1] = RootText() + L"Drawings/Plant/Flow/";
+    choice.drawings[1] = RootText() + test::N(L"Drawings/Plant/Flow/");
     std::wstring message;
     const std::int32_t id = wizard.Finish(choice, message);
     ASSERT_EQ(id, 1) << std::string(message.begin(), message.end());
@@ -55,12 +55,12 @@ TEST_F(NewStandardWizardTest, FinishWritesUnitsFoldersAndTheFirstLine) {
     ASSERT_TRUE(general.Load(registry, id));
     EXPECT_EQ(general.m_nWorkingUnits, 1);
     EXPECT_EQ(general.m_nDisplayedUnits, 3);
-    EXPECT_EQ(general.GetDrawingsLocation(2), RootText() + L"Drawings/Plant/Flow/");
-    EXPECT_EQ(general.m_strBordersLocation, L"/d/Borders/");
+    EXPECT_EQ(general.GetDrawingsLocation(2), RootText() + test::N(L"Drawings/Plant/Flow/"));
+    EXPECT_EQ(general.m_strBordersLocation, test::Abs(L"/d/Borders/"));
     EXPECT_TRUE(std::filesystem::is_directory(Root() / "Drawings" / "Plant" / "Flow"));
     EXPECT_EQ(File(id, L"Lines.ini"), "[LineList]\r\nVX2D_LINE_1 = Line 1\r\n");
     // The next standard starts from the drawings folder this one used.
-    EXPECT_EQ(wizard.Proposal(0).drawings[1], RootText() + L"Drawings/Standard 2/Flow/");
+    EXPECT_EQ(wizard.Proposal(0).drawings[1], RootText() + test::N(L"Drawings/Standard 2/Flow/"));
 }
 
 TEST_F(NewStandardWizardTest, ACopyTakesTheChosenNameAndClient) {

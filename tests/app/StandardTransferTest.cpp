@@ -37,7 +37,7 @@ using SEntries = std::vector<std::pair<std::string, std::string>>;
 void MakeArchive(const fs::path& path, const SEntries& entries,
                  zip_int32_t method = ZIP_CM_DEFAULT) {
     int error = 0;
-    zip_t* zip = zip_open(path.c_str(), ZIP_CREATE | ZIP_TRUNCATE, &error);
+    zip_t* zip = zip_open(path.string().c_str(), ZIP_CREATE | ZIP_TRUNCATE, &error);
     ASSERT_NE(zip, nullptr);
     for (const auto& [name, content] : entries) {
         const bool link = content.empty();
@@ -125,7 +125,7 @@ TEST_F(StandardTransferTest, ExportThenImportGivesTheSameTree) {
     EXPECT_EQ(transfer.ProposedExportFile(L"Tank"), outside.Text() + L"Tank.xst");
 
     int error = 0;
-    zip_t* zip = zip_open(test::P(archive).c_str(), ZIP_RDONLY, &error);
+    zip_t* zip = zip_open(test::P(archive).string().c_str(), ZIP_RDONLY, &error);
     ASSERT_NE(zip, nullptr);
     int length = 0;
     EXPECT_STREQ(zip_get_archive_comment(zip, &length, 0),
@@ -162,7 +162,7 @@ TEST_F(StandardTransferTest, AnEmptyStandardGivesAnArchiveWithOnlyTheComment) {
     ASSERT_TRUE(transfer.Export(id, archive, {}));
 
     int error = 0;
-    zip_t* zip = zip_open(test::P(archive).c_str(), ZIP_RDONLY | ZIP_CHECKCONS, &error);
+    zip_t* zip = zip_open(test::P(archive).string().c_str(), ZIP_RDONLY | ZIP_CHECKCONS, &error);
     ASSERT_NE(zip, nullptr) << error;
     int length = 0;
     EXPECT_STREQ(zip_get_archive_comment(zip, &length, 0),
@@ -283,7 +283,7 @@ TEST_F(StandardTransferTest, InAnOldExportAFileOfTheFolderItselfWinsOverOneFromA
 }
 
 TEST_F(StandardTransferTest, AFileThatCannotBecomeAStandardIsReportedAndTheNextGoesOn) {
-    const fs::path bad = outside.Path() / "a:b.xst";
+    const fs::path bad = outside.Path() / "a..xst"; // a standard "a." cannot be
     const fs::path good = outside.Path() / "Good.xst";
     MakeArchive(bad, {{"x.txt", "x"}});
     MakeArchive(good, {{"x.txt", "x"}});
@@ -294,7 +294,7 @@ TEST_F(StandardTransferTest, AFileThatCannotBecomeAStandardIsReportedAndTheNextG
     EXPECT_EQ(imported[0].id, 0);
     EXPECT_EQ(imported[1].name, L"Good");
     ASSERT_EQ(prompter.asked.size(), 1u);
-    EXPECT_EQ(prompter.asked[0].text, L"Error creating new standard 'a:b'\n\nInvalid name");
+    EXPECT_EQ(prompter.asked[0].text, L"Error creating new standard 'a.'\n\nInvalid name");
     EXPECT_EQ(prompter.asked[0].icon, EPromptIcon::Stop);
 }
 
@@ -526,6 +526,29 @@ TEST_F(StandardTransferTest, AnExistingFolderWithTheNewNameKeepsItsFiles) {
     MakeArchive(Outside("Pipe.xst"), {{"x.txt", "archive"}, {"new.txt", "new"}});
     transfer.Import({platform::FromPath(Outside("Pipe.xst"))}, 0, false);
     EXPECT_EQ(Files(existing), before);
+}
+
+// Windows reads narrow file names in the ANSI code page: names outside it
+// (Greek here) and accents must reach the file system as typed.
+TEST_F(StandardTransferTest, NamesWithAccentsTravelThroughExportAndImport) {
+    const std::int32_t id = Create(L"Stra\u00DFe Caf\u00E9");
+    WriteBytes(FolderOf(id) / platform::ToPath(L"\u00C5r\u00F8") /
+                   platform::ToPath(L"Pl\u00E4ne.dwg"),
+               "plan");
+    const std::wstring folder = outside.File(L"\u03A3\u03C7\u03AD\u03B4\u03B9\u03BF");
+    fs::create_directories(platform::ToPath(folder));
+    const std::wstring archive = folder + L"/Stra\u00DFe Caf\u00E9.xst";
+    ASSERT_TRUE(
+        transfer.Export(id, platform::FromPath(platform::ToPath(archive)),
+                        [](std::size_t, std::size_t, const std::wstring&) { return true; }));
+    EXPECT_TRUE(fs::is_regular_file(platform::ToPath(archive)));
+    const auto imported = transfer.Import({archive}, 0, false);
+    ASSERT_EQ(imported.size(), 1u);
+    EXPECT_EQ(imported[0].name, L"Stra\u00DFe Caf\u00E9");
+    EXPECT_EQ(Files(FolderOf(imported[0].id)), Files(FolderOf(id)));
+    EXPECT_EQ(ReadBytes(FolderOf(imported[0].id) / platform::ToPath(L"\u00C5r\u00F8") /
+                        platform::ToPath(L"Pl\u00E4ne.dwg")),
+              "plan");
 }
 
 TEST_F(StandardTransferTest, AsksWhichGenerationMadeTheArchives) {

@@ -15,11 +15,7 @@ using test::WriteBytes;
 namespace {
 
 void SetEnv(const char* name, const std::string& value) {
-#ifdef _WIN32
-    _putenv_s(name, value.c_str());
-#else
-    setenv(name, value.c_str(), 1);
-#endif
+    test::SetEnv(name, value.c_str());
 }
 
 class StartupTest : public ::testing::Test {
@@ -134,27 +130,28 @@ TEST_F(StartupTest, TheDecisionComesBeforeAnythingIsLoadedOrShown) {
 
 TEST_F(StartupTest, FirstRunStandardsGetFoldersLocationsAndALine) {
     ASSERT_EQ(Start({}), CStartup::eRun);
-    const std::string root = datafiles.Path().string() + "/";
+    const std::string root = test::N(datafiles.Path().string() + "/");
     std::wstring folder;
     ASSERT_EQ(projects.GetProjectFolder(1, folder), eProjectOk);
     const std::string general = ReadBytes(test::P(folder + L"General.ini"));
     EXPECT_NE(general.find("[Drawings Location]\r\nELECTRIC = " + root +
-                           "Drawings/English Standard/Electric/\r\n"
+                           test::N("Drawings/English Standard/Electric/") +
+                           "\r\n"
                            "ISOMETRIC = " +
-                           root + "Drawings/English Standard/Iso/\r\n"),
+                           root + test::N("Drawings/English Standard/Iso/") + "\r\n"),
               std::string::npos)
         << general;
-    EXPECT_NE(general.find("BordersLocation = " + root + "Borders/\r\nLibrariesLocation = " + root +
-                           "Libraries/\r\n"),
+    EXPECT_NE(general.find("BordersLocation = " + root + test::N("Borders/") +
+                           "\r\nLibrariesLocation = " + root + test::N("Libraries/") + "\r\n"),
               std::string::npos);
     EXPECT_NE(general.find("Working = 1"), std::string::npos);
     EXPECT_TRUE(fs::is_directory(datafiles.Path() / "Drawings" / "Metric Standard" / "Ortho"));
     EXPECT_EQ(ReadBytes(test::P(folder + L"Lines.ini")), "[LineList]\r\nVX2D_LINE_1 = Line 1\r\n");
     CProfile profile(registry);
     EXPECT_EQ(profile.GetString(L"NewProject", L"SettingFlowFolder"),
-              datafiles.Text() + L"Drawings/");
+              datafiles.Text() + test::N(L"Drawings/"));
     EXPECT_EQ(profile.GetString(L"NewProject", L"TemplateFolder"),
-              datafiles.Text() + L"Templates/");
+              datafiles.Text() + test::N(L"Templates/"));
 }
 
 TEST_F(StartupTest, FirstRunStandardsComeOnlyIntoAnEmptyRegistry) {
@@ -201,7 +198,7 @@ class WindowsComponentsTest : public StartupTest {
 protected:
     void SetUp() override {
         SetEnv("CommonProgramFiles", common.Path().string());
-        SetEnv("SystemRoot", "/win");
+        SetEnv("SystemRoot", test::N("/win").c_str());
         fs::create_directories(common.Path() / "VANDIX");
     }
     void Register(ERegistryRoot root, const std::wstring& key, const std::wstring& value) {
@@ -243,7 +240,7 @@ TEST_F(WindowsComponentsTest, TheDialogsLibraryIsLookedForAndLoaded) {
         prompter.asked.at(0).text,
         L"Couldn't find dll file: \nVXSWDialogsOEM64.dll\n\nPlease check software installation.");
     WriteBytes(common.Path() / "VANDIX" / "VXSWDialogsOEM64.dll", "MZ");
-    const std::wstring path = common.Text() + L"VANDIX/VXSWDialogsOEM64.dll";
+    const std::wstring path = common.Text() + test::N(L"VANDIX/VXSWDialogsOEM64.dll");
     loadWorks = false;
     EXPECT_EQ(Components().LoadOemDialogsLibrary(), L"");
     EXPECT_EQ(prompter.asked.at(1).text,
@@ -254,7 +251,7 @@ TEST_F(WindowsComponentsTest, TheDialogsLibraryIsLookedForAndLoaded) {
 }
 
 TEST_F(WindowsComponentsTest, TheThumbnailControlIsRegisteredOnlyWhenItsThreeValuesAreWrong) {
-    const std::wstring control = common.Text() + L"VANDIX/DwgThumbnail.ocx";
+    const std::wstring control = common.Text() + test::N(L"VANDIX/DwgThumbnail.ocx");
     EXPECT_FALSE(Components().EnsureThumbnailControlRegistered());
     EXPECT_EQ(prompter.asked.at(0).text,
               L"Couldn't find ocx file: \n" + control + L"\n\nPlease check software installation.");
@@ -267,8 +264,8 @@ TEST_F(WindowsComponentsTest, TheThumbnailControlIsRegisteredOnlyWhenItsThreeVal
     fs::rename(datafiles.Path() / "Applications" / "Common Files" / "DwgThumbnail.OCX",
                datafiles.Path() / "Applications" / "Common Files" / "DwgThumbnail.ocx");
     EXPECT_TRUE(Components().EnsureThumbnailControlRegistered());
-    EXPECT_EQ(ran,
-              std::vector<std::wstring>{L"/win/system32/REGSVR32.EXE /s \"" + control + L"\""});
+    EXPECT_EQ(ran, std::vector<std::wstring>{test::N(L"/win/system32/REGSVR32.EXE") + L" /s \"" +
+                                             control + L"\""});
 
     // Three right values skip the registration, yet the fourth still decides.
     registry.DeleteValue(ERegistryRoot::LocalMachine,

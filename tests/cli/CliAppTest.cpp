@@ -1,6 +1,12 @@
 // install, export, import, update-check and navigator tree on the command line.
 #include "support/CliFixture.h"
 
+#ifdef _WIN32
+#include "platform/Registry.h"
+#include "platform/Utf8.h"
+#include "store/Installation.h"
+#endif
+
 #include <gtest/gtest.h>
 
 namespace fs = std::filesystem;
@@ -17,7 +23,15 @@ TEST_F(CliTest, InstallMakesTheFirstStandardsAndRecordsTheFolder) {
     EXPECT_TRUE(fs::is_directory(Root() / "Template" / "Metric 2015"))
         << "the shipped templates are copied in";
     EXPECT_EQ(ReadBytes(MachineRegistry()),
-              "[Software\\VANDIX\\2D Kryn\\2023]\r\nDatafilesPath = " + Root().string() + "/\r\n");
+              "[Software\\VANDIX\\2D Kryn\\2023]\r\nDatafilesPath = " + Root().string() +
+                  char(fs::path::preferred_separator) + "\r\n");
+#ifdef _WIN32
+    // The tests' INI files, not this machine's registry, where an installed
+    // program would read it.
+    EXPECT_NE(MakeWindowsRegistry()->Read(ERegistryRoot::LocalMachine, CInstallation::kInstallKey,
+                                          L"DatafilesPath"),
+              platform::FromPath(Root()) + L"\\");
+#endif
     EXPECT_EQ(Ok({"standard", "list"}),
               "1\tactive\t0\tEnglish Standard\n2\tactive\t0\tMetric Standard\n");
 }
@@ -96,8 +110,8 @@ TEST_F(CliTest, ImportDryRunChecksEachFileAndMakesNothing) {
     WriteBytes(bad, "not an archive\r\n");
     const std::string projects = ReadBytes(Root() / "ProjectDatafile.ini");
     EXPECT_EQ(Ok({"import", "--dry-run", bad, good}),
-              bad + "\tBad\tThe file is not an archive, or the archive is damaged.\n" + good +
-                  "\tGood\t\n");
+              test::Tsv(bad) + "\tBad\tThe file is not an archive, or the archive is damaged.\n" +
+                  test::Tsv(good) + "\tGood\t\n");
     EXPECT_EQ(ReadBytes(Root() / "ProjectDatafile.ini"), projects);
     EXPECT_EQ(ProjectFolders(), std::set<std::string>{"VX2D_PRJ_1 - Pipe"});
 }

@@ -104,7 +104,7 @@ TEST_F(CliEditorTest, OpenDryRunPrintsWhatWouldBeStarted) {
     WriteBytes(Dwg() / "Pump.dwg", "pump");
     const std::string file = (Dwg() / "Pump.dwg").string();
     EXPECT_EQ(Ok({"drawings", "open", "1", "3", "Pump", "--dry-run"}),
-              "open\t\t\t\t" + file + "\n");
+              "open\t\t\t\t" + test::Tsv(file) + "\n");
 
     const fs::path common = m_io.Path() / "net" / "Crafter" / "Common";
     WriteBytes(common / "VANDIX 2D.exe", "x");
@@ -117,9 +117,9 @@ TEST_F(CliEditorTest, OpenDryRunPrintsWhatWouldBeStarted) {
                    "Folders]\r\nCommon Desktop = " +
                    (m_io.Path() / "desk").string() + "\r\n");
     EXPECT_EQ(Ok({"drawings", "open", "1", "3", "Pump.dwg", "--dry-run"}),
-              "launcher\t" + (common / "VANDIX 2D.exe").string() +
-                  "\tISOMETRIC ProjectId=1 DrawingName=\"" + file + "\"\t" + common.string() +
-                  "/\t" + file + "\n");
+              "launcher\t" + test::Tsv((common / "VANDIX 2D.exe").string()) +
+                  "\tISOMETRIC ProjectId=1 DrawingName=\"" + test::Tsv(file) + "\"\t" +
+                  test::Tsv(common.string() + test::N("/")) + "\t" + test::Tsv(file) + "\n");
 
     const test::SRun missing = Run({"drawings", "open", "1", "3", "Valve", "--dry-run"});
     EXPECT_EQ(missing.code, 1);

@@ -68,7 +68,7 @@ TEST_F(CliLinesSpecsTest, SpecsRegisterCheckAndUncheck) {
 }
 
 TEST_F(CliLinesSpecsTest, DrawingsListedByNameWithSizeAndLocalTime) {
-    setenv("TZ", "CET-1", 1); // the child's local time: UTC + 1
+    test::SetEnv("TZ", "CET-1"); // the child's local time: UTC + 1
     const fs::path drawings = m_io.Path() / "Drawings PID";
     const std::pair<const char*, std::size_t> files[] = {
         {"b.dwg", 1536}, {"A.DWG", 1023}, {"b.bak", 4096}, {"c.txt", 1}};

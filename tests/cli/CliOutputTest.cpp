@@ -6,7 +6,9 @@
 #include <cstdlib>
 #include <gtest/gtest.h>
 #include <nlohmann/json.hpp>
+#ifndef _WIN32
 #include <sys/wait.h>
+#endif
 
 namespace fs = std::filesystem;
 
@@ -159,6 +161,7 @@ TEST_F(CliOutputTest, QuietLeavesOutNotesButNotFailures) {
 }
 
 TEST_F(CliOutputTest, OnATerminalListingsAreAnAlignedTable) {
+    SD_SKIP_UNLESS_POSIX("a terminal");
     m_terminal = "";
     const SRun run = Run({"standard", "list"});
     m_terminal.reset();
@@ -170,6 +173,7 @@ TEST_F(CliOutputTest, OnATerminalListingsAreAnAlignedTable) {
     EXPECT_EQ(Ok({"standard", "list"}), "1\tactive\t1\tPipe\n2\tactive\t1\tElec\n");
 }
 
+#ifndef _WIN32
 TEST_F(CliOutputTest, AFailedWriteToStandardOutputFails) {
     if (!fs::exists("/dev/full"))
         GTEST_SKIP() << "no /dev/full";
@@ -181,5 +185,6 @@ TEST_F(CliOutputTest, AFailedWriteToStandardOutputFails) {
     EXPECT_EQ(WEXITSTATUS(status), 1);
     EXPECT_EQ(test::ReadBytes(err), "Error writing to standard output.\n");
 }
+#endif
 
 } // namespace

@@ -85,6 +85,7 @@ TEST_F(CliRestoreTest, RestoresOneSectionAllSectionsOrTheLayersAndPrintsWhatChan
 }
 
 TEST_F(CliRestoreTest, OnATerminalItAsksNamingWhatItWouldRestore) {
+    SD_SKIP_UNLESS_POSIX("a terminal");
     const std::string lost = " back to their defaults? The values they have now are lost. [y/N] ";
     const std::pair<std::vector<std::string>, std::string> cases[] = {
         {{"1", "ORTHO"}, "Put the ORTHO settings of standard 'Pipe'" + lost},

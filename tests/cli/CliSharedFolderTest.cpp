@@ -58,6 +58,7 @@ protected:
 };
 
 TEST_F(CliSharedFolderTest, AReadOnlyShareAnswersReadsAndRefusesChangesAtOnceSayingWhy) {
+    SD_SKIP_UNLESS_POSIX("another user");
     SetWritable(Root(), false);
     m_otherUser = true;
     if (Run({"standard", "list"}).code == kCannotDropPrivileges)
@@ -89,6 +90,7 @@ TEST_F(CliSharedFolderTest, AReadOnlyShareAnswersReadsAndRefusesChangesAtOnceSay
 }
 
 TEST_F(CliSharedFolderTest, AFileThisUserMayNotWriteIsNotReplacedThroughItsFolder) {
+    SD_SKIP_UNLESS_POSIX("another user");
     const fs::path folder = Projects() / "VX2D_PRJ_1 - Pipe";
     const fs::path file = folder / "PID.ini";
     test::WriteBytes(file, "[Settings]\r\nVariable 145 = 1.000000\r\n");
@@ -105,6 +107,7 @@ TEST_F(CliSharedFolderTest, AFileThisUserMayNotWriteIsNotReplacedThroughItsFolde
 }
 
 TEST_F(CliSharedFolderTest, OnAFullDiskAChangeFailsAndLeavesTheFolderInStep) {
+    SD_SKIP_UNLESS_POSIX("a full disk");
     const std::string before = Snapshot();
     m_fullDisk = true;
     ExpectEachFails({{"standard", "rename", "1", "Tube"},

@@ -87,12 +87,13 @@ TEST_F(ProjectSettingsTest, FileNameFollowsTheVersionYear) {
             Standard(version, 0, 0);
             // Text Height is 145 in every application; the other files'
             // values must not be read.
+            // The file meant is written last: on a file system that ignores
+            // letter case "Electric.ini" and "ELECTRIC.ini" are one file.
             for (const char* name : {"Electric.ini", "Flow.ini", "Iso.ini", "Ortho.ini",
                                      "ELECTRIC.ini", "PID.ini", "ISOMETRIC.ini", "ORTHO.ini"})
-                WriteBytes(Folder() / name,
-                           Settings(std::string("Variable 145 = ") +
-                                    (name == std::string(names[application - 1]) ? "7" : "9") +
-                                    "\r\n"));
+                if (name != std::string(names[application - 1]))
+                    WriteBytes(Folder() / name, Settings("Variable 145 = 9\r\n"));
+            WriteBytes(Folder() / names[application - 1], Settings("Variable 145 = 7\r\n"));
             const auto settings = Loaded(application);
             EXPECT_EQ(settings->GetPath(), (Folder() / names[application - 1]).wstring());
             EXPECT_EQ(settings->FindVariable(145)->m_dValue, 7.0);

@@ -78,7 +78,7 @@ TEST_F(FileLockTest, ALockFileThatNobodyHoldsIsTakenAtOnce) {
 
 TEST_F(FileLockTest, ALiveHolderKeepsItsLockHoweverOldAndSaysSo) {
     StartHolder();
-    fs::last_write_time(lockFile, fs::file_time_type::clock::now() - std::chrono::hours(2));
+    test::AgeFile(lockFile, std::chrono::hours(2));
     CVX2D_FileLock lock;
     EXPECT_FALSE(lock.Acquire(file)) << "a live holder's lock was broken";
     EXPECT_EQ(LastDatafileProblem().kind, EDatafileProblem::Busy);

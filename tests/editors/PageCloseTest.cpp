@@ -29,6 +29,14 @@ template <typename Editor, typename Change> CMakeEditor Make(Change change) {
     };
 }
 
+// How the first location, the datafiles folder under the temporary
+// folder, starts in General.ini.
+#ifdef _WIN32
+constexpr const char* kTempFolderStart = "ELECTRIC = C:\\";
+#else
+constexpr const char* kTempFolderStart = "ELECTRIC = /";
+#endif
+
 struct SCase {
     const char* name;
     const char* file;
@@ -46,7 +54,7 @@ const SCase kCases[] = {
      Make<CFileLocationsEditor>([](CFileLocationsEditor& e, const std::wstring& datafiles) {
          return e.Open(1) && e.SetFolder(0, datafiles);
      }),
-     "ELECTRIC = /"},
+     kTempFolderStart},
     {"border settings", "Borders.ini",
      Make<CBordersEditor>([](CBordersEditor& e, const std::wstring&) {
          return e.Open(1) && e.SetCellText(2, EBorderColumn::LimitsMax, L"30.0,20.0");

@@ -6,6 +6,7 @@
 #include "editors/GeneralSettingsEditor.h"
 #include "support/TestSupport.h"
 
+#include <algorithm>
 #include <filesystem>
 #include <functional>
 #include <gtest/gtest.h>
@@ -21,6 +22,15 @@ std::wstring Joined(const std::vector<std::wstring>& texts) {
     for (const auto& text : texts)
         joined += (joined.empty() ? L"" : L"|") + text;
     return joined;
+}
+
+// Paths in a text with '/' for every separator: on Windows the page adds
+// '\\' to what was typed with '/', and both are one path.
+template <class Text> Text Slashed(Text text) {
+#ifdef _WIN32
+    std::replace(text.begin(), text.end(), '\\', '/');
+#endif
+    return text;
 }
 
 std::string Narrow(const fs::path& path) {
@@ -194,11 +204,11 @@ TEST_F(PageEditorsTest, FileLocationsChecksEachFolderAndOffersToCreateAMissingOn
         prompter.asked.clear();
         prompter.answers = c.answers;
         EXPECT_EQ(editor.SetFolder(c.row, c.typed), c.stored);
-        EXPECT_EQ(editor.Rows()[c.row].folder, c.shown);
+        EXPECT_EQ(Slashed(editor.Rows()[c.row].folder), Slashed(c.shown));
         std::vector<std::wstring> prompts;
         for (const SPrompt& prompt : prompter.asked)
             prompts.push_back(prompt.text);
-        EXPECT_EQ(Joined(prompts), c.prompts);
+        EXPECT_EQ(Slashed(Joined(prompts)), Slashed(c.prompts));
     }
     EXPECT_TRUE(fs::is_directory(Root() / "new" / "borders"));
     EXPECT_FALSE(fs::exists(Root() / "away"));
@@ -214,11 +224,11 @@ TEST_F(PageEditorsTest, FileLocationsChecksEachFolderAndOffersToCreateAMissingOn
 
     ASSERT_TRUE(editor.Apply());
     const std::string text = Narrow(Root());
-    std::string expected = General(text + "/Libraries/", "1", text + "/dwg/e/");
+    std::string expected = General(text + test::N("/Libraries/"), "1", text + test::N("/dwg/e/"));
     expected.replace(expected.find(Narrow(BordersFolder()) + "/"),
-                     Narrow(BordersFolder()).size() + 1, text + "/new/borders/");
-    expected.replace(expected.find("/tpl/"), 5, text + "/away/");
-    EXPECT_EQ(ReadBytes(GeneralIni()), expected);
+                     Narrow(BordersFolder()).size() + 1, text + test::N("/new/borders/"));
+    expected.replace(expected.find("/tpl/"), 5, text + test::N("/away/"));
+    EXPECT_EQ(Slashed(ReadBytes(GeneralIni())), Slashed(expected));
     EXPECT_FALSE(editor.ApplyEnabled());
 }
 
@@ -349,9 +359,14 @@ TEST_F(PageEditorsTest, ClosingAModifiedPageAsksWhetherToSave) {
          [&] { ASSERT_TRUE(general.Open(1) && general.Choose(EGeneralField::WorkingUnits, 0)); },
          [&] { return general.Close(); },
          [&] { return ReadBytes(GeneralIni()).find("Working = 0") != std::string::npos; }},
-        {L"file locations", [&] { ASSERT_TRUE(locations.Open(1) && locations.SetFolder(0, L"/")); },
+        {L"file locations",
+         [&] { ASSERT_TRUE(locations.Open(1) && locations.SetFolder(0, RootText())); },
          [&] { return locations.Close(); },
-         [&] { return ReadBytes(GeneralIni()).find("ELECTRIC = /\r\n") != std::string::npos; }},
+         [&] {
+             return ReadBytes(GeneralIni())
+                        .find("ELECTRIC = " + Narrow(Root()) + test::N("/\r\n")) !=
+                    std::string::npos;
+         }},
         {L"border settings",
          [&] {
              ASSERT_TRUE(borders.Open(1) &&

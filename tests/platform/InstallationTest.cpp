@@ -1,8 +1,8 @@
 // Installation values and the paths built on them, read through the INI-backed
 // registry of temporary folders.
 #include "store/Installation.h"
-#include "store/IniRegistry.h"
 #include "platform/Utf8.h"
+#include "store/IniRegistry.h"
 #include "support/TestSupport.h"
 
 #include <gtest/gtest.h>
@@ -62,7 +62,8 @@ TEST_F(InstallationTest, DatafilesOverrideWinsAndIsMadeAbsolute) {
     SetMachine(L"DatafilesPath", L"/srv/installed");
     const std::wstring cwd = platform::FromPath(fs::current_path());
     const std::vector<std::pair<std::wstring, std::wstring>> cases = {
-        {L"/portable/df", L"/portable/df/"}, {L"\u00E9t\u00E9/df", cwd + L"/\u00E9t\u00E9/df/"}};
+        {test::Abs(L"/portable/df"), test::Abs(L"/portable/df/")},
+        {L"\u00E9t\u00E9/df", test::N(cwd + L"/\u00E9t\u00E9/df/")}};
     for (const auto& [given, expected] : cases) {
         SCOPED_TRACE(platform::ToUtf8(given));
         const CInstallation installation(m_registry, given);
@@ -73,18 +74,20 @@ TEST_F(InstallationTest, DatafilesOverrideWinsAndIsMadeAbsolute) {
 }
 
 TEST_F(InstallationTest, SuiteFolders) {
-    SetMachine(L"NetworkAppPath", L"/net/suite");
+    SetMachine(L"NetworkAppPath", test::N(L"/net/suite"));
     const CInstallation installation(m_registry);
-    const std::tuple<int, const wchar_t*, const wchar_t*> cases[] = {
+    const std::tuple<int, const wchar_t*, std::wstring> cases[] = {
         {0, L"Symbols", L"/net/suite/Crafter/"},
         {1, L"", L"/net/suite/Crafter/Electric/"},
         {2, L"Symbols", L"/net/suite/Crafter/Flow/Symbols/"},
         {4, L"Blocks", L"/net/suite/Crafter/Ortho/Blocks/"},
     };
     for (const auto& [application, sub, expected] : cases)
-        EXPECT_EQ(installation.SuiteApplicationFolder(application, sub), expected) << application;
-    EXPECT_EQ(installation.SuiteCommonFolder(L""), L"/net/suite/Crafter/Common/");
-    EXPECT_EQ(installation.SuiteCommonFolder(L"Fonts"), L"/net/suite/Crafter/Common/Fonts/");
+        EXPECT_EQ(installation.SuiteApplicationFolder(application, sub), test::N(expected))
+            << application;
+    EXPECT_EQ(installation.SuiteCommonFolder(L""), test::N(L"/net/suite/Crafter/Common/"));
+    EXPECT_EQ(installation.SuiteCommonFolder(L"Fonts"),
+              test::N(L"/net/suite/Crafter/Common/Fonts/"));
 
     SetMachine(L"NetworkAppPath", L"");
     EXPECT_EQ(installation.SuiteApplicationFolder(2, L"Symbols"), L"");
@@ -136,17 +139,11 @@ public:
             const char* old = std::getenv(name);
             m_saved[name] = old ? std::optional<std::string>(old) : std::nullopt;
         }
-        if (value)
-            setenv(name, value, 1);
-        else
-            unsetenv(name);
+        test::SetEnv(name, value);
     }
     ~CEnvironment() {
         for (const auto& [name, value] : m_saved) {
-            if (value)
-                setenv(name.c_str(), value->c_str(), 1);
-            else
-                unsetenv(name.c_str());
+            test::SetEnv(name.c_str(), value ? value->c_str() : nullptr);
         }
     }
 
@@ -154,29 +151,59 @@ private:
     std::map<std::string, std::optional<std::string>> m_saved;
 };
 
+// The separator of a folder list in XDG_CONFIG_DIRS, as of PATH.
+#ifdef _WIN32
+constexpr const char* kListSeparator = ";";
+#else
+constexpr const char* kListSeparator = ":";
+#endif
+
 TEST(IniRegistryDefaults, FollowTheXdgFolders) {
-    // XDG_CONFIG_DIRS, XDG_CONFIG_HOME, HOME, and the two folders.
-    const std::tuple<const char*, const char*, const char*, std::wstring, std::wstring> cases[] = {
-        {"/x/first:/x/second", "/h/cfg/", "/h", L"/x/first/VANDIX", L"/h/cfg/VANDIX"},
-        {"", "", "/home/u", L"/etc/xdg/VANDIX", L"/home/u/.config/VANDIX"},
-        {nullptr, nullptr, "/home/v/", L"/etc/xdg/VANDIX", L"/home/v/.config/VANDIX"},
+    // XDG_CONFIG_DIRS, XDG_CONFIG_HOME, and where the system keeps
+    // machine-wide and per-user settings without them (HOME here;
+    // PROGRAMDATA and APPDATA on Windows), then the two folders.
+    struct SCase {
+        const char *dirs, *home, *machineDefault, *userDefault;
+        std::wstring machine, user;
     };
-    for (const auto& [dirs, home, userHome, machine, user] : cases) {
-        SCOPED_TRACE(platform::ToUtf8(machine + L" " + user));
+    const std::string dirs = test::N("/x/first") + kListSeparator + test::N("/x/second");
+#ifdef _WIN32
+    const char* const machineVariable = "PROGRAMDATA";
+    const char* const userVariable = "APPDATA";
+    const SCase cases[] = {
+        {dirs.c_str(), "C:\\h\\cfg\\", "C:\\pd", "C:\\ad", L"\\x\\first\\VANDIX",
+         L"C:\\h\\cfg\\VANDIX"},
+        {"", "", "C:\\pd", "C:\\ad\\", L"C:\\pd\\VANDIX", L"C:\\ad\\VANDIX"},
+        {nullptr, nullptr, "D:\\data", "C:\\u", L"D:\\data\\VANDIX", L"C:\\u\\VANDIX"},
+    };
+#else
+    const char* const machineVariable = "XDG_UNUSED";
+    const char* const userVariable = "HOME";
+    const SCase cases[] = {
+        {dirs.c_str(), "/h/cfg/", "", "/h", L"/x/first/VANDIX", L"/h/cfg/VANDIX"},
+        {"", "", "", "/home/u", L"/etc/xdg/VANDIX", L"/home/u/.config/VANDIX"},
+        {nullptr, nullptr, "", "/home/v/", L"/etc/xdg/VANDIX", L"/home/v/.config/VANDIX"},
+    };
+#endif
+    for (const auto& c : cases) {
+        SCOPED_TRACE(platform::ToUtf8(c.machine + L" " + c.user));
         CEnvironment env;
-        env.Set("XDG_CONFIG_DIRS", dirs);
-        env.Set("XDG_CONFIG_HOME", home);
-        env.Set("HOME", userHome);
+        env.Set("XDG_CONFIG_DIRS", c.dirs);
+        env.Set("XDG_CONFIG_HOME", c.home);
+        env.Set(machineVariable, c.machineDefault);
+        env.Set(userVariable, c.userDefault);
         const CIniRegistry registry;
-        EXPECT_EQ(registry.FileOf(ERegistryRoot::LocalMachine), machine + L"/registry.ini");
-        EXPECT_EQ(registry.FileOf(ERegistryRoot::CurrentUser), user + L"/registry.ini");
+        EXPECT_EQ(registry.FileOf(ERegistryRoot::LocalMachine),
+                  c.machine + test::N(L"/registry.ini"));
+        EXPECT_EQ(registry.FileOf(ERegistryRoot::CurrentUser), c.user + test::N(L"/registry.ini"));
     }
 }
 
 TEST(IniRegistryDefaults, WritesIntoTheFoldersTheEnvironmentNames) {
     test::CTempDir machine, user;
     CEnvironment env;
-    env.Set("XDG_CONFIG_DIRS", (machine.Path().string() + ":/nonexistent").c_str());
+    env.Set("XDG_CONFIG_DIRS",
+            (machine.Path().string() + kListSeparator + test::N("/nonexistent")).c_str());
     env.Set("XDG_CONFIG_HOME", user.Path().string().c_str());
     CIniRegistry registry;
     ASSERT_TRUE(registry.SetString(ERegistryRoot::LocalMachine, L"K", L"V", L"m"));

@@ -9,6 +9,8 @@
 //       one update of a mixed run, as a process of its own
 //   sd_test_worker hold FILE READY
 //       takes FILE's lock, creates READY, and keeps the lock until killed
+//   sd_test_worker where OUT ARGS...
+//       writes its working folder and its arguments to OUT, one per line
 // The exit code is 1 when any operation fails.
 #include "datafile/FileLock.h"
 #include "datafile/IniFile.h"
@@ -20,6 +22,7 @@
 #include <chrono>
 #include <cstdio>
 #include <cstdlib>
+#include <filesystem>
 #include <fmt/format.h>
 #include <fmt/xchar.h>
 #include <string>
@@ -235,26 +238,38 @@ int Hold(const std::wstring& file, const std::wstring& ready) {
         std::this_thread::sleep_for(std::chrono::seconds(1));
 }
 
+// Writes the current folder and then each argument, one per line, to OUT.
+int Where(const std::vector<std::wstring>& args) {
+    std::string text = platform::ToUtf8(platform::FromPath(std::filesystem::current_path())) + "\n";
+    for (std::size_t i = 1; i < args.size(); ++i)
+        text += platform::ToUtf8(args[i]) + "\n";
+    std::FILE* out = platform::OpenFile(platform::ToPath(args[0]), "wb");
+    if (!out)
+        Fail("where");
+    std::fwrite(text.data(), 1, text.size(), out);
+    return platform::FlushAndClose(out) ? 0 : 1;
+}
+
 } // namespace
 
 int main(int argc, char** argv) {
-    const std::string mode = argc > 1 ? argv[1] : "";
-    if (mode == "create" && argc == 4)
-        return Create(CVX2D_Datafiles(platform::FromUtf8(argv[2])), std::atoi(argv[3]));
-    if (mode == "mixed" && argc == 6)
-        return Mixed(CVX2D_Datafiles(platform::FromUtf8(argv[2])), std::atoi(argv[3]),
-                     std::atoi(argv[4]), platform::FromUtf8(argv[5]));
-    if (mode == "op" && argc >= 5) {
-        std::vector<std::wstring> args;
-        for (int i = 4; i < argc; ++i)
-            args.push_back(platform::FromUtf8(argv[i]));
-        return Op(CVX2D_Datafiles(platform::FromUtf8(argv[2])), args, platform::FromUtf8(argv[3]));
-    }
-    if (mode == "hold" && argc == 4)
-        return Hold(platform::FromUtf8(argv[2]), platform::FromUtf8(argv[3]));
-    std::fprintf(stderr,
-                 "usage: %s create DATAFILES COUNT | mixed DATAFILES WORKER COUNT FACTS | hold "
-                 "FILE READY\n",
-                 argv[0]);
+    std::vector<std::wstring> a;
+    for (const auto& arg : platform::CommandLineArguments(argc, argv))
+        a.push_back(platform::FromUtf8(arg));
+    const std::wstring mode = a.size() > 1 ? a[1] : L"";
+    const auto number = [&](std::size_t i) { return std::stoi(a[i]); };
+    if (mode == L"create" && a.size() == 4)
+        return Create(CVX2D_Datafiles(a[2]), number(3));
+    if (mode == L"mixed" && a.size() == 6)
+        return Mixed(CVX2D_Datafiles(a[2]), number(3), number(4), a[5]);
+    if (mode == L"op" && a.size() >= 5)
+        return Op(CVX2D_Datafiles(a[2]), std::vector<std::wstring>(a.begin() + 4, a.end()), a[3]);
+    if (mode == L"hold" && a.size() == 4)
+        return Hold(a[2], a[3]);
+    if (mode == L"where" && a.size() >= 3)
+        return Where(std::vector<std::wstring>(a.begin() + 2, a.end()));
+    std::fprintf(
+        stderr, "usage: sd_test_worker create DATAFILES COUNT | mixed DATAFILES WORKER COUNT FACTS "
+                "| hold FILE READY | where OUT ARGS...\n");
     return 2;
 }

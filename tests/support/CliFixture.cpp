@@ -1,5 +1,11 @@
 #include "support/CliFixture.h"
 
+#include "platform/Utf8.h"
+
+#ifdef _WIN32
+#include <thread>
+#include <windows.h>
+#else
 #include <cerrno>
 #include <csignal>
 #include <fcntl.h>
@@ -11,6 +17,7 @@
 #include <unistd.h>
 
 extern char** environ;
+#endif
 
 namespace test {
 
@@ -20,6 +27,132 @@ std::string Joined(const std::vector<std::string>& args) {
         text += (text.empty() ? "" : " ") + arg;
     return text;
 }
+
+#ifdef _WIN32
+
+namespace {
+
+// One argument as the C runtime of the child splits its command line.
+std::wstring Quoted(const std::wstring& arg) {
+    if (!arg.empty() && arg.find_first_of(L" \t\n\v\"") == std::wstring::npos)
+        return arg;
+    std::wstring quoted = L"\"";
+    std::size_t backslashes = 0;
+    for (const wchar_t c : arg) {
+        if (c == L'\\') {
+            ++backslashes;
+            continue;
+        }
+        quoted.append(c == L'"' ? 2 * backslashes + 1 : backslashes, L'\\');
+        backslashes = 0;
+        quoted += c;
+    }
+    quoted.append(2 * backslashes, L'\\');
+    return quoted + L"\"";
+}
+
+void ReadAll(HANDLE pipe, std::string& sink) {
+    char buffer[4096];
+    DWORD got = 0;
+    while (::ReadFile(pipe, buffer, sizeof buffer, &got, nullptr) && got > 0)
+        sink.append(buffer, got);
+}
+
+// A pipe whose child end is inherited and whose parent end is not.
+bool ChildPipe(HANDLE& parent, HANDLE& child, bool childReads) {
+    SECURITY_ATTRIBUTES inherit{sizeof inherit, nullptr, TRUE};
+    HANDLE read = nullptr, write = nullptr;
+    if (!::CreatePipe(&read, &write, &inherit, 0))
+        return false;
+    parent = childReads ? write : read;
+    child = childReads ? read : write;
+    ::SetHandleInformation(parent, HANDLE_FLAG_INHERIT, 0);
+    return true;
+}
+
+} // namespace
+
+SRun CliTest::Run(std::vector<std::string> args, bool withDatafiles) const {
+    if (m_terminal || m_fullDisk || m_otherUser || !m_stdoutFile.empty()) {
+        ADD_FAILURE() << "a terminal, another user, a full disk or a redirected output is set "
+                         "up only on Linux: skip the test here";
+        return {};
+    }
+    if (withDatafiles)
+        args.insert(args.begin(), {"--datafiles", m_datafiles.Dir().Path().string()});
+    std::wstring command = Quoted(platform::FromUtf8(SD_CLI));
+    for (const auto& arg : args)
+        command += L" " + Quoted(platform::FromUtf8(arg));
+
+    // This process's environment with the test's configuration folders.
+    std::wstring block;
+    const std::wstring own[] = {L"XDG_CONFIG_HOME=" + m_userConfig.Path().wstring(),
+                                L"XDG_CONFIG_DIRS=" + m_machineConfig.Path().wstring(),
+                                L"HOME=" + m_io.Path().wstring(), L"SD_TEST_INI_REGISTRY=1"};
+    for (const auto& var : own)
+        block += var + L'\0';
+    if (wchar_t* inherited = ::GetEnvironmentStringsW()) {
+        for (const wchar_t* var = inherited; *var; var += std::wcslen(var) + 1) {
+            const std::wstring text = var;
+            const std::wstring name = text.substr(0, text.find(L'=', 1));
+            if (name != L"XDG_CONFIG_HOME" && name != L"XDG_CONFIG_DIRS" && name != L"HOME" &&
+                name != L"SD_TEST_INI_REGISTRY")
+                block += text + L'\0';
+        }
+        ::FreeEnvironmentStringsW(inherited);
+    }
+    block += L'\0';
+
+    HANDLE outRead = nullptr, outWrite = nullptr, errRead = nullptr, errWrite = nullptr;
+    HANDLE inWrite = nullptr, inRead = nullptr;
+    if (!ChildPipe(outRead, outWrite, false) || !ChildPipe(errRead, errWrite, false) ||
+        (m_stdin && !ChildPipe(inWrite, inRead, true)))
+        return {};
+    STARTUPINFOW startup{};
+    startup.cb = sizeof startup;
+    startup.dwFlags = STARTF_USESTDHANDLES;
+    startup.hStdInput = m_stdin ? inRead : ::GetStdHandle(STD_INPUT_HANDLE);
+    startup.hStdOutput = outWrite;
+    startup.hStdError = errWrite;
+    PROCESS_INFORMATION process{};
+    const BOOL started = ::CreateProcessW(nullptr, command.data(), nullptr, nullptr, TRUE,
+                                          CREATE_UNICODE_ENVIRONMENT | CREATE_NO_WINDOW,
+                                          block.data(), nullptr, &startup, &process);
+    ::CloseHandle(outWrite);
+    ::CloseHandle(errWrite);
+    if (inRead)
+        ::CloseHandle(inRead);
+    SRun run;
+    if (started) {
+        std::thread feeder;
+        if (m_stdin) {
+            feeder = std::thread([&] {
+                DWORD written = 0;
+                ::WriteFile(inWrite, m_stdin->data(), static_cast<DWORD>(m_stdin->size()), &written,
+                            nullptr);
+                ::CloseHandle(inWrite);
+            });
+        }
+        std::thread errors([&] { ReadAll(errRead, run.err); });
+        ReadAll(outRead, run.out);
+        errors.join();
+        if (feeder.joinable())
+            feeder.join();
+        ::WaitForSingleObject(process.hProcess, INFINITE);
+        DWORD code = 0;
+        if (::GetExitCodeProcess(process.hProcess, &code))
+            run.code = static_cast<int>(code);
+        ::CloseHandle(process.hThread);
+        ::CloseHandle(process.hProcess);
+    } else if (inWrite) {
+        ::CloseHandle(inWrite);
+    }
+    ::CloseHandle(outRead);
+    ::CloseHandle(errRead);
+    return run;
+}
+
+#else
 
 // Runs the program with `args` after "--datafiles DIR" (unless told not
 // to), with the XDG folders and HOME pointing at this test's folders.
@@ -126,5 +259,7 @@ SRun CliTest::Run(std::vector<std::string> args, bool withDatafiles) const {
     run.code = WIFEXITED(status) ? WEXITSTATUS(status) : -1;
     return run;
 }
+
+#endif
 
 } // namespace test

@@ -10,6 +10,14 @@
 #include <string>
 #include <vector>
 
+// A run that needs what only Linux can set up here (a terminal, another
+// user, a disk on which no file can grow, /dev/full) is skipped elsewhere.
+#ifdef _WIN32
+#define SD_SKIP_UNLESS_POSIX(what) GTEST_SKIP() << what << " is set up only on Linux"
+#else
+#define SD_SKIP_UNLESS_POSIX(what) static_cast<void>(0)
+#endif
+
 namespace test {
 
 namespace fs = std::filesystem;

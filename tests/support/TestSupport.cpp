@@ -3,6 +3,7 @@
 #include "platform/Utf8.h"
 #include "store/ClientRegistry.h"
 
+#include <algorithm>
 #include <atomic>
 #include <chrono>
 #include <clocale>
@@ -39,7 +40,7 @@ CTempDir::~CTempDir() {
 }
 
 std::wstring CTempDir::Text() const {
-    return platform::FromPath(m_path) + L"/";
+    return platform::FromPath(m_path) + static_cast<wchar_t>(fs::path::preferred_separator);
 }
 
 std::wstring CTempDir::File(const std::wstring& name) const {
@@ -167,6 +168,67 @@ CFullDisk::~CFullDisk() {
     ::setrlimit(RLIMIT_FSIZE, &limit);
 }
 #endif
+
+std::wstring N(std::wstring text) {
+#ifdef _WIN32
+    std::replace(text.begin(), text.end(), L'/', L'\\');
+#endif
+    return text;
+}
+
+std::string N(std::string text) {
+#ifdef _WIN32
+    std::replace(text.begin(), text.end(), '/', '\\');
+#endif
+    return text;
+}
+
+std::wstring Abs(const std::wstring& text) {
+#ifdef _WIN32
+    return L"C:" + N(text);
+#else
+    return text;
+#endif
+}
+
+std::string Tsv(std::string text) {
+    std::string escaped;
+    for (const char c : text)
+        escaped += c == '\\' ? std::string("\\\\") : std::string(1, c);
+    return escaped;
+}
+
+void AgeFile(const std::filesystem::path& file, std::chrono::seconds age) {
+#ifdef _WIN32
+    // Opened as the holder shares it: reading, writing and deleting allowed.
+    const HANDLE handle = ::CreateFileW(file.c_str(), FILE_WRITE_ATTRIBUTES,
+                                        FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE,
+                                        nullptr, OPEN_EXISTING, FILE_ATTRIBUTE_NORMAL, nullptr);
+    ASSERT_NE(handle, INVALID_HANDLE_VALUE) << file;
+    FILETIME now;
+    ::GetSystemTimeAsFileTime(&now);
+    ULARGE_INTEGER ticks;
+    ticks.LowPart = now.dwLowDateTime;
+    ticks.HighPart = now.dwHighDateTime;
+    ticks.QuadPart -= static_cast<ULONGLONG>(age.count()) * 10000000ull;
+    FILETIME then{ticks.LowPart, ticks.HighPart};
+    EXPECT_TRUE(::SetFileTime(handle, nullptr, nullptr, &then));
+    ::CloseHandle(handle);
+#else
+    fs::last_write_time(file, fs::file_time_type::clock::now() - age);
+#endif
+}
+
+void SetEnv(const char* name, const char* value) {
+#ifdef _WIN32
+    _putenv_s(name, value ? value : "");
+#else
+    if (value)
+        setenv(name, value, 1);
+    else
+        unsetenv(name);
+#endif
+}
 
 void KillProcess(std::int64_t pid) {
 #ifdef _WIN32

@@ -6,6 +6,7 @@
 #include "store/ProjectRegistry.h"
 #include "store/Prompter.h"
 
+#include <chrono>
 #include <cstdint>
 #include <deque>
 #include <filesystem>
@@ -82,6 +83,24 @@ private:
 
 // Ends a process at once, as a crash or a power cut would.
 void KillProcess(std::int64_t pid);
+
+// `text` with each '/' as this system writes a separator ('\\' on Windows):
+// what the programs show of a path they put together.
+std::wstring N(std::wstring text);
+std::string N(std::string text);
+// A path written the Linux way ("/srv/a") as an absolute path of this system
+// ("C:\\srv\\a" on Windows).
+std::wstring Abs(const std::wstring& text);
+// A path as the command line's TSV output shows it (backslashes escaped).
+std::string Tsv(std::string text);
+
+// Makes a file look last written `age` ago, even while another process holds
+// it open (as the holder of a lock file does).
+void AgeFile(const std::filesystem::path& file, std::chrono::seconds age);
+
+// Sets an environment variable of this process (and of the children it
+// starts), or removes it when `value` is null.
+void SetEnv(const char* name, const char* value);
 
 class CScriptedPrompter : public IPrompter {
 public:
