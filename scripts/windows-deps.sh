@@ -59,7 +59,6 @@ sd_windows_deps() {
     apt=$root/apt
     mkdir -p "$root"
     sd_windows_apt_sources "$apt"
-    # shellcheck disable=SC2046
     options=$(sd_windows_apt_options "$apt")
     # The lists are fetched again once a day, so a point release is noticed.
     if [ -z "$(find "$apt/lists" -maxdepth 1 -name '*Sources*' -mtime -1 2>/dev/null | head -1)" ]; then

@@ -576,7 +576,7 @@ bool WriteFileAtomically(const fs::path& target, const std::string& bytes) {
     }
     if (existed)
         platform::CopyFileMode(target, temp);
-    fs::rename(temp, target, ec);
+    platform::MoveIntoPlace(temp, target, ec);
     if (ec) {
         NoteWriteProblem(target, ec);
         fs::remove(temp, ec);

@@ -13,7 +13,6 @@
 #include <map>
 #include <mutex>
 #include <objbase.h>
-#include <process.h>
 #include <shellapi.h>
 #include <windows.h>
 #else
@@ -89,8 +88,54 @@ std::size_t NativeLength(const std::wstring& text) {
 }
 
 std::FILE* OpenFile(const std::filesystem::path& path, const char* mode) {
-    std::wstring wmode(mode, mode + std::char_traits<char>::length(mode));
-    return ::_wfopen(path.c_str(), wmode.c_str());
+    // Opened as the other workstations need it: while we read or write a
+    // datafile, another may read it, and may replace it with its newer copy
+    // (which _wfopen's sharing refuses).
+    const std::string m = mode;
+    const bool write = m.starts_with("w");
+    const DWORD creation = !write                             ? OPEN_EXISTING
+                           : m.find('x') != std::string::npos ? CREATE_NEW
+                                                              : CREATE_ALWAYS;
+    const HANDLE handle = ::CreateFileW(path.c_str(), write ? GENERIC_WRITE : GENERIC_READ,
+                                        FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE,
+                                        nullptr, creation, FILE_ATTRIBUTE_NORMAL, nullptr);
+    if (handle == INVALID_HANDLE_VALUE) {
+        // As fopen would say it, for the messages made from errno.
+        switch (::GetLastError()) {
+        case ERROR_FILE_NOT_FOUND:
+        case ERROR_PATH_NOT_FOUND:
+            errno = ENOENT;
+            break;
+        case ERROR_FILE_EXISTS:
+        case ERROR_ALREADY_EXISTS:
+            errno = EEXIST;
+            break;
+        case ERROR_ACCESS_DENIED:
+        case ERROR_SHARING_VIOLATION:
+            errno = EACCES;
+            break;
+        case ERROR_WRITE_PROTECT:
+            errno = EROFS;
+            break;
+        case ERROR_DISK_FULL:
+        case ERROR_HANDLE_DISK_FULL:
+            errno = ENOSPC;
+            break;
+        default:
+            errno = EIO;
+        }
+        return nullptr;
+    }
+    const int fd = ::_open_osfhandle(reinterpret_cast<intptr_t>(handle),
+                                     (write ? _O_WRONLY : _O_RDONLY) | _O_BINARY);
+    if (fd == -1) {
+        ::CloseHandle(handle);
+        return nullptr;
+    }
+    std::FILE* file = ::_fdopen(fd, write ? "wb" : "rb");
+    if (!file)
+        ::_close(fd);
+    return file;
 }
 
 bool CanWriteFile(const std::filesystem::path& path) {
@@ -115,26 +160,6 @@ std::wstring GetEnv(const char* name) {
 }
 
 namespace {
-
-// One argument as a Windows program's start-up code splits its command line.
-std::wstring QuotedArgument(const std::wstring& arg) {
-    if (!arg.empty() && arg.find_first_of(L" \t\n\v\"") == std::wstring::npos)
-        return arg;
-    std::wstring quoted = L"\"";
-    std::size_t backslashes = 0;
-    for (const wchar_t c : arg) {
-        if (c == L'\\') {
-            ++backslashes;
-            continue;
-        }
-        // Backslashes double only before a quote, which gets one of its own.
-        quoted.append(c == L'"' ? 2 * backslashes + 1 : backslashes, L'\\');
-        backslashes = 0;
-        quoted += c;
-    }
-    quoted.append(2 * backslashes, L'\\');
-    return quoted + L"\"";
-}
 
 // The processes started and not yet waited for: their exit codes are read
 // through the handles CreateProcessW gave.
@@ -366,6 +391,25 @@ int WaitProcess(std::int64_t pid) {
 } // namespace platform
 
 namespace platform {
+std::wstring QuotedArgument(const std::wstring& arg) {
+    if (!arg.empty() && arg.find_first_of(L" \t\n\v\"") == std::wstring::npos)
+        return arg;
+    std::wstring quoted = L"\"";
+    std::size_t backslashes = 0;
+    for (const wchar_t c : arg) {
+        if (c == L'\\') {
+            ++backslashes;
+            continue;
+        }
+        // Backslashes double only before a quote, which gets one of its own.
+        quoted.append(c == L'"' ? 2 * backslashes + 1 : backslashes, L'\\');
+        backslashes = 0;
+        quoted += c;
+    }
+    quoted.append(2 * backslashes, L'\\');
+    return quoted + L"\"";
+}
+
 std::vector<std::wstring> SplitParameters(const std::wstring& parameters) {
     std::vector<std::wstring> words;
     std::wstring word;
@@ -511,5 +555,28 @@ void Rename(const std::filesystem::path& from, const std::filesystem::path& to,
         std::error_code back;
         std::filesystem::rename(step, from, back);
     }
+}
+} // namespace platform
+
+namespace platform {
+void MoveIntoPlace(const std::filesystem::path& from, const std::filesystem::path& to,
+                   std::error_code& error) {
+    error.clear();
+#ifdef _WIN32
+    for (int attempt = 0;; ++attempt) {
+        if (::MoveFileExW(from.c_str(), to.c_str(),
+                          MOVEFILE_REPLACE_EXISTING | MOVEFILE_WRITE_THROUGH))
+            return;
+        const DWORD code = ::GetLastError();
+        if ((code != ERROR_ACCESS_DENIED && code != ERROR_SHARING_VIOLATION) || attempt == 100 ||
+            !CanWriteFile(to)) {
+            error.assign(static_cast<int>(code), std::system_category());
+            return;
+        }
+        ::Sleep(20);
+    }
+#else
+    std::filesystem::rename(from, to, error);
+#endif
 }
 } // namespace platform

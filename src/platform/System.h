@@ -61,6 +61,12 @@ bool SameFile(const std::filesystem::path& first, const std::filesystem::path& s
 void Rename(const std::filesystem::path& from, const std::filesystem::path& to,
             std::error_code& error);
 
+// Puts the file `from` in the place of `to` in one step. Windows refuses
+// to replace a file while another process reads it: there this waits for
+// the reader (who holds it only while reading) up to two seconds.
+void MoveIntoPlace(const std::filesystem::path& from, const std::filesystem::path& to,
+                   std::error_code& error);
+
 // Whether this user may write the existing file at `path` (its mode and
 // owner, or its read-only attribute on Windows).
 bool CanWriteFile(const std::filesystem::path& path);
@@ -96,6 +102,10 @@ int WaitProcess(std::int64_t pid);
 // program cannot be started.
 bool LaunchProgram(const std::filesystem::path& program, const std::wstring& parameters,
                    const std::filesystem::path& workingFolder = {});
+
+// One argument written for a Windows command line, quoted where needed so
+// that the program's start-up code reads it back whole.
+std::wstring QuotedArgument(const std::wstring& arg);
 
 // `parameters` split as LaunchProgram splits them.
 std::vector<std::wstring> SplitParameters(const std::wstring& parameters);

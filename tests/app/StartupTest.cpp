@@ -14,10 +14,6 @@ using test::WriteBytes;
 
 namespace {
 
-void SetEnv(const char* name, const std::string& value) {
-    test::SetEnv(name, value.c_str());
-}
-
 class StartupTest : public ::testing::Test {
 protected:
     CStartup::EResult Start(const std::vector<std::wstring>& args,
@@ -197,8 +193,8 @@ TEST(StartupHelp, HelpIsNamedAfterTheProgramWithoutItsBitness) {
 class WindowsComponentsTest : public StartupTest {
 protected:
     void SetUp() override {
-        SetEnv("CommonProgramFiles", common.Path().string());
-        SetEnv("SystemRoot", test::N("/win").c_str());
+        test::SetEnv("CommonProgramFiles", common.Path().string().c_str());
+        test::SetEnv("SystemRoot", test::N("/win").c_str());
         fs::create_directories(common.Path() / "VANDIX");
     }
     void Register(ERegistryRoot root, const std::wstring& key, const std::wstring& value) {

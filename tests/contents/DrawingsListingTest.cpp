@@ -22,11 +22,10 @@ namespace {
 constexpr std::time_t kWritten = 1680699789;
 
 void SetTimeZone(const char* zone) {
+    test::SetEnv("TZ", zone);
 #ifdef _WIN32
-    _putenv_s("TZ", zone);
     _tzset();
 #else
-    setenv("TZ", zone, 1);
     tzset();
 #endif
 }

@@ -438,6 +438,21 @@ TEST_F(IniFileTest, ASaveKeepsTheFilesModeAndWritesThroughLinks) {
     EXPECT_EQ(ReadBytes(shared), "[S]\r\nA = 2\r\n");
 }
 
+// Another workstation reading the file while it is saved: the save puts
+// the new file in its place all the same (on Windows once the reader is done).
+TEST_F(IniFileTest, ASaveReplacesAFileThatIsBeingRead) {
+    WriteBytes(test::P(File()), "[S]\r\nA = 1\r\n");
+    std::FILE* reading = platform::OpenFile(test::P(File()), "rb");
+    ASSERT_NE(reading, nullptr);
+    std::thread reader([reading] {
+        std::this_thread::sleep_for(std::chrono::milliseconds(300));
+        std::fclose(reading);
+    });
+    EXPECT_EQ(ChangeAndSave(File()), 0) << test::P(DatafileProblemText());
+    reader.join();
+    EXPECT_EQ(ReadBytes(test::P(File())), "[S]\r\nA = 2\r\n");
+}
+
 TEST_F(IniFileTest, ASaveRemovesTheTemporaryFilesOfSavesThatWereKilled) {
     const std::int64_t gone = platform::StartProcess(SD_TEST_WORKER, {});
     ASSERT_GT(gone, 0);

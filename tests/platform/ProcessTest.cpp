@@ -34,8 +34,7 @@ struct SFolders {
         return test::ReadBytes(out);
     }
     std::string Expected(const std::vector<std::string>& args) const {
-        std::string text =
-            platform::ToUtf8(platform::FromPath(fs::canonical(work))) + "\n";
+        std::string text = platform::ToUtf8(platform::FromPath(fs::canonical(work))) + "\n";
         for (const auto& arg : args)
             text += arg + "\n";
         return text;
@@ -44,8 +43,9 @@ struct SFolders {
 
 TEST(Processes, ArgumentsArriveWholeInTheWorkingFolder) {
     SFolders f;
-    const std::vector<std::wstring> args = {L"where", platform::FromPath(f.out), L"two words",
-                                            L"say \"hi\"", L"back\\slash\\", L"", L"\u20AC"};
+    const std::vector<std::wstring> args = {L"where",      platform::FromPath(f.out), L"two words",
+                                            L"say \"hi\"", L"back\\slash\\",          L"",
+                                            L"\u20AC"};
     const std::int64_t pid = platform::StartProcess(f.program, args, f.work);
     ASSERT_GT(pid, 0);
     EXPECT_EQ(platform::WaitProcess(pid), 0);
@@ -73,12 +73,26 @@ TEST(Processes, ParameterLinesSplitAsAWindowsProgramReadsThem) {
     const std::pair<const wchar_t*, std::vector<std::wstring>> cases[] = {
         {L"", {}},
         {L"  a\tb  ", {L"a", L"b"}},
-        {L"\"C:\\Program Files\\x.dwg\" ProjectId=1", {L"C:\\Program Files\\x.dwg", L"ProjectId=1"}},
+        {L"\"C:\\Program Files\\x.dwg\" ProjectId=1",
+         {L"C:\\Program Files\\x.dwg", L"ProjectId=1"}},
         {L"Name=\"A B\"C", {L"Name=A BC"}},
         {L"\"\" x", {L"", L"x"}},
     };
     for (const auto& [line, words] : cases)
         EXPECT_EQ(platform::SplitParameters(line), words) << platform::ToUtf8(line);
+}
+
+TEST(Processes, ArgumentsAreQuotedSoThatAWindowsProgramSplitsThemBack) {
+    const std::pair<const wchar_t*, const wchar_t*> cases[] = {
+        {L"plain", L"plain"},
+        {L"", L"\"\""},
+        {L"two words", L"\"two words\""},
+        {L"say \"hi\"", L"\"say \\\"hi\\\"\""},
+        {L"C:\\Program Files\\", L"\"C:\\Program Files\\\\\""},
+        {L"a\\b", L"a\\b"},
+    };
+    for (const auto& [arg, quoted] : cases)
+        EXPECT_EQ(platform::QuotedArgument(arg), quoted) << platform::ToUtf8(arg);
 }
 
 } // namespace

@@ -1,5 +1,6 @@
 #include "support/CliFixture.h"
 
+#include "platform/System.h"
 #include "platform/Utf8.h"
 
 #ifdef _WIN32
@@ -32,25 +33,6 @@ std::string Joined(const std::vector<std::string>& args) {
 
 namespace {
 
-// One argument as the C runtime of the child splits its command line.
-std::wstring Quoted(const std::wstring& arg) {
-    if (!arg.empty() && arg.find_first_of(L" \t\n\v\"") == std::wstring::npos)
-        return arg;
-    std::wstring quoted = L"\"";
-    std::size_t backslashes = 0;
-    for (const wchar_t c : arg) {
-        if (c == L'\\') {
-            ++backslashes;
-            continue;
-        }
-        quoted.append(c == L'"' ? 2 * backslashes + 1 : backslashes, L'\\');
-        backslashes = 0;
-        quoted += c;
-    }
-    quoted.append(2 * backslashes, L'\\');
-    return quoted + L"\"";
-}
-
 void ReadAll(HANDLE pipe, std::string& sink) {
     char buffer[4096];
     DWORD got = 0;
@@ -80,9 +62,9 @@ SRun CliTest::Run(std::vector<std::string> args, bool withDatafiles) const {
     }
     if (withDatafiles)
         args.insert(args.begin(), {"--datafiles", m_datafiles.Dir().Path().string()});
-    std::wstring command = Quoted(platform::FromUtf8(SD_CLI));
+    std::wstring command = platform::QuotedArgument(platform::FromUtf8(SD_CLI));
     for (const auto& arg : args)
-        command += L" " + Quoted(platform::FromUtf8(arg));
+        command += L" " + platform::QuotedArgument(platform::FromUtf8(arg));
 
     // This process's environment with the test's configuration folders.
     std::wstring block;
@@ -134,11 +116,17 @@ SRun CliTest::Run(std::vector<std::string> args, bool withDatafiles) const {
             });
         }
         std::thread errors([&] { ReadAll(errRead, run.err); });
-        ReadAll(outRead, run.out);
+        std::thread output([&] { ReadAll(outRead, run.out); });
+        // A run that never ends is ended, and named, instead of holding up
+        // the whole test program until ctest gives up on it.
+        if (::WaitForSingleObject(process.hProcess, 60000) == WAIT_TIMEOUT) {
+            ::TerminateProcess(process.hProcess, 124);
+            ADD_FAILURE() << "standards-desk-cli " << Joined(args) << " did not end in 60 s";
+        }
+        output.join();
         errors.join();
         if (feeder.joinable())
             feeder.join();
-        ::WaitForSingleObject(process.hProcess, INFINITE);
         DWORD code = 0;
         if (::GetExitCodeProcess(process.hProcess, &code))
             run.code = static_cast<int>(code);
