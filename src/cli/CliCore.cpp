@@ -232,6 +232,10 @@ CLI::Option* AddClientId(CLI::App* command, const std::string& label, std::int32
         help);
 }
 
+std::int32_t ResolveStandardText(const SCore& core, const std::string& text) {
+    return ResolveStandard(core.projects, {nullptr, text, false, false});
+}
+
 std::wstring NoStandardText(std::int32_t id) {
     return fmt::format(L"There is no standard {} (see 'standard list --deleted')", id);
 }
@@ -436,6 +440,7 @@ void AddAllCommands(CLI::App& app, SCliContext& context) {
     cli::AddAppCommands(app, context);
     cli::AddEditorCommands(app, context);
     cli::AddCompareCommands(app, context);
+    cli::AddMergeCommands(app, context);
     cli::AddRestoreCommands(app, context);
     cli::AddReportCommands(app, context);
     cli::AddCompletionCommands(app, context);

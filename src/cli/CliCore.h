@@ -148,6 +148,10 @@ void AddStandardId(CLI::App* command, const std::string& label, std::int32_t& id
 CLI::Option* AddClientId(CLI::App* command, const std::string& label, std::int32_t& id,
                          const std::string& help, bool noneAllowed);
 
+// A standard named by a verb's own option text (an id or an exact name),
+// looked up now that the core is made; fails as AddStandardId's do.
+std::int32_t ResolveStandardText(const SCore& core, const std::string& text);
+
 // "There is no standard 99 (see 'standard list --deleted')" and the same for
 // clients: what every verb says of a standard or client that is not there.
 std::wstring NoStandardText(std::int32_t id);
@@ -210,6 +214,7 @@ void AddAppCommands(CLI::App& app, SCliContext& context);
 // runs after both are added.
 void AddEditorCommands(CLI::App& app, SCliContext& context);
 void AddCompareCommands(CLI::App& app, SCliContext& context);
+void AddMergeCommands(CLI::App& app, SCliContext& context);
 // Adds "restore-defaults" to the "settings" group, so it runs after it.
 void AddRestoreCommands(CLI::App& app, SCliContext& context);
 void AddReportCommands(CLI::App& app, SCliContext& context);

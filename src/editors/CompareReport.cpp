@@ -74,12 +74,12 @@ SComparison CompareDifferencesOnly(const SComparison& comparison) {
 }
 
 std::wstring CompareReportTsv(const SComparison& comparison) {
-    std::wstring out = fmt::format(L"header\t{}\t{}\t{}\t0\n", TsvField(comparison.header0),
+    std::wstring out = fmt::format(L"\theader\t{}\t{}\t{}\t0\n", TsvField(comparison.header0),
                                    TsvField(comparison.header1), TsvField(comparison.header2));
     for (const auto& row : comparison.rows)
-        out +=
-            fmt::format(L"{}\t{}\t{}\t{}\t{}\n", CompareRowKindName(row.kind), TsvField(row.label),
-                        TsvField(row.text1), TsvField(row.text2), row.differ ? 1 : 0);
+        out += fmt::format(L"{}\t{}\t{}\t{}\t{}\t{}\n", TsvField(row.id),
+                           CompareRowKindName(row.kind), TsvField(row.label), TsvField(row.text1),
+                           TsvField(row.text2), row.differ ? 1 : 0);
     return out;
 }
 

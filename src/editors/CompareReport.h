@@ -14,10 +14,10 @@ std::wstring CompareRowKindName(ECompareRowKind kind);
 // and any failure stay.
 SComparison CompareDifferencesOnly(const SComparison& comparison);
 
-// One record per line, fields separated by one TAB: first "header", "Setting"
-// and the two column headers, then per row KIND, LABEL, TEXT1, TEXT2 and
-// DIFFER (1 or 0; the header's is 0). TABs and line breaks inside a text are
-// written as \t, \n and \r.
+// One record per line, fields separated by one TAB: first an empty row id,
+// "header", "Setting" and the two column headers, then per row ID, KIND,
+// LABEL, TEXT1, TEXT2 and DIFFER (1 or 0; the header's is 0). TABs and line
+// breaks inside a text are written as \t, \n and \r.
 std::wstring CompareReportTsv(const SComparison& comparison);
 
 // A page that opens in any browser without other files: the two names, the

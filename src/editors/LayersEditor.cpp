@@ -269,6 +269,16 @@ bool CLayersEditor::SetColorIndex(std::size_t row, int index) {
     return true;
 }
 
+bool CLayersEditor::SetColor(std::size_t row, const SLayerColor& color) {
+    if (!m_layers || row >= m_rows.size() || color.index < 0 || color.index >= kAciColorCount)
+        return false;
+    if (!(color == m_rows[row].color)) {
+        m_layers->SetColor(row, color);
+        MakeRows();
+    }
+    return true;
+}
+
 bool CLayersEditor::RestoreDefaults() {
     if (!m_layers)
         return false;

@@ -85,6 +85,10 @@ public:
     bool SetCellText(std::size_t row, ELayerColumn column, const std::wstring& text);
     // The picker's answer: palette position 1-255 with its RGB value.
     bool SetColorIndex(std::size_t row, int index);
+    // A colour as another standard holds it (a merge): any RGB value with
+    // its palette position, or 0 for none. False for a position outside
+    // the palette.
+    bool SetColor(std::size_t row, const SLayerColor& color);
 
     // Every layer back to the application's default set; what changes shows
     // as modified until Apply. False when nothing is open.

@@ -54,6 +54,17 @@ void CLinesEditor::Error(const std::wstring& what, int code) {
     m_prompter.Show(what + L"\n\n" + CVX2D_ProjectLines::GetErrorText(code), EPromptIcon::Stop);
 }
 
+ESpecResult GiveLineTheCheckedSpecs(const CVX2D_ProjectRegistry& projects, std::int32_t projectId,
+                                    std::int32_t lineId) {
+    const CVX2D_ProjectSpecs specs(projects);
+    for (const int application : kApplications) {
+        if (const ESpecResult listed = specs.CreateLineSpecList(projectId, lineId, application);
+            listed != eSpecOk)
+            return listed;
+    }
+    return eSpecOk;
+}
+
 std::int32_t CLinesEditor::CreateLine() {
     std::int32_t lineId = 0;
     std::wstring name;
@@ -64,16 +75,12 @@ std::int32_t CLinesEditor::CreateLine() {
         Reload(true);
         return 0;
     }
-    const CVX2D_ProjectSpecs specs(m_projects);
-    for (const int application : kApplications) {
-        const ESpecResult listed = specs.CreateLineSpecList(m_nProjectId, lineId, application);
-        if (listed != eSpecOk) {
-            // The line itself is made; only its spec lists are missing.
-            m_prompter.Show(fmt::format(L"Error giving line '{}' the specs of standard '{}'.\n\n{}",
-                                        name, m_strName, CVX2D_ProjectSpecs::GetErrorText(listed)),
-                            EPromptIcon::Exclamation);
-            break;
-        }
+    if (const ESpecResult listed = GiveLineTheCheckedSpecs(m_projects, m_nProjectId, lineId);
+        listed != eSpecOk) {
+        // The line itself is made; only its spec lists are missing.
+        m_prompter.Show(fmt::format(L"Error giving line '{}' the specs of standard '{}'.\n\n{}",
+                                    name, m_strName, CVX2D_ProjectSpecs::GetErrorText(listed)),
+                        EPromptIcon::Exclamation);
     }
     Reload();
     return lineId;

@@ -4,6 +4,7 @@
 // straight away), so the page never holds unsaved changes and has no Apply.
 #pragma once
 
+#include "contents/ProjectSpecs.h"
 #include "editors/PageEditor.h"
 #include "store/ProjectRegistry.h"
 #include "store/Prompter.h"
@@ -20,6 +21,11 @@ struct SLineRow {
 
 // "Live" or "Deleted": the state column.
 std::wstring LineStateText(bool deleted);
+
+// Gives a new line of a standard the specs checked for the standard, in
+// every application, as a line the page makes gets them. The first failure.
+ESpecResult GiveLineTheCheckedSpecs(const CVX2D_ProjectRegistry& projects, std::int32_t projectId,
+                                    std::int32_t lineId);
 
 class CLinesEditor : public CPageEditor {
 public:

@@ -17,6 +17,7 @@
 #include "store/ProjectRegistry.h"
 
 #include <algorithm>
+#include <cwctype>
 #include <fmt/xchar.h>
 #include <map>
 
@@ -47,20 +48,46 @@ const SAppSections kSettingsOrder[] = {
       Base::eCivilStructural, Base::eDimensioning}},
 };
 
-// Border sheets by rank, largest first.
-constexpr EDwg kEnglishSheets[] = {eDwgE, eDwgD, eDwgC, eDwgB, eDwgA};
-constexpr EDwg kMetricSheets[] = {eDwgA0, eDwgA1, eDwgA2, eDwgA3, eDwgA4};
-
-const EDwg* SheetsOf(int workingUnits) {
-    return workingUnits == 0 ? kMetricSheets : kEnglishSheets;
-}
-
 // A row whose key decides its place (lines, specs, layers).
 struct SKeyedRow {
     std::wstring key;
     std::wstring text1;
     std::wstring text2;
+    std::wstring id;
+    std::vector<std::wstring> value1;
+    std::vector<std::wstring> value2;
 };
+
+using CValue = std::vector<std::wstring>;
+
+// A layer's values as a merge writes them: name, colour "R,G,B", palette
+// position, linetype, lineweight.
+CValue LayerValue(const CVX2D_ProjectLayers& layers, std::size_t i) {
+    if (i >= layers.GetCount())
+        return {};
+    const SLayerColor& color = layers.GetColors()[i];
+    return {layers.GetNames()[i],
+            fmt::format(L"{},{},{}", color.rgb.red, color.rgb.green, color.rgb.blue),
+            std::to_wstring(color.index), layers.GetLinetypes()[i],
+            std::to_wstring(layers.GetLineweights()[i])};
+}
+
+// Whether `path` lies inside `folder` (which ends in a separator), either
+// separator and any letter case: a share may be named either way.
+bool Inside(const std::wstring& path, const std::wstring& folder) {
+    if (folder.empty() || path.size() < folder.size())
+        return false;
+    for (std::size_t i = 0; i < folder.size(); ++i) {
+        wchar_t a = path[i], b = folder[i];
+        if (a == L'\\')
+            a = L'/';
+        if (b == L'\\')
+            b = L'/';
+        if (std::towlower(a) != std::towlower(b))
+            return false;
+    }
+    return true;
+}
 
 // Keys that start with a non-zero number sort by that number: without their
 // thousands commas and left-padded with "0" to ten characters, so that
@@ -149,9 +176,10 @@ private:
         return false;
     }
 
-    void Heading(ECompareRowKind kind, const std::wstring& title) {
+    void Heading(ECompareRowKind kind, const std::wstring& title, const std::wstring& id) {
         SCompareRow row;
         row.kind = kind;
+        row.id = id;
         row.label = title;
         row.centred = true;
         row.background1 = row.background2 =
@@ -159,20 +187,39 @@ private:
         m_out.rows.push_back(std::move(row));
     }
 
-    void Value(const std::wstring& label, const std::wstring& text1, const std::wstring& text2,
-               bool differ) {
+    SCompareRow& Value(const std::wstring& id, const std::wstring& label, const std::wstring& text1,
+                       const std::wstring& text2, bool differ, CValue value1, CValue value2) {
         SCompareRow row;
+        row.id = id;
         row.label = label;
         row.text1 = text1;
         row.text2 = text2;
+        row.value1 = std::move(value1);
+        row.value2 = std::move(value2);
         row.differ = differ;
         if (differ)
             row.background1 = row.background2 = kCompareDifferColour;
         m_out.rows.push_back(std::move(row));
+        return m_out.rows.back();
     }
 
-    void Value(const std::wstring& label, const std::wstring& text1, const std::wstring& text2) {
-        Value(label, text1, text2, text1 != text2);
+    // A row whose value is its text.
+    SCompareRow& Value(const std::wstring& id, const std::wstring& label, const std::wstring& text1,
+                       const std::wstring& text2) {
+        return Value(id, label, text1, text2, text1 != text2, {text1}, {text2});
+    }
+
+    // A row of a number shown as text, marked when the numbers differ.
+    void Code(const std::wstring& id, const std::wstring& label, int code1,
+              const std::wstring& text1, int code2, const std::wstring& text2) {
+        Value(id, label, text1, text2, code1 != code2, {std::to_wstring(code1)},
+              {std::to_wstring(code2)});
+    }
+
+    void Rows(const std::vector<SKeyedRow>& rows) {
+        for (const auto& row : rows)
+            Value(row.id, row.key, row.text1, row.text2, row.text1 != row.text2, row.value1,
+                  row.value2);
     }
 
     bool Records() {
@@ -206,12 +253,13 @@ private:
     bool General() {
         const CVX2D_GeneralSettings& g1 = One().general;
         const CVX2D_GeneralSettings& g2 = Two().general;
-        Heading(ECompareRowKind::eHeading, L"General Settings");
-        Value(L"Working Units", WorkingUnitsText(g1.m_nWorkingUnits),
-              WorkingUnitsText(g2.m_nWorkingUnits), g1.m_nWorkingUnits != g2.m_nWorkingUnits);
-        Value(L"Displayed Units", DisplayedUnitsText(g1.m_nDisplayedUnits),
-              DisplayedUnitsText(g2.m_nDisplayedUnits),
-              g1.m_nDisplayedUnits != g2.m_nDisplayedUnits);
+        Heading(ECompareRowKind::eHeading, L"General Settings", L"General");
+        Code(L"General/Settings/WorkingUnits", L"Working Units", g1.m_nWorkingUnits,
+             WorkingUnitsText(g1.m_nWorkingUnits), g2.m_nWorkingUnits,
+             WorkingUnitsText(g2.m_nWorkingUnits));
+        Code(L"General/Settings/DisplayedUnits", L"Displayed Units", g1.m_nDisplayedUnits,
+             DisplayedUnitsText(g1.m_nDisplayedUnits), g2.m_nDisplayedUnits,
+             DisplayedUnitsText(g2.m_nDisplayedUnits));
 
         const std::vector<SRatingFormat> formats = LoadRatingFormats(m_registry.Datafiles());
         const SRatingFormat* f1 = FindRatingFormat(formats, g1.m_nRatingsFormat);
@@ -222,24 +270,36 @@ private:
                     L"Rating format {} of standard '{}' is not in the list of rating formats.",
                     side->general.m_nRatingsFormat, side->name));
         }
-        Value(L"Rating Format", f1->title, f2->title, f1->code != f2->code);
+        Code(L"General/Settings/RatingFormat", L"Rating Format", f1->code, f1->title, f2->code,
+             f2->title);
         return true;
     }
 
     void FileLocations() {
         const CVX2D_GeneralSettings& g1 = One().general;
         const CVX2D_GeneralSettings& g2 = Two().general;
-        Heading(ECompareRowKind::eHeading, L"File Locations");
-        Value(L"ELECTRIC Drawing Folder", g1.m_strElectricDrawings, g2.m_strElectricDrawings);
-        Value(L"P & ID Drawing Folder", g1.m_strFlowDrawings, g2.m_strFlowDrawings);
-        Value(L"ISOMETRIC Drawing Folder", g1.m_strIsoDrawings, g2.m_strIsoDrawings);
-        Value(L"ORTHO Drawing Folder", g1.m_strOrthoDrawings, g2.m_strOrthoDrawings);
-        Value(L"Borders", g1.m_strBordersLocation, g2.m_strBordersLocation);
-        Value(L"Templates", g1.m_strTemplatesLocation, g2.m_strTemplatesLocation);
+        Heading(ECompareRowKind::eHeading, L"File Locations", L"Locations");
+        Location(L"Drawings/ELECTRIC", L"ELECTRIC Drawing Folder", g1.m_strElectricDrawings,
+                 g2.m_strElectricDrawings);
+        Location(L"Drawings/PID", L"P & ID Drawing Folder", g1.m_strFlowDrawings,
+                 g2.m_strFlowDrawings);
+        Location(L"Drawings/ISOMETRIC", L"ISOMETRIC Drawing Folder", g1.m_strIsoDrawings,
+                 g2.m_strIsoDrawings);
+        Location(L"Drawings/ORTHO", L"ORTHO Drawing Folder", g1.m_strOrthoDrawings,
+                 g2.m_strOrthoDrawings);
+        Location(L"Folders/Borders", L"Borders", g1.m_strBordersLocation, g2.m_strBordersLocation);
+        Location(L"Folders/Templates", L"Templates", g1.m_strTemplatesLocation,
+                 g2.m_strTemplatesLocation);
+    }
+
+    void Location(const std::wstring& key, const std::wstring& label, const std::wstring& folder1,
+                  const std::wstring& folder2) {
+        Value(L"Locations/" + key, label, folder1, folder2).own =
+            Inside(folder1, One().folder) || Inside(folder2, Two().folder);
     }
 
     void Borders() {
-        Heading(ECompareRowKind::eHeading, L"Border Settings");
+        Heading(ECompareRowKind::eHeading, L"Border Settings", L"Borders");
         CVX2D_ProjectBorders b1;
         b1.Load(One().folder + L"Borders.ini");
         CVX2D_ProjectBorders b2;
@@ -248,62 +308,94 @@ private:
         else
             b2.Load(Two().folder + L"Borders.ini");
         // Rank by rank, each standard in its own units: E against A0 and so on.
-        const EDwg* sheets1 = SheetsOf(One().general.m_nWorkingUnits);
-        const EDwg* sheets2 = SheetsOf(Two().general.m_nWorkingUnits);
         for (int rank = 0; rank < 5; ++rank) {
-            const EDwg s1 = sheets1[rank];
-            const EDwg s2 = sheets2[rank];
+            const EDwg s1 = BorderSheetOfRank(rank, One().general.m_nWorkingUnits);
+            const EDwg s2 = BorderSheetOfRank(rank, Two().general.m_nWorkingUnits);
             const std::wstring sheet = DwgKey(s1);
-            Value(L"Drawing Border: " + sheet, b1.GetBorderFile(s1), b2.GetBorderFile(s2));
-            Value(L"Drawing Limits: " + sheet, b1.GetLimitsMin(s1) + L" and " + b1.GetLimitsMax(s1),
-                  b2.GetLimitsMin(s2) + L" and " + b2.GetLimitsMax(s2));
-            Value(L"Revision Block: " + sheet, b1.GetRevisionFile(s1), b2.GetRevisionFile(s2));
+            const std::wstring id = L"Borders/" + sheet + L"/";
+            Value(id + L"border", L"Drawing Border: " + sheet, b1.GetBorderFile(s1),
+                  b2.GetBorderFile(s2));
+            const std::wstring limits1 = b1.GetLimitsMin(s1) + L" and " + b1.GetLimitsMax(s1);
+            const std::wstring limits2 = b2.GetLimitsMin(s2) + L" and " + b2.GetLimitsMax(s2);
+            Value(id + L"limits", L"Drawing Limits: " + sheet, limits1, limits2, limits1 != limits2,
+                  {b1.GetLimitsMin(s1), b1.GetLimitsMax(s1)},
+                  {b2.GetLimitsMin(s2), b2.GetLimitsMax(s2)});
+            Value(id + L"revision", L"Revision Block: " + sheet, b1.GetRevisionFile(s1),
+                  b2.GetRevisionFile(s2));
         }
     }
 
+    // What a line or a spec is to a standard that has it: its key shown,
+    // the rest of its row id and its value.
+    struct SItem {
+        std::wstring key;
+        std::wstring id;
+        std::wstring value;
+    };
+
     // One row per key of either standard: "checked" where the standard has it.
-    void Presence(const std::vector<std::wstring>& keys1, const std::vector<std::wstring>& keys2) {
-        std::map<std::wstring, unsigned> presence;
-        for (const auto& key : keys1)
-            presence[key] |= 1u;
-        for (const auto& key : keys2)
-            presence[key] |= 2u;
+    // Row ids that repeat (a spec checked under two names) get "~2", "~3".
+    void Presence(const std::wstring& idPrefix, const std::vector<SItem>& items1,
+                  const std::vector<SItem>& items2) {
+        std::map<std::wstring, std::pair<unsigned, SItem>> presence;
+        for (const auto& item : items1) {
+            auto& entry = presence.try_emplace(item.key, 0u, item).first->second;
+            entry.first |= 1u;
+        }
+        for (const auto& item : items2) {
+            auto& entry = presence.try_emplace(item.key, 0u, item).first->second;
+            entry.first |= 2u;
+        }
         std::vector<SKeyedRow> rows;
-        for (const auto& [key, in] : presence)
-            rows.push_back({key, (in & 1u) ? kChecked : L"", (in & 2u) ? kChecked : L""});
+        for (const auto& [key, entry] : presence) {
+            const auto& [in, item] = entry;
+            rows.push_back({key, (in & 1u) ? kChecked : L"", (in & 2u) ? kChecked : L"",
+                            idPrefix + item.id, (in & 1u) ? CValue{item.value} : CValue{},
+                            (in & 2u) ? CValue{item.value} : CValue{}});
+        }
         KeySort(rows);
-        for (const auto& row : rows)
-            Value(row.key, row.text1, row.text2);
+        std::map<std::wstring, int> seen;
+        for (auto& row : rows) {
+            if (const int n = ++seen[row.id]; n > 1)
+                row.id += L"~" + std::to_wstring(n);
+        }
+        Rows(rows);
     }
 
-    std::vector<std::wstring> LineNames(const SSide& side) {
+    // A line is named by its name; its value is the name.
+    std::vector<SItem> LineItems(const SSide& side) {
         SLineList lines;
         // A standard whose lines cannot be read shows none.
         static_cast<void>(CVX2D_ProjectLines(m_registry).GetLines(side.id, lines));
-        return lines.names;
+        std::vector<SItem> items;
+        for (const auto& name : lines.names)
+            items.push_back({name, name, name});
+        return items;
     }
 
     void Lines() {
-        Heading(ECompareRowKind::eHeading, L"Lines");
-        const std::vector<std::wstring> names1 = LineNames(One());
-        Presence(names1, m_same ? names1 : LineNames(Two()));
+        Heading(ECompareRowKind::eHeading, L"Lines", L"Lines");
+        const std::vector<SItem> items1 = LineItems(One());
+        Presence(L"Lines/Line/", items1, m_same ? items1 : LineItems(Two()));
     }
 
-    std::vector<std::wstring> SpecKeys(const SSide& side) {
+    // A spec is named by its id; its value is the id.
+    std::vector<SItem> SpecItems(const SSide& side) {
         std::vector<std::int32_t> ids;
         std::vector<std::wstring> names;
         // Specs that cannot be read show as none, as lines do.
         static_cast<void>(CVX2D_ProjectSpecs(m_registry).GetCheckedSpecs(side.id, ids, names));
-        std::vector<std::wstring> keys;
+        std::vector<SItem> items;
         for (std::size_t i = 0; i < ids.size() && i < names.size(); ++i)
-            keys.push_back(fmt::format(L"{}. {}", ids[i], names[i]));
-        return keys;
+            items.push_back({fmt::format(L"{}. {}", ids[i], names[i]), std::to_wstring(ids[i]),
+                             std::to_wstring(ids[i])});
+        return items;
     }
 
     void Specs() {
-        Heading(ECompareRowKind::eHeading, L"Specs");
-        const std::vector<std::wstring> keys1 = SpecKeys(One());
-        Presence(keys1, m_same ? keys1 : SpecKeys(Two()));
+        Heading(ECompareRowKind::eHeading, L"Specs", L"Specs");
+        const std::vector<SItem> items1 = SpecItems(One());
+        Presence(L"Specs/Spec/", items1, m_same ? items1 : SpecItems(Two()));
     }
 
     std::unique_ptr<Base> LoadSettings(int application, const SSide& side) {
@@ -331,7 +423,9 @@ private:
     bool Section(int application, int sectionId, const Base& settings1, const Base& settings2) {
         const std::wstring title =
             ApplicationSettingsName(application) + L" - " + Base::SectionName(sectionId);
-        Heading(ECompareRowKind::eHeading, title);
+        const std::wstring idPrefix = ApplicationName(application) + L"/Settings/";
+        const std::wstring headingId = idPrefix + Base::SectionName(sectionId);
+        Heading(ECompareRowKind::eHeading, title, headingId);
         const Base::CSection* s1 = settings1.FindSection(sectionId);
         const Base::CSection* s2 = settings2.FindSection(sectionId);
         if (!s1)
@@ -347,10 +441,11 @@ private:
             const Base::CVariable& v1 = s1->m_arrVariables[i];
             const Base::CVariable& v2 = s2->m_arrVariables[i];
             if (v1.m_nId == Base::kTitleId)
-                Heading(ECompareRowKind::eSubHeading, v1.m_strText);
+                Heading(ECompareRowKind::eSubHeading, v1.m_strText,
+                        headingId + L"/" + v1.m_strText);
             else
-                Value(SettingsVariableLabel(v1.m_nId), SettingsValueText(v1),
-                      SettingsValueText(v2));
+                Value(idPrefix + fmt::format(L"{:03d}", v1.m_nId), SettingsVariableLabel(v1.m_nId),
+                      SettingsValueText(v1), SettingsValueText(v2));
         }
         return true;
     }
@@ -366,7 +461,8 @@ private:
     }
 
     void Layers(int application) {
-        Heading(ECompareRowKind::eHeading, ApplicationName(application) + L" - Layers");
+        Heading(ECompareRowKind::eHeading, ApplicationName(application) + L" - Layers",
+                L"Layers/" + ApplicationName(application));
         CVX2D_ProjectLayers layers1(application, One().general.m_nProjectVersion);
         layers1.Load(LayersFile(One()));
         CVX2D_ProjectLayers layers2(application, Two().general.m_nProjectVersion);
@@ -375,12 +471,15 @@ private:
         else
             layers2.Load(LayersFile(Two()));
         std::vector<SKeyedRow> rows;
-        for (std::size_t i = 0; i < layers1.GetCount(); ++i)
-            rows.push_back({CVX2D_ProjectLayers::GetDescription(layers1.GetKeys()[i]),
-                            LayerText(layers1, i), LayerText(layers2, i)});
+        for (std::size_t i = 0; i < layers1.GetCount(); ++i) {
+            const std::int32_t key = layers1.GetKeys()[i];
+            rows.push_back({CVX2D_ProjectLayers::GetDescription(key), LayerText(layers1, i),
+                            LayerText(layers2, i),
+                            fmt::format(L"Layers/{}/{:03d}", ApplicationName(application), key),
+                            LayerValue(layers1, i), LayerValue(layers2, i)});
+        }
         KeySort(rows);
-        for (const auto& row : rows)
-            Value(row.key, row.text1, row.text2);
+        Rows(rows);
     }
 
     const CVX2D_ProjectRegistry& m_registry;
@@ -420,6 +519,41 @@ SCompareCounts CountCompareDifferences(const SComparison& comparison) {
                     ++counts.underHeading[heading];
             }
         }
+    }
+    return counts;
+}
+
+EDwg BorderSheetOfRank(int rank, int workingUnits) {
+    static constexpr EDwg kEnglishSheets[] = {eDwgE, eDwgD, eDwgC, eDwgB, eDwgA};
+    static constexpr EDwg kMetricSheets[] = {eDwgA0, eDwgA1, eDwgA2, eDwgA3, eDwgA4};
+    const std::size_t at = static_cast<std::size_t>(std::clamp(rank, 0, 4));
+    return workingUnits == 0 ? kMetricSheets[at] : kEnglishSheets[at];
+}
+
+int BorderSheetRank(EDwg sheet) {
+    return sheet >= eDwgA0 ? sheet - eDwgA0 : eDwgE - sheet;
+}
+
+const std::vector<std::wstring>& CompareGroups() {
+    static const std::vector<std::wstring> groups = {
+        L"General",  L"Locations", L"Borders",   L"Lines", L"Specs",
+        L"ELECTRIC", L"PID",       L"ISOMETRIC", L"ORTHO", L"Layers"};
+    return groups;
+}
+
+std::wstring CompareRowGroup(const std::wstring& id) {
+    return id.substr(0, id.find(L'/'));
+}
+
+std::vector<std::size_t> CountDifferencesByGroup(const SComparison& comparison) {
+    const std::vector<std::wstring>& groups = CompareGroups();
+    std::vector<std::size_t> counts(groups.size(), 0);
+    for (const auto& row : comparison.rows) {
+        if (row.kind != ECompareRowKind::eValue || !row.differ)
+            continue;
+        const auto found = std::find(groups.begin(), groups.end(), CompareRowGroup(row.id));
+        if (found != groups.end())
+            ++counts[static_cast<std::size_t>(found - groups.begin())];
     }
     return counts;
 }

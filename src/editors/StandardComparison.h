@@ -6,6 +6,7 @@
 // settings added by later versions, as every reader of those settings does.)
 #pragma once
 
+#include "contents/ProjectBorders.h"
 #include "contents/ProjectSettingsBase.h"
 
 #include <cstddef>
@@ -36,9 +37,21 @@ inline constexpr SCompareColour kCompareDifferColour{255, 255, 0};
 
 struct SCompareRow {
     ECompareRowKind kind = ECompareRowKind::eValue;
+    // The row's stable name, group first: "General/Settings/WorkingUnits",
+    // "Borders/A1/limits", "PID/Settings/071", "Layers/PID/038". A heading's
+    // names the rows under it: "Borders", "PID/Settings/System Toggles".
+    std::wstring id;
     std::wstring label; // the heading's title for the heading kinds
     std::wstring text1;
     std::wstring text2;
+    // The values behind the two texts, as a merge writes them into the other
+    // standard (value rows only; see StandardMerge.h). Empty where the
+    // standard has no such line or spec.
+    std::vector<std::wstring> value1;
+    std::vector<std::wstring> value2;
+    // A folder that lies inside its own standard's folder on either side:
+    // it belongs to that standard, so a merge of all differences leaves it.
+    bool own = false;
     bool centred = false; // the label cell's text format
     bool differ = false;
     // The two value cells; none keeps the grid's default background.
@@ -72,6 +85,22 @@ struct SCompareCounts {
     std::vector<std::size_t> underHeading; // one per row
 };
 SCompareCounts CountCompareDifferences(const SComparison& comparison);
+
+// The groups of row ids in the grid's order: "General", "Locations",
+// "Borders", "Lines", "Specs", "ELECTRIC", "PID", "ISOMETRIC", "ORTHO",
+// "Layers".
+const std::vector<std::wstring>& CompareGroups();
+// The group of a row id: its text up to the first "/".
+std::wstring CompareRowGroup(const std::wstring& id);
+// The number of differing value rows of each group, in CompareGroups' order.
+std::vector<std::size_t> CountDifferencesByGroup(const SComparison& comparison);
+
+// Border sheets by rank, largest first: E, D, C, B, A for English working
+// units, A0 to A4 for metric (0). A comparison sets each sheet against the
+// other standard's sheet of the same rank.
+EDwg BorderSheetOfRank(int rank, int workingUnits);
+// 0 for E and A0, ..., 4 for A and A4.
+int BorderSheetRank(EDwg sheet);
 
 // "No differences", "1 difference", "12 differences".
 std::wstring CompareDifferencesText(std::size_t count);

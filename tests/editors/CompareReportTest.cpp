@@ -10,9 +10,11 @@ namespace {
 
 using Kind = ECompareRowKind;
 
-SCompareRow Row(Kind kind, std::wstring label, std::wstring text1 = {}, std::wstring text2 = {}) {
+SCompareRow Row(Kind kind, std::wstring id, std::wstring label, std::wstring text1 = {},
+                std::wstring text2 = {}) {
     SCompareRow row;
     row.kind = kind;
+    row.id = std::move(id);
     row.label = std::move(label);
     row.text1 = std::move(text1);
     row.text2 = std::move(text2);
@@ -33,32 +35,37 @@ SComparison Sample() {
     comparison.header1 = L"Pipe <A&B>";
     comparison.header2 = L"O'Neil \"2\"";
     comparison.rows = {
-        Row(Kind::eHeading, L"General Settings"),
-        Row(Kind::eValue, L"Working Units", L"Metric", L"Metric"),
-        Row(Kind::eValue, L"Borders", L"C:\\Borders", L"tab\there\nline"),
-        Row(Kind::eSubHeading, L"Lines and Arrows"),
-        Row(Kind::eValue, L"Zero Suppression", L"3 1/2\" <b>", L"3 1/2\" <b>"),
+        Row(Kind::eHeading, L"General", L"General Settings"),
+        Row(Kind::eValue, L"General/Settings/WorkingUnits", L"Working Units", L"Metric", L"Metric"),
+        Row(Kind::eValue, L"Locations/Folders/Borders", L"Borders", L"C:\\Borders",
+            L"tab\there\nline"),
+        Row(Kind::eSubHeading, L"PID/Settings/Dimensioning Variables/Lines and Arrows",
+            L"Lines and Arrows"),
+        Row(Kind::eValue, L"PID/Settings/076", L"Zero Suppression", L"3 1/2\" <b>", L"3 1/2\" <b>"),
     };
     return comparison;
 }
 
 TEST(CompareReportTest, TsvRecordsAndTheDifferencesFilter) {
     EXPECT_EQ(CompareReportTsv(Sample()),
-              L"header\tSetting\tPipe <A&B>\tO'Neil \"2\"\t0\n"
-              L"heading\tGeneral Settings\t\t\t0\n"
-              L"value\tWorking Units\tMetric\tMetric\t0\n"
-              L"value\tBorders\tC:\\\\Borders\ttab\\there\\nline\t1\n"
-              L"subheading\tLines and Arrows\t\t\t0\n"
-              L"value\tZero Suppression\t3 1/2\" <b>\t3 1/2\" <b>\t0\n");
+              L"\theader\tSetting\tPipe <A&B>\tO'Neil \"2\"\t0\n"
+              L"General\theading\tGeneral Settings\t\t\t0\n"
+              L"General/Settings/WorkingUnits\tvalue\tWorking Units\tMetric\tMetric\t0\n"
+              L"Locations/Folders/Borders\tvalue\tBorders\tC:\\\\Borders\ttab\\there\\nline\t1\n"
+              L"PID/Settings/Dimensioning Variables/Lines and Arrows\tsubheading\tLines and "
+              L"Arrows\t\t\t0\n"
+              L"PID/Settings/076\tvalue\tZero Suppression\t3 1/2\" <b>\t3 1/2\" <b>\t0\n");
 
     SComparison failed = Sample();
     failed.failed = true;
     failed.reason = L"Why.";
     const SComparison kept = CompareDifferencesOnly(failed);
-    EXPECT_EQ(CompareReportTsv(kept), L"header\tSetting\tPipe <A&B>\tO'Neil \"2\"\t0\n"
-                                      L"heading\tGeneral Settings\t\t\t0\n"
-                                      L"value\tBorders\tC:\\\\Borders\ttab\\there\\nline\t1\n"
-                                      L"subheading\tLines and Arrows\t\t\t0\n");
+    EXPECT_EQ(CompareReportTsv(kept),
+              L"\theader\tSetting\tPipe <A&B>\tO'Neil \"2\"\t0\n"
+              L"General\theading\tGeneral Settings\t\t\t0\n"
+              L"Locations/Folders/Borders\tvalue\tBorders\tC:\\\\Borders\ttab\\there\\nline\t1\n"
+              L"PID/Settings/Dimensioning Variables/Lines and Arrows\tsubheading\tLines and "
+              L"Arrows\t\t\t0\n");
     EXPECT_TRUE(kept.failed);
     EXPECT_EQ(kept.reason, L"Why.");
 }
