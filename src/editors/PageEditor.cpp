@@ -47,6 +47,13 @@ bool CPageEditor::Close() {
     }
 }
 
+bool CPageEditor::Revert() {
+    if (ApplyEnabled())
+        return false;
+    Discard();
+    return true;
+}
+
 void CPageEditor::SetStandard(std::int32_t projectId, const std::wstring& title) {
     m_nProjectId = projectId;
     m_strName = StandardName();

@@ -34,6 +34,12 @@ public:
     // open: the save failed (the changes stay) or the question was cancelled.
     bool Close();
 
+    // The files changed behind the page (a merge or a push from another
+    // window): an unmodified page reads them again; a modified one keeps
+    // the user's changes, which its Apply writes over the file as it is
+    // then. True when the page was read again.
+    bool Revert();
+
 protected:
     // Writes the changes Apply found; on failure says so (SaveFailed) and
     // keeps them.

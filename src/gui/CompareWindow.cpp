@@ -13,7 +13,10 @@
 #include <QTimer>
 #include <QVBoxLayout>
 #include <algorithm>
+#include <fmt/xchar.h>
 #include <map>
+#include <set>
+#include <utility>
 
 namespace {
 
@@ -113,7 +116,13 @@ CCompareSettingsFormView::CCompareSettingsFormView(CStandardsCore& core, IPageHo
       m_grid(new QTableWidget(this)),
       m_differencesOnly(new QCheckBox(tr("Show &differences only"), this)),
       m_count(new QLabel(this)), m_help(new QPushButton(tr("Help..."), this)),
-      m_report(new QPushButton(tr("Save Report..."), this)) {
+      m_report(new QPushButton(tr("Save Report..."), this)), m_tools(new QToolBar(this)),
+      m_copyToLeft(new QAction(QIcon::fromTheme(QStringLiteral("go-previous"),
+                                                style()->standardIcon(QStyle::SP_ArrowLeft)),
+                               tr("Copy to Standard 1"), this)),
+      m_copyToRight(new QAction(
+          QIcon::fromTheme(QStringLiteral("go-next"), style()->standardIcon(QStyle::SP_ArrowRight)),
+          tr("Copy to Standard 2"), this)) {
     setObjectName(QStringLiteral("compareSettings"));
     m_grid->setObjectName(QStringLiteral("compareGrid"));
     m_differencesOnly->setObjectName(QStringLiteral("differencesOnly"));
@@ -121,6 +130,21 @@ CCompareSettingsFormView::CCompareSettingsFormView(CStandardsCore& core, IPageHo
     m_report->setObjectName(QStringLiteral("reportButton"));
     SetUpGrid(m_grid, {tr("Setting"), tr("Standard 1"), tr("Standard 2")},
               QAbstractItemView::NoEditTriggers);
+    // Cells, rows or whole sections may be chosen for a copy.
+    m_grid->setSelectionMode(QAbstractItemView::ExtendedSelection);
+    m_tools->setObjectName(QStringLiteral("compareTools"));
+    m_tools->setToolButtonStyle(Qt::ToolButtonTextBesideIcon);
+    m_copyToLeft->setObjectName(QStringLiteral("copyToLeft"));
+    m_copyToRight->setObjectName(QStringLiteral("copyToRight"));
+    m_tools->addAction(m_copyToLeft);
+    m_tools->addAction(m_copyToRight);
+    m_grid->setContextMenuPolicy(Qt::ActionsContextMenu);
+    m_grid->addAction(m_copyToLeft);
+    m_grid->addAction(m_copyToRight);
+    connect(m_copyToLeft, &QAction::triggered, this, [this] { CopySelected(1); });
+    connect(m_copyToRight, &QAction::triggered, this, [this] { CopySelected(2); });
+    connect(m_grid->selectionModel(), &QItemSelectionModel::selectionChanged, this,
+            &CCompareSettingsFormView::UpdateCopyActions);
     m_grid->setWordWrap(false);
     // Paths keep their start and their file name when they do not fit.
     m_grid->setTextElideMode(Qt::ElideMiddle);
@@ -135,6 +159,7 @@ CCompareSettingsFormView::CCompareSettingsFormView(CStandardsCore& core, IPageHo
     });
     m_differencesOnly->setToolTip(tr("Hide the settings both standards share"));
     auto* layout = new QVBoxLayout(this);
+    layout->addWidget(m_tools);
     layout->addWidget(m_grid, 1);
     auto* buttons = new QHBoxLayout;
     buttons->addWidget(m_differencesOnly);
@@ -216,6 +241,101 @@ void CCompareSettingsFormView::Fill() {
     m_report->setEnabled(!result.rows.empty());
     ShowRows();
     FitColumns();
+    UpdateCopyActions();
+}
+
+void CCompareSettingsFormView::UpdateCopyActions() {
+    const SComparison& result = m_comparison.Result();
+    const bool two = m_comparison.GetStandard1() > 0 && m_comparison.GetStandard2() > 0 &&
+                     m_comparison.GetStandard1() != m_comparison.GetStandard2() &&
+                     !result.rows.empty();
+    m_copyToLeft->setText(two ? tr("Copy to '%1'").arg(Q(result.header1))
+                              : tr("Copy to Standard 1"));
+    m_copyToRight->setText(two ? tr("Copy to '%1'").arg(Q(result.header2))
+                               : tr("Copy to Standard 2"));
+    const bool chosen = two && !SelectedRowIds().empty();
+    m_copyToLeft->setEnabled(chosen);
+    m_copyToRight->setEnabled(chosen);
+    m_copyToLeft->setToolTip(tr("Copy the chosen values of the right standard into the left"));
+    m_copyToRight->setToolTip(tr("Copy the chosen values of the left standard into the right"));
+}
+
+std::vector<std::wstring> CCompareSettingsFormView::SelectedRowIds() const {
+    const SComparison& result = m_comparison.Result();
+    std::set<int> rows;
+    for (const QModelIndex& index : m_grid->selectionModel()->selectedIndexes()) {
+        if (!m_grid->isRowHidden(index.row()))
+            rows.insert(index.row());
+    }
+    std::vector<std::wstring> ids;
+    for (const int row : rows) {
+        if (row < static_cast<int>(result.rows.size()) &&
+            !result.rows[static_cast<std::size_t>(row)].id.empty())
+            ids.push_back(result.rows[static_cast<std::size_t>(row)].id);
+    }
+    return ids;
+}
+
+void CCompareSettingsFormView::CopySelected(int intoSide) {
+    const std::vector<std::wstring> ids = SelectedRowIds();
+    const std::int32_t one = m_comparison.GetStandard1(), two = m_comparison.GetStandard2();
+    if (ids.empty() || one <= 0 || two <= 0 || one == two)
+        return;
+    const std::int32_t target = intoSide == 1 ? one : two;
+    const std::int32_t source = intoSide == 1 ? two : one;
+    const std::wstring targetName =
+        intoSide == 1 ? m_comparison.Result().header1 : m_comparison.Result().header2;
+    SMergeOutcome outcome;
+    std::wstring error;
+    QApplication::setOverrideCursor(Qt::WaitCursor);
+    const bool merged = CStandardMerge(m_core.projects)
+                            .Merge(source, target, {ids, false, {}, false}, outcome, error);
+    QApplication::restoreOverrideCursor();
+    if (!merged) {
+        m_core.prompter.Show(
+            fmt::format(L"Error copying values to standard '{}'.\n\n{}", targetName, error),
+            EPromptIcon::Stop);
+        return;
+    }
+    if (!outcome.applied.empty()) {
+        SetUndo(outcome.undo);
+        emit StandardChanged(target);
+    }
+    Rebuild();
+    TellFailures(outcome, targetName);
+}
+
+QString CCompareSettingsFormView::UndoText() const {
+    return CanUndo() ? tr("&Undo Copy to '%1'").arg(Q(m_undo.targetName)) : tr("&Undo");
+}
+
+void CCompareSettingsFormView::Undo() {
+    if (!CanUndo())
+        return;
+    const SMergePlan undo = std::exchange(m_undo, SMergePlan{});
+    QApplication::setOverrideCursor(Qt::WaitCursor);
+    const SMergeOutcome outcome = CStandardMerge(m_core.projects).Apply(undo);
+    QApplication::restoreOverrideCursor();
+    emit UndoChanged();
+    emit StandardChanged(undo.targetId);
+    Rebuild();
+    TellFailures(outcome, undo.targetName);
+}
+
+void CCompareSettingsFormView::SetUndo(SMergePlan undo) {
+    m_undo = std::move(undo);
+    emit UndoChanged();
+}
+
+void CCompareSettingsFormView::TellFailures(const SMergeOutcome& outcome,
+                                            const std::wstring& target) {
+    if (outcome.Ok())
+        return;
+    std::wstring text = fmt::format(L"Some values could not be written to standard '{}'.", target);
+    for (const auto& failure : outcome.failed)
+        text += fmt::format(L"\n\n{} ({}): {}", failure.change.label, failure.change.id,
+                            failure.reason);
+    m_core.prompter.Show(text, EPromptIcon::Exclamation);
 }
 
 void CCompareSettingsFormView::ShowRows() {

@@ -5,6 +5,7 @@
 
 #include "app/StandardsCore.h"
 #include "editors/StandardComparison.h"
+#include "editors/StandardMerge.h"
 #include "gui/PageHost.h"
 
 #include <QCheckBox>
@@ -12,6 +13,7 @@
 #include <QPushButton>
 #include <QSplitter>
 #include <QTableWidget>
+#include <QToolBar>
 #include <QTreeWidget>
 
 class CCompareProjectsFormView : public QWidget {
@@ -54,6 +56,24 @@ public:
     // the two standards share the rest.
     void FitColumns();
 
+    // "Copy to <standard 1>" and "Copy to <standard 2>": the values of the
+    // chosen rows (a heading stands for the rows under it) from the other
+    // standard, in the toolbar and the grid's pop-up.
+    QAction* CopyToLeft() const { return m_copyToLeft; }
+    QAction* CopyToRight() const { return m_copyToRight; }
+    // Copies the chosen rows into standard 1 (`intoSide` 1) or 2 and
+    // compares again; what could not be copied is told.
+    void CopySelected(int intoSide);
+    // Edit > Undo: puts back what the last copy overwrote.
+    bool CanUndo() const { return !m_undo.changes.empty(); }
+    QString UndoText() const;
+    void Undo();
+
+signals:
+    // A copy or its undo changed a standard's files.
+    void StandardChanged(std::int32_t id);
+    void UndoChanged();
+
 protected:
     void resizeEvent(QResizeEvent* event) override;
     void changeEvent(QEvent* event) override;
@@ -64,6 +84,13 @@ private:
     // Hides the equal values while only the differences are wanted.
     void ShowRows();
     void SaveReport();
+    // The copy buttons follow the chosen rows and the standards' names.
+    void UpdateCopyActions();
+    // The ids of the chosen rows, in the grid's order.
+    std::vector<std::wstring> SelectedRowIds() const;
+    // Tells what a copy or an undo could not write.
+    void TellFailures(const SMergeOutcome& outcome, const std::wstring& target);
+    void SetUndo(SMergePlan undo);
     CStandardsCore& m_core;
     IPageHost& m_host;
     CVX2D_StandardComparison m_comparison;
@@ -75,6 +102,10 @@ private:
     QLabel* m_count;
     QPushButton* m_help;
     QPushButton* m_report;
+    QToolBar* m_tools;
+    QAction* m_copyToLeft;
+    QAction* m_copyToRight;
+    SMergePlan m_undo;
 };
 
 class CCompareWindow : public QSplitter {

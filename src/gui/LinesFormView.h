@@ -18,6 +18,11 @@ public:
     // The line of the current row; 0 when none is chosen.
     std::int32_t CurrentLine() const;
     void SelectLine(std::int32_t lineId);
+    // Lines made or deleted elsewhere (a merge) show at once.
+    void FilesChanged() override {
+        if (m_editor.Revert())
+            Fill(CurrentLine());
+    }
 
 private:
     void Fill(std::int32_t select = 0);

@@ -38,7 +38,10 @@ CMainFrame::CMainFrame(CStandardsCore& core, IFileDialogs& dialogs, QWidget* par
     m_documents->setTabsClosable(true);
     m_documents->setDocumentMode(true);
     setCentralWidget(m_documents);
-    connect(m_documents, &QMdiArea::subWindowActivated, this, [this] { UpdateTitle(); });
+    connect(m_documents, &QMdiArea::subWindowActivated, this, [this] {
+        UpdateTitle();
+        UpdateUndo();
+    });
 
     m_panel = new CNavigatorDlg(m_navigator, this);
     auto* dock = new QDockWidget(tr("Navigator"), this);
@@ -146,6 +149,18 @@ void CMainFrame::CreateMenus() {
     QAction* quit = file->addAction(tr("&Quit"), QKeySequence::Quit, this, &QWidget::close);
     quit->setObjectName(QStringLiteral("quitAction"));
     quit->setMenuRole(QAction::QuitRole);
+
+    QMenu* edit = menuBar()->addMenu(tr("&Edit"));
+    m_undo = edit->addAction(QIcon::fromTheme(QStringLiteral("edit-undo")), tr("&Undo"),
+                             QKeySequence::Undo, this, [this] {
+                                 QMdiSubWindow* window = m_documents->activeSubWindow();
+                                 if (auto* comparison =
+                                         window ? qobject_cast<CCompareWindow*>(window->widget())
+                                                : nullptr)
+                                     comparison->Result()->Undo();
+                             });
+    m_undo->setObjectName(QStringLiteral("undoAction"));
+    m_undo->setEnabled(false);
 
     QMenu* client = menuBar()->addMenu(tr("&Client"));
     client->addAction(Action(eCmdNewClient));
@@ -330,10 +345,37 @@ void CMainFrame::OpenStandard(std::int32_t standardId) {
 
 void CMainFrame::OpenComparison(std::int32_t standardId) {
     auto* comparison = new CCompareWindow(m_core, *this, standardId);
+    connect(comparison->Result(), &CCompareSettingsFormView::UndoChanged, this,
+            &CMainFrame::UpdateUndo);
+    connect(comparison->Result(), &CCompareSettingsFormView::StandardChanged, this,
+            [this, comparison](std::int32_t id) { StandardFilesChanged(id, comparison); });
     QMdiSubWindow* window = m_documents->addSubWindow(comparison);
     window->setAttribute(Qt::WA_DeleteOnClose);
     window->setWindowIcon(Action(eCmdCompareStandards)->icon());
     window->showMaximized();
+}
+
+void CMainFrame::StandardFilesChanged(std::int32_t standardId, const QWidget* changer) {
+    for (QMdiSubWindow* window : m_documents->subWindowList()) {
+        if (window->widget() == changer)
+            continue;
+        if (auto* document = qobject_cast<CStandardDocument*>(window->widget());
+            document && document->StandardId() == standardId)
+            document->FilesChanged();
+        if (auto* comparison = qobject_cast<CCompareWindow*>(window->widget())) {
+            CVX2D_StandardComparison& shown = comparison->Result()->Comparison();
+            if (shown.GetStandard1() == standardId || shown.GetStandard2() == standardId)
+                comparison->Result()->Rebuild();
+        }
+    }
+}
+
+void CMainFrame::UpdateUndo() {
+    QMdiSubWindow* window = m_documents->activeSubWindow();
+    const auto* comparison = window ? qobject_cast<CCompareWindow*>(window->widget()) : nullptr;
+    const bool can = comparison && comparison->Result()->CanUndo();
+    m_undo->setEnabled(can);
+    m_undo->setText(can ? comparison->Result()->UndoText() : tr("&Undo"));
 }
 
 void CMainFrame::ShowHelp(const std::wstring& topic) {

@@ -46,6 +46,11 @@ public:
     // Opens (or brings forward) the window of a standard.
     void OpenStandard(std::int32_t standardId);
     void OpenComparison(std::int32_t standardId);
+    // A standard's files were changed by another window (a copy from a
+    // comparison, a push from a page): its window and comparisons show them.
+    void StandardFilesChanged(std::int32_t standardId, const QWidget* changer = nullptr);
+    // Edit > Undo: the active comparison's last copy.
+    QAction* UndoAction() const { return m_undo; }
     // "Help..." of a view: opens its topic or says the help is missing.
     void ShowHelp(const std::wstring& topic) override;
     // What opens help pages and reports (the desktop's default program unless
@@ -68,6 +73,8 @@ private:
     void CreateMenus();
     void ShowPopup(const QPoint& globalPos);
     void UpdateTitle();
+    // Edit > Undo follows the active window.
+    void UpdateUndo();
     // The open standards' windows follow renames and purges.
     void SyncDocuments();
     // The status bar: how many standards, which datafiles folder.
@@ -85,6 +92,7 @@ private:
     QMdiArea* m_documents = nullptr;
     std::map<ENavCommand, QAction*> m_actions;
     QAction* m_showDeleted = nullptr;
+    QAction* m_undo = nullptr;
     QLabel* m_status = nullptr;
     QLabel* m_folder = nullptr;
     QLabel* m_result = nullptr;

@@ -5,6 +5,11 @@
 CPageView::CPageView(CStandardsCore& core, IPageHost& host, QWidget* parent)
     : QWidget(parent), m_core(core), m_host(host) {}
 
+void CPageView::FilesChanged() {
+    if (m_editor && m_editor->Revert())
+        Refresh();
+}
+
 bool CPageView::CanClose() {
     if (!m_editor)
         return true;

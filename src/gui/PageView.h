@@ -26,6 +26,9 @@ public:
     // The window is closing: a modified page asks whether to save (Yes saves,
     // No discards). False keeps the window open, with the changes.
     virtual bool CanClose();
+    // The standard's files changed behind the page: an unmodified page shows
+    // them afresh.
+    virtual void FilesChanged();
 
 signals:
     // The user changed something on the page.

@@ -153,3 +153,8 @@ void CStandardDocument::closeEvent(QCloseEvent* event) {
     }
     event->accept();
 }
+
+void CStandardDocument::FilesChanged() {
+    for (const auto& [item, page] : m_made)
+        page->FilesChanged();
+}

@@ -36,6 +36,9 @@ public:
     // The page shown for a tree item, made when first chosen.
     CPageView* ShowPage(QTreeWidgetItem* item);
     CPageView* CurrentPage() const { return qobject_cast<CPageView*>(m_view->currentWidget()); }
+    // The standard's files changed behind the window: every page made so far
+    // that holds no changes shows them afresh.
+    void FilesChanged();
 
 protected:
     // Every page made so far answers the close question, in the tree's order;

@@ -162,6 +162,68 @@ private slots:
             QVERIFY(!grid->isRowHidden(row));
     }
 
+    void copiedRowsReachTheOtherStandardAndUndoPutsThemBack() {
+        test::WriteBytes(world->StandardFile(2, L"PID.ini"),
+                         "[Settings]\r\nVariable 145 = 3.5\r\n");
+        test::WriteBytes(world->StandardFile(2, L"Lines.ini"),
+                         "[LineList]\r\nVX2D_LINE_1 = 100-A\r\n");
+        // Plant's P&ID page is open meanwhile and follows what is copied.
+        auto* page = qobject_cast<CSettingsFormView*>(OpenStandardPage(
+            *frame, {QStringLiteral("Plant")},
+            {QStringLiteral("P&ID Settings"), QStringLiteral("General Drawing Parameters")}));
+        QVERIFY(page);
+        auto textHeight = [page] {
+            for (const auto& row : page->Editor().Rows()) {
+                if (row.variableId == 145)
+                    return row.text;
+            }
+            return std::wstring();
+        };
+        QCOMPARE(textHeight(), std::wstring(L"3.5"));
+
+        CCompareWindow* window = Compare(QStringLiteral("Pipe"), 2);
+        QVERIFY(window);
+        CCompareSettingsFormView* result = window->Result();
+        QTableWidget* grid = result->Grid();
+        window->findChild<QCheckBox*>(QStringLiteral("differencesOnly"))->click();
+        QVERIFY(!result->CopyToRight()->isEnabled()); // nothing chosen yet
+        auto rowOf = [grid](const QString& label) {
+            for (int row = 0; row < grid->rowCount(); ++row) {
+                if (!grid->isRowHidden(row) && grid->item(row, 0)->text().startsWith(label))
+                    return row;
+            }
+            return -1;
+        };
+        grid->selectRow(rowOf(QStringLiteral("Text Height")));
+        QVERIFY(result->CopyToRight()->isEnabled());
+        QCOMPARE(result->CopyToRight()->text(), QStringLiteral("Copy to 'Plant'"));
+        QCOMPARE(result->CopyToLeft()->text(), QStringLiteral("Copy to 'Pipe'"));
+        QVERIFY(!frame->UndoAction()->isEnabled());
+
+        result->CopyToRight()->trigger();
+        QVERIFY(test::ReadBytes(world->StandardFile(2, L"PID.ini")).find("Variable 145 = 2.5") !=
+                std::string::npos);
+        QCOMPARE(VisibleValueRows(grid), QStringList{QStringLiteral("100-A |  | checked")});
+        QCOMPARE(textHeight(), std::wstring(L"2.5"));
+        QVERIFY(frame->UndoAction()->isEnabled());
+        QCOMPARE(frame->UndoAction()->text(), QStringLiteral("&Undo Copy to 'Plant'"));
+
+        frame->UndoAction()->trigger();
+        QCOMPARE(textHeight(), std::wstring(L"3.5"));
+        QCOMPARE(VisibleValueRows(grid), (QStringList{QStringLiteral("100-A |  | checked"),
+                                                      QStringLiteral("Text Height | 2.5 | 3.5")}));
+        QVERIFY(!frame->UndoAction()->isEnabled());
+
+        // A section heading stands for its rows: Plant's line comes to Pipe.
+        grid->clearSelection();
+        grid->selectRow(rowOf(QStringLiteral("Lines")));
+        result->CopyToLeft()->trigger();
+        QVERIFY(test::ReadBytes(world->StandardFile(1, L"Lines.ini")).find("= 100-A") !=
+                std::string::npos);
+        QCOMPARE(VisibleValueRows(grid), QStringList{QStringLiteral("Text Height | 2.5 | 3.5")});
+        QVERIFY(world->prompter.asked.empty());
+    }
+
     void headingsLabelsAndLongValuesFitOrSayThemselves() {
         const QString longPath =
             QStringLiteral("/srv/projects/northwind/refinery/area-200/isometric/") +
