@@ -117,6 +117,9 @@ private:
     const CVX2D_ProjectRegistry& m_registry;
 };
 
+// The help topic of "Apply to Other Standards...".
+inline constexpr const wchar_t* kPushHelpTopic = L"::/Apply_To_Other_Standards.htm";
+
 // One target of a push and what became of it.
 struct SPushResult {
     std::int32_t id = 0;

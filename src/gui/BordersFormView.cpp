@@ -1,5 +1,7 @@
 #include "gui/BordersFormView.h"
 
+#include "editors/StandardMerge.h"
+
 #include "gui/Grid.h"
 #include "gui/QtText.h"
 
@@ -36,7 +38,25 @@ CBordersFormView::CBordersFormView(CStandardsCore& core, IPageHost& host, std::i
     m_folder->setTextInteractionFlags(Qt::TextSelectableByMouse);
     m_header->setText(tr("Border Settings"));
 
-    LayOutGrid(m_grid, MakeButtons({MakeRestoreButton()}), nullptr, m_folder);
+    // A sheet's limits are one value of the comparison; the sheets of the
+    // other units than the standard's are not compared and not offered.
+    QPushButton* push =
+        MakePushButton([this](std::vector<std::wstring>& all, std::vector<std::wstring>& chosen) {
+            static const wchar_t* const kIds[] = {L"border", L"limits", L"limits", L"revision"};
+            const auto& rows = m_editor.Rows();
+            for (const auto& row : rows) {
+                for (const wchar_t* id : {kIds[0], kIds[1], kIds[3]})
+                    all.push_back(BorderRowId(row.size, id));
+            }
+            for (const QModelIndex& cell : ChosenCells(m_grid)) {
+                const int column = cell.column() - 1;
+                if (static_cast<std::size_t>(cell.row()) < rows.size() && column >= 0 &&
+                    column < kBorderColumnCount)
+                    chosen.push_back(
+                        BorderRowId(rows[static_cast<std::size_t>(cell.row())].size, kIds[column]));
+            }
+        });
+    LayOutGrid(m_grid, MakeButtons({MakeRestoreButton(), push}), nullptr, m_folder);
 
     connect(m_grid, &QTableWidget::itemChanged, this, [this](QTableWidgetItem* item) {
         const int column = item->column() - 1;

@@ -1,5 +1,7 @@
 #include "gui/GeneralSettingsFormView.h"
 
+#include "editors/StandardMerge.h"
+
 #include "gui/QtText.h"
 
 #include <QComboBox>
@@ -63,7 +65,21 @@ CGeneralSettingsFormView::CGeneralSettingsFormView(CStandardsCore& core, IPageHo
     }
 
     m_header->setText(tr("General Settings"));
-    LayOutForm(form);
+    // The three lists; the one being changed comes ticked.
+    QPushButton* push =
+        MakePushButton([this](std::vector<std::wstring>& all, std::vector<std::wstring>& chosen) {
+            const std::pair<EGeneralField, const wchar_t*> ids[] = {
+                {EGeneralField::WorkingUnits, L"WorkingUnits"},
+                {EGeneralField::DisplayedUnits, L"DisplayedUnits"},
+                {EGeneralField::RatingFormat, L"RatingFormat"}};
+            for (const auto& [field, id] : ids) {
+                all.push_back(GeneralRowId(id));
+                const QWidget* widget = findChild<QWidget*>(FieldName(field));
+                if (widget && widget->hasFocus())
+                    chosen.push_back(GeneralRowId(id));
+            }
+        });
+    LayOutForm(form, {push});
     Refresh();
 }
 

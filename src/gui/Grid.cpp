@@ -23,6 +23,16 @@ void SetUpGrid(QTableWidget* grid, const QStringList& headers,
     }
 }
 
+QModelIndexList ChosenCells(const QAbstractItemView* grid) {
+    QModelIndexList cells = grid->selectionModel()->selectedIndexes();
+    if (grid->currentIndex().isValid() && !cells.contains(grid->currentIndex()))
+        cells << grid->currentIndex();
+    std::sort(cells.begin(), cells.end(), [](const QModelIndex& a, const QModelIndex& b) {
+        return a.row() != b.row() ? a.row() < b.row() : a.column() < b.column();
+    });
+    return cells;
+}
+
 QTableWidgetItem* ReadOnlyItem(const QString& text) {
     auto* item = new QTableWidgetItem(text);
     item->setFlags(Qt::ItemIsEnabled | Qt::ItemIsSelectable);

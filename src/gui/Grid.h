@@ -24,6 +24,10 @@ void SetUpGrid(QTableWidget* grid, const QStringList& headers,
 QTableWidgetItem* ReadOnlyItem(const QString& text);
 QTableWidgetItem* NumberItem(int number);
 
+// The chosen cells of a grid and its current cell, each once, in row and
+// column order: what a command on "the chosen values" takes.
+QModelIndexList ChosenCells(const QAbstractItemView* grid);
+
 // Greys and slants a row's cells of `grid` (in its font and palette), still
 // readable; `toolTip` says why.
 void GreyOut(const QTableWidget* grid, std::initializer_list<QTableWidgetItem*> items,

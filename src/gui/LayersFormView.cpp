@@ -1,5 +1,7 @@
 #include "gui/LayersFormView.h"
 
+#include "editors/StandardMerge.h"
+
 #include "gui/Grid.h"
 #include "gui/QtText.h"
 
@@ -155,7 +157,18 @@ CLayersFormView::CLayersFormView(CStandardsCore& core, IPageHost& host, std::int
     // Names take the spare width; the drop-downs keep a readable size.
     m_grid->horizontalHeader()->setSectionResizeMode(static_cast<int>(ELayerColumn::Name),
                                                      QHeaderView::Stretch);
-    LayOutGrid(m_grid, MakeButtons({m_restore}));
+    QPushButton* push =
+        MakePushButton([this](std::vector<std::wstring>& all, std::vector<std::wstring>& chosen) {
+            const auto& rows = m_editor.Rows();
+            for (const auto& row : rows)
+                all.push_back(LayerRowId(m_editor.Application(), row.key));
+            for (const QModelIndex& cell : ChosenCells(m_grid)) {
+                if (static_cast<std::size_t>(cell.row()) < rows.size())
+                    chosen.push_back(LayerRowId(m_editor.Application(),
+                                                rows[static_cast<std::size_t>(cell.row())].key));
+            }
+        });
+    LayOutGrid(m_grid, MakeButtons({m_restore, push}));
 
     connect(m_grid, &QTableWidget::itemChanged, this, [this](QTableWidgetItem* item) {
         if (!m_filling && item->column() == static_cast<int>(ELayerColumn::Name))

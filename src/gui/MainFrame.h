@@ -48,7 +48,7 @@ public:
     void OpenComparison(std::int32_t standardId);
     // A standard's files were changed by another window (a copy from a
     // comparison, a push from a page): its window and comparisons show them.
-    void StandardFilesChanged(std::int32_t standardId, const QWidget* changer = nullptr);
+    void StandardFilesChanged(std::int32_t standardId, const QWidget* changer) override;
     // Edit > Undo: the active comparison's last copy.
     QAction* UndoAction() const { return m_undo; }
     // "Help..." of a view: opens its topic or says the help is missing.

@@ -1,6 +1,7 @@
 #include "gui/PageView.h"
 
 #include "datafile/DatafileProblem.h"
+#include "gui/PushDialog.h"
 
 CPageView::CPageView(CStandardsCore& core, IPageHost& host, QWidget* parent)
     : QWidget(parent), m_core(core), m_host(host) {}
@@ -35,6 +36,40 @@ QPushButton* CPageView::MakeRestoreButton(std::function<void()> restore) {
         restore();
         Refresh();
         Edited();
+    });
+    return button;
+}
+
+QPushButton* CPageView::MakePushButton(CRowChoice rows) {
+    auto* button = new QPushButton(tr("Apply to &Other Standards..."), this);
+    button->setObjectName(QStringLiteral("pushButton"));
+    button->setToolTip(tr("Set values of this page in other standards"));
+    connect(button, &QPushButton::clicked, this, [this, rows = std::move(rows)] {
+        if (!m_editor)
+            return;
+        // Before a save shows the rows afresh and forgets what was chosen.
+        std::vector<std::wstring> all, chosen;
+        rows(all, chosen);
+        if (m_editor->ApplyEnabled()) {
+            // The other standards get what the files hold.
+            const SPrompt question{
+                L"This page has changes that are not saved.\n\nSave them before they are "
+                L"applied to other standards?",
+                L"", EPromptButtons::YesNoCancel, EPromptIcon::Question, EPromptAnswer::Yes};
+            const EPromptAnswer answer = m_core.prompter.Ask(question);
+            if (answer == EPromptAnswer::Cancel)
+                return;
+            if (answer == EPromptAnswer::Yes) {
+                ClearDatafileProblem();
+                const bool saved = m_editor->Apply();
+                Refresh();
+                UpdateApply();
+                if (!saved)
+                    return;
+            }
+        }
+        CPushDialog dialog(m_core, m_host, m_editor->ProjectId(), all, chosen, this);
+        dialog.exec();
     });
     return button;
 }

@@ -17,6 +17,8 @@
 #include <QVBoxLayout>
 #include <QWidget>
 #include <functional>
+#include <string>
+#include <vector>
 
 class CPageView : public QWidget {
     Q_OBJECT
@@ -46,6 +48,12 @@ protected:
     // The row under the page: `left`, a gap, `right`, then "Apply" (on a page
     // with an editor) and "Help...".
     QHBoxLayout* MakeButtons(const QList<QWidget*>& left = {}, const QList<QWidget*>& right = {});
+    // "Apply to Other Standards...": `rows` gives the comparison row ids of
+    // the page's values and those chosen on it. A modified page is saved
+    // first, when the user agrees.
+    using CRowChoice =
+        std::function<void(std::vector<std::wstring>& all, std::vector<std::wstring>& chosen)>;
+    QPushButton* MakePushButton(CRowChoice rows);
     // The topic "Help..." opens.
     virtual std::wstring HelpTopic() const { return {}; }
     // Shows the editor's rows again: after Apply, after the question on
@@ -89,13 +97,13 @@ protected:
     }
 
     // The header, the fields at their natural height, then the buttons.
-    void LayOutForm(QLayout* fields) {
+    void LayOutForm(QLayout* fields, const QList<QWidget*>& left = {}) {
         auto* layout = new QVBoxLayout(this);
         layout->addWidget(m_header);
         layout->addSpacing(8);
         layout->addLayout(fields);
         layout->addStretch(1);
-        layout->addLayout(MakeButtons());
+        layout->addLayout(MakeButtons(left));
     }
     // The header, `above`, the grid taking the spare height, `below`, then
     // the buttons.

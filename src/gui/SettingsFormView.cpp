@@ -1,5 +1,7 @@
 #include "gui/SettingsFormView.h"
 
+#include "editors/StandardMerge.h"
+
 #include "gui/QtText.h"
 
 #include <QApplication>
@@ -282,7 +284,20 @@ CSettingsFormView::CSettingsFormView(CStandardsCore& core, IPageHost& host, std:
                                      int application, int section, QWidget* parent)
     : CEditorPageView(core, host, parent, QStringLiteral("settingsFormView")),
       m_grid(new CSettingsGridCtrl(this)), m_restore(MakeRestoreButton()) {
-    LayOutGrid(m_grid, MakeButtons({m_restore}));
+    QPushButton* push =
+        MakePushButton([this](std::vector<std::wstring>& all, std::vector<std::wstring>& chosen) {
+            const auto& rows = m_editor.Rows();
+            for (const auto& row : rows) {
+                if (!row.subHeading)
+                    all.push_back(SettingsRowId(m_editor.Application(), row.variableId));
+            }
+            for (const QModelIndex& cell : ChosenCells(m_grid)) {
+                const auto at = static_cast<std::size_t>(cell.row());
+                if (at < rows.size() && !rows[at].subHeading)
+                    chosen.push_back(SettingsRowId(m_editor.Application(), rows[at].variableId));
+            }
+        });
+    LayOutGrid(m_grid, MakeButtons({m_restore, push}));
     m_grid->setItemDelegate(new CSettingsCellDelegate(m_grid, [this](int row) { Pick(row); }));
 
     connect(m_grid, &QTableWidget::itemChanged, this, [this](QTableWidgetItem* item) {

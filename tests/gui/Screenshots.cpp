@@ -12,6 +12,7 @@
 #include "gui/MainFrame.h"
 #include "gui/NavigatorDlg.h"
 #include "gui/NewStandardWizard.h"
+#include "gui/PushDialog.h"
 #include "gui/QtPrompter.h"
 #include "gui/QtText.h"
 #include "gui/StandardDocument.h"
@@ -148,7 +149,14 @@ int main(int argc, char** argv) {
 
     {
         // The same comparison with only the settings the two do not share.
+        // A row chosen: the copy buttons name where its value would go.
         comparison->findChild<QCheckBox*>(QStringLiteral("differencesOnly"))->setChecked(true);
+        QTableWidget* compared = comparison->Result()->Grid();
+        for (int row = 0; row < compared->rowCount(); ++row) {
+            if (!compared->isRowHidden(row) &&
+                compared->item(row, 0)->text() == QStringLiteral("Text Height"))
+                compared->selectRow(row);
+        }
         Save(&frame, out, QStringLiteral("compare-differences-only.png"));
     }
 
@@ -165,6 +173,18 @@ int main(int argc, char** argv) {
     grid->setFocus();
     grid->setCurrentCell(3, 1);
     Save(&frame, out, QStringLiteral("settings-keyboard.png"));
+
+    {
+        // Apply to Other Standards: the text height for the other standards, previewed.
+        CPushDialog push(core, frame, 1,
+                         {SettingsRowId(2, 173), SettingsRowId(2, 145), SettingsRowId(2, 54)},
+                         {SettingsRowId(2, 145)}, &frame);
+        push.Tick(2);
+        push.Tick(3);
+        push.Preview();
+        push.show();
+        Save(&push, out, QStringLiteral("apply-to-other-standards.png"));
+    }
 
     {
         // A copy with its drawings under way: the whole screen, dialog and all.

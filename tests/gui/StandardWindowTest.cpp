@@ -3,12 +3,15 @@
 // close the tab or quit, answer the question, look at the files.
 #include "GuiSupport.h"
 
+#include "gui/PushDialog.h"
 #include "gui/QtText.h"
 
 #include <QComboBox>
 #include <QLineEdit>
 #include <QPushButton>
+#include <QScopeGuard>
 #include <QTableWidget>
+#include <QTimer>
 
 namespace fs = std::filesystem;
 
@@ -188,6 +191,65 @@ private slots:
         world->prompter.asked.clear();
         QVERIFY(Window()->close());
         QVERIFY(world->prompter.asked.empty());
+    }
+
+    // "Apply to Other Standards..." on a settings page: the unsaved edit is
+    // saved first, the client's box ticks its standards, the preview shows
+    // what would change, Apply changes it and the table says so.
+    void aPagesValuesGoToTheStandardsTicked() {
+        std::int32_t plant = 0, third = 0, client = 0;
+        std::wstring clientName;
+        QCOMPARE(world->core.projects.CreateProject({L"Plant", 0, 1, 0, false}, plant), eProjectOk);
+        QCOMPARE(world->core.projects.CreateProject({L"Third", 0, 1, 0, false}, third), eProjectOk);
+        QVERIFY(world->core.clients.CreateClient(client, clientName));
+        QVERIFY(world->core.clients.AddProjectToClient(client, plant));
+        QVERIFY(world->core.clients.AddProjectToClient(client, third));
+        frame = std::make_unique<CMainFrame>(world->core, world->dialogs);
+        frame->show();
+
+        const SPageKind& kind = kPages[3];
+        QWidget* view = OpenPage(kind);
+        QVERIFY(view);
+        kind.edit(view, {});
+        auto* grid = Find<QTableWidget>(view, "settingsGrid");
+        grid->setCurrentCell(3, 1);
+
+        bool seen = false;
+        QTimer::singleShot(0, this, [&] {
+            auto* dialog = qobject_cast<CPushDialog*>(QApplication::activeModalWidget());
+            QVERIFY(dialog);
+            // A failed check leaves the lambda: the dialog goes all the same.
+            const auto closing = qScopeGuard([dialog] { dialog->accept(); });
+            seen = true;
+            QCOMPARE(dialog->TickedRows(), std::vector<std::wstring>{L"PID/Settings/145"});
+            QVERIFY(!dialog->PreviewButton()->isEnabled());
+            // The client's box ticks both of its standards.
+            QTreeWidgetItem* clientItem = dialog->Standards()->topLevelItem(0);
+            QCOMPARE(clientItem->childCount(), 2);
+            clientItem->setCheckState(0, Qt::Checked);
+            QCOMPARE(dialog->TickedStandards(), (std::vector<std::int32_t>{plant, third}));
+            QVERIFY(!dialog->ApplyButton()->isEnabled()); // not before the preview
+            dialog->PreviewButton()->click();
+            QTableWidget* table = dialog->Outcome();
+            QCOMPARE(table->rowCount(), 2);
+            QCOMPARE(table->item(0, 0)->text(), QStringLiteral("Plant"));
+            QCOMPARE(table->item(0, 2)->text(), QStringLiteral("2.5"));
+            QCOMPARE(table->item(0, 3)->text(), QStringLiteral("3.5"));
+            QCOMPARE(table->item(1, 4)->text(), QStringLiteral("Will change"));
+            QVERIFY(test::ReadBytes(world->StandardFile(plant, L"PID.ini")).find("3.5") ==
+                    std::string::npos);
+            dialog->ApplyButton()->click();
+            QCOMPARE(table->item(0, 4)->text(), QStringLiteral("Changed"));
+            QCOMPARE(table->item(1, 4)->text(), QStringLiteral("Changed"));
+        });
+        world->prompter.answers = {EPromptAnswer::Yes}; // save the edit first
+        Find<QPushButton>(view, "pushButton")->click();
+        QVERIFY(seen);
+        QCOMPARE(world->prompter.asked.size(), std::size_t{1});
+        QVERIFY(Bytes(kind.file).find(kind.saved) != std::string::npos);
+        for (const std::int32_t id : {plant, third})
+            QVERIFY(test::ReadBytes(world->StandardFile(id, L"PID.ini")).find(kind.saved) !=
+                    std::string::npos);
     }
 };
 

@@ -16,6 +16,7 @@
 #include "editors/SettingsEditor.h"
 #include "editors/SpecsEditor.h"
 #include "editors/StandardComparison.h"
+#include "editors/StandardMerge.h"
 #include "platform/Utf8.h"
 #include "support/TestSupport.h"
 
@@ -141,6 +142,7 @@ protected:
             Add(fmt::format(L"layers {}", application), LayersHelpTopic(application));
         }
         Add(L"comparison", CVX2D_StandardComparison::kHelpTopic);
+        Add(L"apply to other standards", kPushHelpTopic);
     }
 
     std::vector<std::pair<std::string, std::wstring>> topics;
