@@ -55,22 +55,18 @@ bool IsRealNumber(std::wstring_view text) {
     if (!text.empty() && (text.front() == L'-' || text.front() == L'+'))
         text.remove_prefix(1);
     const auto exponent = text.find_first_of(L"eE");
-    if (exponent != std::wstring_view::npos) {
-        if (!IsWholeNumber(text.substr(exponent + 1)))
-            return false;
-        text = text.substr(0, exponent);
-    }
-    bool digit = false;
-    bool point = false;
-    for (const wchar_t c : text) {
-        if (c == L'.' && !point)
-            point = true;
-        else if (c >= L'0' && c <= L'9')
-            digit = true;
-        else
-            return false;
-    }
-    return digit;
+    if (exponent != std::wstring_view::npos && !IsWholeNumber(text.substr(exponent + 1)))
+        return false;
+    const std::wstring_view mantissa = text.substr(0, exponent);
+    const auto point = mantissa.find(L'.');
+    const std::wstring_view whole = mantissa.substr(0, point);
+    const std::wstring_view fraction =
+        point == std::wstring_view::npos ? std::wstring_view() : mantissa.substr(point + 1);
+    const auto digits = [](std::wstring_view part) {
+        return std::all_of(part.begin(), part.end(),
+                           [](wchar_t c) { return c >= L'0' && c <= L'9'; });
+    };
+    return digits(whole) && digits(fraction) && !(whole.empty() && fraction.empty());
 }
 
 std::wstring Quoted(const std::wstring& name) {
@@ -725,6 +721,50 @@ bool CDatafilesDoctor::Examine(std::vector<SDoctorFinding>& findings,
 bool CDatafilesDoctor::HasRepairs(const std::vector<SDoctorFinding>& findings) {
     return std::any_of(findings.begin(), findings.end(),
                        [](const auto& f) { return f.repair != EDoctorRepair::eNone; });
+}
+
+std::wstring CDatafilesDoctor::Summary(const std::vector<SDoctorFinding>& findings, bool complete) {
+    if (!complete)
+        return L"The check was stopped. Until then: " +
+               (findings.empty() ? std::wstring(L"no problems found.") : Summary(findings));
+    if (findings.empty())
+        return L"No problems found.";
+    const auto errors =
+        static_cast<std::size_t>(std::count_if(findings.begin(), findings.end(), [](const auto& f) {
+            return f.severity == EDoctorSeverity::eError;
+        }));
+    const std::size_t warnings = findings.size() - errors;
+    return fmt::format(L"{} {}, {} {}", errors, errors == 1 ? L"error" : L"errors", warnings,
+                       warnings == 1 ? L"warning" : L"warnings");
+}
+
+bool CDatafilesDoctor::AskAndRepair(IPrompter& prompter,
+                                    const std::vector<SDoctorFinding>& findings,
+                                    std::vector<SDoctorRepairStep>& done) {
+    done.clear();
+    const auto preview = Preview(findings);
+    if (preview.empty()) {
+        prompter.Show(L"None of these problems can be repaired here: each row says what to do.",
+                      EPromptIcon::Information, L"Repair");
+        return false;
+    }
+    std::wstring list;
+    for (const auto& step : preview)
+        list += L"\u2022 " + step.text + L"\n";
+    if (prompter.Ask({fmt::format(L"These repairs will be made:\n\n{}\nMake them?", list),
+                      L"Repair", EPromptButtons::YesNo, EPromptIcon::Question,
+                      EPromptAnswer::No}) != EPromptAnswer::Yes)
+        return false;
+    done = Repair(findings);
+    std::wstring missed;
+    for (const auto& step : done) {
+        if (!step.done)
+            missed += L"\u2022 " + step.text + L"\n";
+    }
+    if (!missed.empty())
+        prompter.Show(fmt::format(L"These repairs could not be made:\n\n{}", missed),
+                      EPromptIcon::Exclamation, L"Repair");
+    return true;
 }
 
 std::vector<SDoctorRepairStep>

@@ -7,6 +7,7 @@
 #include "store/Datafiles.h"
 #include "store/Progress.h"
 #include "store/ProjectRegistry.h"
+#include "store/Prompter.h"
 
 #include <cstdint>
 #include <string>
@@ -67,6 +68,8 @@ struct SDoctorRepairStep {
 
 class CDatafilesDoctor {
 public:
+    static constexpr const wchar_t* kHelpTopic = L"::/Check_Datafiles_Folder.htm";
+
     explicit CDatafilesDoctor(CVX2D_ProjectRegistry& projects)
         : m_projects(projects), m_datafiles(projects.Datafiles()) {}
 
@@ -82,8 +85,17 @@ public:
     // that someone locked meanwhile is left alone.
     std::vector<SDoctorRepairStep> Repair(const std::vector<SDoctorFinding>& findings);
 
+    // Lists the repairs of `findings` as they would be made now, asks
+    // whether to make them and, on a yes, makes them and tells which could
+    // not be made. False when nothing was made (nothing to repair, or no).
+    bool AskAndRepair(IPrompter& prompter, const std::vector<SDoctorFinding>& findings,
+                      std::vector<SDoctorRepairStep>& done);
+
     // Whether any finding has a repair.
     static bool HasRepairs(const std::vector<SDoctorFinding>& findings);
+    // "No problems found." or "2 errors, 1 warning"; for a check that was
+    // stopped, what it found until then.
+    static std::wstring Summary(const std::vector<SDoctorFinding>& findings, bool complete = true);
 
 private:
     std::vector<SDoctorRepairStep> Run(const std::vector<SDoctorFinding>& findings,

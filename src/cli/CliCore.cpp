@@ -438,6 +438,7 @@ void AddAllCommands(CLI::App& app, SCliContext& context) {
     cli::AddCompareCommands(app, context);
     cli::AddRestoreCommands(app, context);
     cli::AddReportCommands(app, context);
+    cli::AddDoctorCommands(app, context);
     cli::AddCompletionCommands(app, context);
     RequireNumericIds(app);
     cli::AddHelpFooters(app);

@@ -14,10 +14,13 @@
 #include <QLabel>
 #include <QMainWindow>
 #include <QMdiArea>
+#include <QPointer>
 #include <functional>
 #include <map>
 
+class CDoctorDlg;
 class CNavigatorDlg;
+struct SDoctorFinding;
 
 class CMainFrame : public QMainWindow, public INavigatorOwner, public IPageHost {
     Q_OBJECT
@@ -46,6 +49,11 @@ public:
     // Opens (or brings forward) the window of a standard.
     void OpenStandard(std::int32_t standardId);
     void OpenComparison(std::int32_t standardId);
+    // Tools > Check Datafiles Folder...: shows the check (made once, kept
+    // while open) and runs it again.
+    CDoctorDlg* CheckDatafilesFolder();
+    // Opens the standard a finding is about, at its page.
+    void OpenFinding(const SDoctorFinding& finding);
     // "Help..." of a view: opens its topic or says the help is missing.
     void ShowHelp(const std::wstring& topic) override;
     // What opens help pages and reports (the desktop's default program unless
@@ -89,6 +97,7 @@ private:
     QLabel* m_folder = nullptr;
     QLabel* m_result = nullptr;
     COpener m_opener;
+    QPointer<CDoctorDlg> m_doctor;
     QString m_nextFolder;
     bool m_layoutRestored = false;
 };

@@ -74,11 +74,11 @@ bool IsLockFileHeld(const std::filesystem::path& lockFile) {
     }
     // A shared lock is refused while anyone holds the exclusive one.
     OVERLAPPED overlapped{};
-    const bool free = ::LockFileEx(file, LOCKFILE_FAIL_IMMEDIATELY, 0, 1, 0, &overlapped);
-    if (free)
+    const bool unlocked = ::LockFileEx(file, LOCKFILE_FAIL_IMMEDIATELY, 0, 1, 0, &overlapped);
+    if (unlocked)
         ::UnlockFileEx(file, 0, 1, 0, &overlapped);
     ::CloseHandle(file);
-    return !free;
+    return !unlocked;
 }
 
 void UnlockFile(const std::filesystem::path&, SLockHandle& handle) {

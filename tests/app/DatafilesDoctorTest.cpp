@@ -191,7 +191,7 @@ TEST(DatafilesDoctorTest, FindsEachKindWithItsPlaceAndAdvice) {
         SWorld world;
         c.damage(world);
         const auto findings = world.Examine();
-        ASSERT_EQ(findings.size(), c.expected.size());
+        ASSERT_EQ(findings.size(), c.expected.size()) << Text(CDatafilesDoctor::Summary(findings));
         for (std::size_t i = 0; i < findings.size(); ++i) {
             const SDoctorFinding& f = findings[i];
             const SExpected& e = c.expected[i];
@@ -242,6 +242,9 @@ TEST(DatafilesDoctorTest, AHealthyFolderGivesNothingAndEachRegistryIsReadOnce) {
         CDatafilesDoctor(world.registry)
             .Examine(partial, [](std::size_t, std::size_t, const std::wstring&) { return false; }))
         << "a stop from the progress is obeyed";
+    EXPECT_EQ(CDatafilesDoctor::Summary(findings), L"No problems found.");
+    EXPECT_EQ(CDatafilesDoctor::Summary(partial, false),
+              L"The check was stopped. Until then: no problems found.");
 }
 
 std::vector<std::string> Texts(const std::vector<SDoctorRepairStep>& steps) {
@@ -291,6 +294,35 @@ TEST(DatafilesDoctorTest, RepairsDoWhatThePreviewSaidAndNothingElse) {
     const auto after = world.Examine();
     ASSERT_EQ(after.size(), 1u) << "only what has no repair is left";
     EXPECT_EQ(after[0].kind, L"template-missing");
+}
+
+TEST(DatafilesDoctorTest, TheDesktopsRepairAsksWithThePreviewFirst) {
+    SWorld world;
+    WriteBytes(world.Folder() / "Layers.ini.lock", "");
+    fs::remove_all(world.Root() / "Template" / "Metric");
+    CDatafilesDoctor doctor(world.registry);
+    std::vector<SDoctorRepairStep> done;
+
+    world.prompter.answers = {EPromptAnswer::No};
+    EXPECT_FALSE(doctor.AskAndRepair(world.prompter, world.Examine(), done));
+    ASSERT_EQ(world.prompter.asked.size(), 1u);
+    EXPECT_EQ(world.prompter.asked[0].text,
+              N(L"These repairs will be made:\n\n\u2022 Remove Projects/VX2D_PRJ_1 - "
+                L"Pipe/Layers.ini.lock\n\nMake them?"));
+    EXPECT_EQ(world.prompter.asked[0].defaultAnswer, EPromptAnswer::No);
+    EXPECT_TRUE(fs::exists(world.Folder() / "Layers.ini.lock")) << "repaired after a no";
+
+    world.prompter.answers = {EPromptAnswer::Yes};
+    EXPECT_TRUE(doctor.AskAndRepair(world.prompter, world.Examine(), done));
+    ASSERT_EQ(done.size(), 1u);
+    EXPECT_TRUE(done[0].done);
+    EXPECT_FALSE(fs::exists(world.Folder() / "Layers.ini.lock"));
+    EXPECT_EQ(world.prompter.asked.size(), 2u) << "told something after a full repair";
+
+    // What is left has no repair: the user is told so, nothing is asked.
+    EXPECT_FALSE(doctor.AskAndRepair(world.prompter, world.Examine(), done));
+    ASSERT_EQ(world.prompter.asked.size(), 3u);
+    EXPECT_EQ(world.prompter.asked[2].buttons, EPromptButtons::Ok);
 }
 
 #ifndef _WIN32

@@ -1,12 +1,14 @@
 // Takes the screenshots a reviewer looks at: the main window, an open
 // settings page, each page of a standard, the question on closing a modified
-// one, the comparison (whole and differences only) and the drawings list, on
+// one, the comparison (whole and differences only), the drawings list and
+// the check of the datafiles folder, on
 // a seeded datafiles folder; with --dark, under a dark palette. Run by
 // tests/gui/screenshots.sh under Xvfb.
 #include "gui/BackgroundWork.h"
 #include "gui/CompareWindow.h"
 #include "gui/DatafilesChooser.h"
 #include "gui/Desktop.h"
+#include "gui/DoctorDlg.h"
 #include "gui/DrawingsFormView.h"
 #include "gui/FileDialogs.h"
 #include "gui/MainFrame.h"
@@ -29,6 +31,7 @@
 #include <QThread>
 #include <QTimer>
 #include <atomic>
+#include <fstream>
 
 namespace {
 
@@ -182,6 +185,21 @@ int main(int argc, char** argv) {
                               QThread::msleep(20);
                           }
                       });
+    }
+
+    {
+        // The check of the whole folder, with a few problems put in: a bad
+        // layer and setting of "Tank Farm" and a lock file nobody holds.
+        CBackgroundWork::showAfterMs = 400;
+        const std::filesystem::path root = core.datafiles.Root();
+        const std::filesystem::path tank = root / "Projects" / "VX2D_PRJ_3 - Tank Farm";
+        std::ofstream(tank / "Layers.ini", std::ios::binary)
+            << "[PID - Linetypes]\r\n014 = WAVY\r\n[PID - LineWeights]\r\n016 = 7\r\n";
+        std::ofstream(tank / "PID.ini", std::ios::binary) << "[Settings]\r\nVariable 145 = 2,5\r\n";
+        std::ofstream(root / "ClientDatafile.ini.lock", std::ios::binary) << "";
+        CDoctorDlg* doctor = frame.CheckDatafilesFolder();
+        doctor->Table()->selectRow(0);
+        Save(doctor, out, QStringLiteral("check-datafiles-folder.png"));
     }
     return 0;
 }

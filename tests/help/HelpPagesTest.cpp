@@ -3,6 +3,7 @@
 // exist, the index reaches every page, and the pages made from the settings
 // catalogues and layer sets are the ones committed.
 #include "HelpPages.h"
+#include "app/DatafilesDoctor.h"
 #include "app/Environment.h"
 #include "contents/ProjectLayers.h"
 #include "contents/SettingsCatalogue.h"
@@ -141,6 +142,7 @@ protected:
             Add(fmt::format(L"layers {}", application), LayersHelpTopic(application));
         }
         Add(L"comparison", CVX2D_StandardComparison::kHelpTopic);
+        Add(L"datafiles check", CDatafilesDoctor::kHelpTopic);
     }
 
     std::vector<std::pair<std::string, std::wstring>> topics;
