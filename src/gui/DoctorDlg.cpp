@@ -23,11 +23,13 @@ CDoctorDlg::CDoctorDlg(CStandardsCore& core, IPageHost& host, COpenFinding open,
       m_table(new QTableWidget(0, eColumns, this)) {
     setObjectName(QStringLiteral("doctorDialog"));
     setWindowTitle(tr("Check Datafiles Folder"));
-    resize(980, 520);
+    resize(1100, 560);
 
     m_summary->setObjectName(QStringLiteral("summary"));
     m_summary->setTextInteractionFlags(Qt::TextSelectableByMouse);
-    auto* folder = new QLabel(Q(core.installation.DatafilesPath()), this);
+    auto* folder =
+        new QLabel(tr("Datafiles folder: %1").arg(Q(core.installation.DatafilesPath())), this);
+    folder->setTextFormat(Qt::PlainText);
     folder->setTextInteractionFlags(Qt::TextSelectableByMouse);
     m_filter->setObjectName(QStringLiteral("severityFilter"));
     m_filter->addItems({tr("All problems"), tr("Errors"), tr("Warnings")});
@@ -42,10 +44,13 @@ CDoctorDlg::CDoctorDlg(CStandardsCore& core, IPageHost& host, COpenFinding open,
     m_table->setEditTriggers(QAbstractItemView::NoEditTriggers);
     m_table->setWordWrap(true);
     m_table->verticalHeader()->hide();
-    m_table->horizontalHeader()->setStretchLastSection(true);
-    for (const auto& [column, width] :
-         {std::pair{eSeverity, 90}, {eKind, 150}, {eStandard, 150}, {eFile, 170}, {eMessage, 260}})
+    const std::pair<int, int> widths[] = {
+        {eSeverity, 90}, {eKind, 150}, {eStandard, 150}, {eFile, 170}};
+    for (const auto& [column, width] : widths)
         m_table->setColumnWidth(column, width);
+    // The two texts share what is left.
+    m_table->horizontalHeader()->setSectionResizeMode(eMessage, QHeaderView::Stretch);
+    m_table->horizontalHeader()->setSectionResizeMode(eTodo, QHeaderView::Stretch);
     // The column widths the user gave them last time.
     const QString columnsKey = QStringLiteral("doctor/columns");
     if (const QByteArray state = layout::Value(columnsKey); !state.isEmpty())

@@ -84,7 +84,7 @@ private slots:
         QVERIFY(dialog);
         auto* open = dialog->findChild<QPushButton*>(QStringLiteral("openButton"));
         dialog->Table()->selectRow(RowOf(dialog, QStringLiteral("entry-without-folder")));
-        QVERIFY(!open->isEnabled()) << "a standard without a folder cannot be opened";
+        QVERIFY2(!open->isEnabled(), "a standard without a folder cannot be opened");
 
         dialog->Table()->selectRow(RowOf(dialog, QStringLiteral("layer-linetype")));
         QVERIFY(open->isEnabled());
@@ -121,8 +121,8 @@ private slots:
         QCOMPARE(dialog->Table()->rowCount(), 1);
         QCOMPARE(dialog->Table()->item(0, 1)->text(), QStringLiteral("layer-linetype"));
         QVERIFY(!repair->isEnabled());
-        QVERIFY(!ItemAt(frame->NavigatorPanel()->Tree(), {QStringLiteral("Gone")}))
-            << "the navigator still shows the dropped standard";
+        QVERIFY2(!ItemAt(frame->NavigatorPanel()->Tree(), {QStringLiteral("Gone")}),
+                 "the navigator still shows the dropped standard");
     }
 };
 

@@ -189,7 +189,8 @@ int main(int argc, char** argv) {
 
     {
         // The check of the whole folder, with a few problems put in: a bad
-        // layer and setting of "Tank Farm" and a lock file nobody holds.
+        // layer and setting of "Tank Farm", its GUID that of "Refinery
+        // Metric", and a lock file nobody holds.
         CBackgroundWork::showAfterMs = 400;
         const std::filesystem::path root = core.datafiles.Root();
         const std::filesystem::path tank = root / "Projects" / "VX2D_PRJ_3 - Tank Farm";
@@ -197,6 +198,10 @@ int main(int argc, char** argv) {
             << "[PID - Linetypes]\r\n014 = WAVY\r\n[PID - LineWeights]\r\n016 = 7\r\n";
         std::ofstream(tank / "PID.ini", std::ios::binary) << "[Settings]\r\nVariable 145 = 2,5\r\n";
         std::ofstream(root / "ClientDatafile.ini.lock", std::ios::binary) << "";
+        // A copy made by hand, GUID and all.
+        std::filesystem::copy_file(
+            root / "Projects" / "VX2D_PRJ_1 - Refinery Metric" / "General.ini",
+            tank / "General.ini", std::filesystem::copy_options::overwrite_existing);
         CDoctorDlg* doctor = frame.CheckDatafilesFolder();
         doctor->Table()->selectRow(0);
         Save(doctor, out, QStringLiteral("check-datafiles-folder.png"));
