@@ -10,6 +10,7 @@ namespace fs = std::filesystem;
 
 namespace {
 
+using test::CliTest;
 using test::ReadBytes;
 using test::SRun;
 using test::WriteBytes;
@@ -28,6 +29,13 @@ protected:
                    "[PID - LineWeights]\r\n014 = 7\r\n");
     }
 };
+
+TEST_F(CliTest, AFreshInstallationIsHealthy) {
+    ASSERT_EQ(Ok({"install"}), "");
+    const SRun run = Run({"doctor"});
+    EXPECT_EQ(run.code, 0) << run.err;
+    EXPECT_EQ(run.out, "");
+}
 
 TEST_F(CliDoctorTest, AHealthyFolderExitsZeroWithNothing) {
     const SRun run = Run({"doctor"});
