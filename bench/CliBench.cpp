@@ -62,5 +62,22 @@ int main() {
         else
             GrowthRow(name, times[0], kSmall, times[1], kLarge, 1.1);
     }
+
+    // The check of a whole folder, as an administrator's script runs it.
+    constexpr long long kDoctor = 10000;
+    Note(fmt::format("cli doctor, {} standards", kDoctor));
+    const std::string folder = BenchFolder(OfficeSpec(static_cast<int>(kDoctor))).string();
+    std::string failure;
+    const double t = MedianSeconds(kRuns, [&] {
+        const SChild child =
+            RunChild({SD_BENCH_CLI, "--datafiles", folder, "doctor"}, config.Environment());
+        if (child.exitCode != 0)
+            failure = fmt::format("exit code {}", child.exitCode);
+    });
+    const std::string size = CountText(kDoctor) + " standards";
+    if (!failure.empty())
+        FailedRow("cli doctor", size, failure, "< 5.0 s");
+    else
+        TimeRow("cli doctor", size, t, 5.0);
     return 0;
 }

@@ -5,6 +5,7 @@
 #include "BenchCore.h"
 #include "BenchReport.h"
 
+#include "app/DatafilesDoctor.h"
 #include "app/WindowlessOwner.h"
 #include "cli/CliCore.h"
 #include "datafile/IniFile.h"
@@ -184,6 +185,10 @@ void ReadsPerAction() {
 
     // The same actions as the command line's verbs.
     ReadsRow("compare (cli verb)", n, [&] { return RunVerb(folder, {"compare", "1", "2"}); });
+    ReadsRow("datafiles check (CDatafilesDoctor)", n, [&] {
+        std::vector<SDoctorFinding> findings;
+        return CDatafilesDoctor(projects).Examine(findings) && findings.empty();
+    });
     ReadsRow("report (cli verb)", n, [&] { return RunVerb(folder, {"report", "1"}); });
     ReadsRow(
         "standard rename (cli verb)", n,
@@ -191,6 +196,23 @@ void ReadsPerAction() {
             return RunVerb(folder, {"standard", "rename", "3", "Standard 3 renamed"});
         },
         nameBack);
+}
+
+// The whole folder checked: every registry once, every standard's files.
+void DoctorTime() {
+    constexpr int n = 10000;
+    Note(fmt::format("datafiles check, {} standards", n));
+    SBenchCore b(BenchFolder(OfficeSpec(n)));
+    bool ok = true;
+    const double t = MedianSeconds(kRuns, [&] {
+        std::vector<SDoctorFinding> findings;
+        ok = CDatafilesDoctor(b.core.projects).Examine(findings) && findings.empty() && ok;
+    });
+    if (!ok)
+        FailedRow("datafiles check (CDatafilesDoctor)", Standards(n),
+                  "problems found in a healthy folder", "< 5.0 s");
+    else
+        TimeRow("datafiles check (CDatafilesDoctor)", Standards(n), t, 5.0);
 }
 
 void CompareTime() {
@@ -220,5 +242,6 @@ int main() {
     RegistryCheck();
     ReadsPerAction();
     CompareTime();
+    DoctorTime();
     return 0;
 }

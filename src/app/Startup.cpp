@@ -116,6 +116,13 @@ void CStartup::CreateFirstRunStandards() {
     const std::wstring borders = below(L"Borders");
     const std::wstring templates = below(L"Templates");
     const std::wstring libraries = below(L"Libraries");
+    // The first standards name these folders: a check of the new datafiles
+    // folder finds them there.
+    for (const std::wstring& folder : {borders, templates}) {
+        std::error_code ec;
+        if (!folder.empty())
+            fs::create_directories(platform::ToPath(folder), ec);
+    }
 
     const std::wstring section = L"NewProject";
     for (const wchar_t* name : {L"SelectedFolder", L"SettingElectricFolder", L"SettingFlowFolder",

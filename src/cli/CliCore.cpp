@@ -443,6 +443,7 @@ void AddAllCommands(CLI::App& app, SCliContext& context) {
     cli::AddMergeCommands(app, context);
     cli::AddRestoreCommands(app, context);
     cli::AddReportCommands(app, context);
+    cli::AddDoctorCommands(app, context);
     cli::AddCompletionCommands(app, context);
     RequireNumericIds(app);
     cli::AddHelpFooters(app);

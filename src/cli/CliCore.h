@@ -219,6 +219,7 @@ void AddMergeCommands(CLI::App& app, SCliContext& context);
 void AddRestoreCommands(CLI::App& app, SCliContext& context);
 void AddReportCommands(CLI::App& app, SCliContext& context);
 void AddCompletionCommands(CLI::App& app, SCliContext& context);
+void AddDoctorCommands(CLI::App& app, SCliContext& context);
 
 // A settings section given as 0-8 or by its name in any letter case ("Layers"
 // is 5); -1 when none was given. Anything else is bad usage.

@@ -64,7 +64,24 @@ bool CVX2D_FileLock::IsHeldByThisThread(const std::wstring& path) {
     return it != HeldLocks().end() && it->second == std::this_thread::get_id();
 }
 
+bool CVX2D_FileLock::IsHeldNow(const std::wstring& path) {
+    {
+        std::lock_guard guard(g_heldMutex);
+        if (HeldLocks().contains(LockPathOf(path)))
+            return true;
+    }
+    return platform::IsLockFileHeld(platform::ToPath(LockPathOf(path)));
+}
+
 bool CVX2D_FileLock::Acquire(const std::wstring& path) {
+    return Take(path, true);
+}
+
+bool CVX2D_FileLock::TryAcquire(const std::wstring& path) {
+    return Take(path, false);
+}
+
+bool CVX2D_FileLock::Take(const std::wstring& path, bool mayWait) {
     if (IsHeld() || path.empty())
         return false;
     const std::wstring lockText = LockPathOf(path);
@@ -72,7 +89,7 @@ bool CVX2D_FileLock::Acquire(const std::wstring& path) {
     const auto deadline = std::chrono::steady_clock::now() + WaitLimit();
     std::minstd_rand jitter(static_cast<unsigned>(platform::CurrentProcessId()));
     const auto wait = [&] {
-        if (std::chrono::steady_clock::now() >= deadline)
+        if (!mayWait || std::chrono::steady_clock::now() >= deadline)
             return false;
         std::this_thread::sleep_for(std::chrono::milliseconds(2 + jitter() % 20));
         return true;

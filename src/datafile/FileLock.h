@@ -21,6 +21,8 @@ public:
     // already holds the lock (a nested update would lose the outer one).
     // A failure is noted as the thread's datafile problem.
     bool Acquire(const std::wstring& path);
+    // The same without waiting: false at once while anyone holds it.
+    bool TryAcquire(const std::wstring& path);
     void Release();
     bool IsHeld() const { return m_handle != -1; }
 
@@ -29,11 +31,17 @@ public:
 
     static std::wstring LockPathOf(const std::wstring& path);
 
+    // Whether any process or thread holds the lock of `path` now, asked
+    // without taking it.
+    static bool IsHeldNow(const std::wstring& path);
+
     // How long Acquire waits for another holder.
     static void SetWaitLimit(std::chrono::milliseconds limit);
     static std::chrono::milliseconds WaitLimit();
 
 private:
+    bool Take(const std::wstring& path, bool wait);
+
     std::wstring m_strLockPath;
     std::intptr_t m_handle = -1;
 };

@@ -8,9 +8,7 @@
 #include <ctime>
 #include <fmt/xchar.h>
 
-namespace {
-
-std::wstring Html(const std::wstring& text) {
+std::wstring HtmlEscaped(const std::wstring& text) {
     static constexpr std::pair<wchar_t, const wchar_t*> kEntities[] = {
         {L'&', L"&amp;"}, {L'<', L"&lt;"}, {L'>', L"&gt;"}, {L'"', L"&quot;"}, {L'\'', L"&#39;"}};
     std::wstring out;
@@ -23,6 +21,12 @@ std::wstring Html(const std::wstring& text) {
             out += entity->second;
     }
     return out;
+}
+
+namespace {
+
+std::wstring Html(const std::wstring& text) {
+    return HtmlEscaped(text);
 }
 
 std::wstring Cell(const std::wstring& text, const std::optional<SCompareColour>& background,
@@ -41,6 +45,7 @@ const wchar_t* const kStyle =
 h1 { font-size: 14pt; margin: 0 0 8px 0; }
 p { margin: 4px 0; }
 .error { color: #b00000; font-weight: bold; }
+.warning { color: #8a5a00; font-weight: bold; }
 table { border-collapse: collapse; width: 100%; margin-top: 12px; table-layout: fixed; }
 col.setting { width: 25%; }
 th, td { border: 1px solid #a0a0a0; padding: 2px 6px; text-align: left; vertical-align: top; overflow-wrap: anywhere; }
@@ -51,6 +56,10 @@ td.heading { font-weight: bold; }
 )";
 
 } // namespace
+
+const wchar_t* ReportStyleSheet() {
+    return kStyle;
+}
 
 std::wstring CompareRowKindName(ECompareRowKind kind) {
     switch (kind) {

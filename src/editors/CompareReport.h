@@ -25,6 +25,12 @@ std::wstring CompareReportTsv(const SComparison& comparison);
 // abandoned, and the grid with each cell's background.
 std::wstring CompareReportHtml(const SComparison& comparison, const std::wstring& date);
 
+// Text for an HTML page: & < > " and ' as entities.
+std::wstring HtmlEscaped(const std::wstring& text);
+
+// The style sheet of the program's HTML reports, so that they look alike.
+const wchar_t* ReportStyleSheet();
+
 // The local date and time as "YYYY-MM-DD HH:MM".
 std::wstring CompareReportDate();
 

@@ -12,23 +12,8 @@ namespace {
 
 using Layers = CVX2D_ProjectLayers;
 
-// The linetypes acad.lin defines, in its order; each also comes at half
-// ("2") and double ("X2") size.
-constexpr const wchar_t* kAcadLinetypes[] = {
-    L"BORDER", L"CENTER", L"DASHDOT", L"DASHED", L"DIVIDE", L"DOT", L"HIDDEN", L"PHANTOM",
-};
-
-// The lineweights AutoCAD offers, in hundredths of a millimetre.
-constexpr std::int32_t kLineweights[] = {
-    0,  5,  9,  13, 15, 18,  20,  25,  30,  35,  40,  50,
-    53, 60, 70, 80, 90, 100, 106, 120, 140, 158, 200, 211,
-};
-
 constexpr const wchar_t* kColorNames[] = {L"Red",  L"Yellow",  L"Green", L"Cyan",
                                           L"Blue", L"Magenta", L"White"};
-
-// What AutoCAD refuses in a layer name.
-constexpr std::wstring_view kLayerNameForbidden = L"<>/\\\":;?*|,=`";
 
 // Digits with at most one decimal point and at least one digit.
 bool IsDecimal(std::wstring_view text) {
@@ -52,28 +37,6 @@ bool IsDigits(std::wstring_view text) {
 
 } // namespace
 
-const std::vector<std::wstring>& StandardLinetypes() {
-    static const std::vector<std::wstring> linetypes = [] {
-        std::vector<std::wstring> list{L"CONTINUOUS"};
-        for (const wchar_t* name : kAcadLinetypes) {
-            list.push_back(name);
-            list.push_back(std::wstring(name) + L"2");
-            list.push_back(std::wstring(name) + L"X2");
-        }
-        return list;
-    }();
-    return linetypes;
-}
-
-const std::vector<std::int32_t>& StandardLineweights() {
-    static const std::vector<std::int32_t> lineweights = [] {
-        std::vector<std::int32_t> list{Layers::kDefaultLineweight};
-        list.insert(list.end(), std::begin(kLineweights), std::end(kLineweights));
-        return list;
-    }();
-    return lineweights;
-}
-
 std::wstring LineweightText(std::int32_t lineweight) {
     if (lineweight == Layers::kDefaultLineweight)
         return L"Default";
@@ -91,7 +54,7 @@ bool ParseLineweightText(const std::wstring& text, std::int32_t& lineweight) {
     if (!IsDecimal(typed) || typed.size() > 8)
         return false;
     const double hundredths = WToF(typed) * 100.0;
-    for (const std::int32_t candidate : kLineweights) {
+    for (const std::int32_t candidate : StandardLineweights()) {
         if (std::fabs(hundredths - candidate) < 1e-6) {
             lineweight = candidate;
             return true;
@@ -112,17 +75,6 @@ std::wstring LayerColorText(const SLayerColor& color) {
     if (color.index >= 8 && color.index < kAciColorCount)
         return AciColorName(color.index);
     return fmt::format(L"{},{},{}", color.rgb.red, color.rgb.green, color.rgb.blue);
-}
-
-bool IsValidLayerName(const std::wstring& name) {
-    const std::wstring trimmed = TrimBlanks(name);
-    if (trimmed.empty() || trimmed.size() > 255 || !IsOneByteText(trimmed))
-        return false;
-    for (const wchar_t c : trimmed) {
-        if (c < 32 || c == 127 || kLayerNameForbidden.find(c) != std::wstring_view::npos)
-            return false;
-    }
-    return true;
 }
 
 void RestoreLayerDefaults(CVX2D_ProjectLayers& layers) {

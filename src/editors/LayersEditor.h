@@ -4,6 +4,7 @@
 // colour names the page offers.
 #pragma once
 
+#include "contents/LayerCatalogue.h"
 #include "contents/ProjectLayers.h"
 #include "datafile/Application.h"
 #include "editors/PageEditor.h"
@@ -29,13 +30,6 @@ struct SLayerRow {
     std::wstring lineweightText;
 };
 
-// "CONTINUOUS", then the linetypes of AutoCAD's acad.lin, each with its
-// half-size "2" and double-size "X2" variant.
-const std::vector<std::wstring>& StandardLinetypes();
-
-// AutoCAD's lineweights in hundredths of a millimetre, Default (-3) first.
-const std::vector<std::int32_t>& StandardLineweights();
-
 // "Default" for -3, else "%0.2f mm" of the hundredths: 25 is "0.25 mm".
 std::wstring LineweightText(std::int32_t lineweight);
 
@@ -49,11 +43,6 @@ std::wstring AciColorName(int index);
 // The colour cell: "Red (1)" for a named colour, "Color 8" for another
 // palette position, "R,G,B" of the stored value when it has no position.
 std::wstring LayerColorText(const SLayerColor& color);
-
-// A layer name AutoCAD and "Layers.ini" can both hold: not empty after
-// trimming, at most 255 characters, one byte each, no control character and
-// none of < > / \ " : ; ? * | , = `.
-bool IsValidLayerName(const std::wstring& name);
 
 // Puts every layer back to the application's default name, colour, linetype
 // and lineweight; only what differs becomes a change for Save.

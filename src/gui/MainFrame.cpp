@@ -5,6 +5,7 @@
 #include "gui/BackgroundWork.h"
 #include "gui/CompareWindow.h"
 #include "gui/DatafilesChooser.h"
+#include "gui/DoctorDlg.h"
 #include "gui/Layout.h"
 #include "gui/NavigatorDlg.h"
 #include "gui/NewStandardWizard.h"
@@ -182,6 +183,13 @@ void CMainFrame::CreateMenus() {
     QMenu* view = menuBar()->addMenu(tr("&View"));
     view->addAction(m_showDeleted);
     view->addAction(Action(eCmdRefresh));
+
+    QMenu* toolsMenu = menuBar()->addMenu(tr("&Tools"));
+    toolsMenu->setObjectName(QStringLiteral("toolsMenu"));
+    toolsMenu
+        ->addAction(style()->standardIcon(QStyle::SP_FileDialogInfoView),
+                    tr("Check Datafiles &Folder..."), this, [this] { CheckDatafilesFolder(); })
+        ->setObjectName(QStringLiteral("checkDatafilesAction"));
 
     // The documents are tabs: the menu moves between them and closes them.
     QMenu* window = menuBar()->addMenu(tr("&Window"));
@@ -376,6 +384,85 @@ void CMainFrame::UpdateUndo() {
     const bool can = comparison && comparison->Result()->CanUndo();
     m_undo->setEnabled(can);
     m_undo->setText(can ? comparison->Result()->UndoText() : tr("&Undo"));
+}
+
+CDoctorDlg* CMainFrame::CheckDatafilesFolder() {
+    if (!m_doctor) {
+        m_doctor = new CDoctorDlg(
+            m_core, *this, [this](const SDoctorFinding& finding) { OpenFinding(finding); }, this);
+        m_doctor->setAttribute(Qt::WA_DeleteOnClose);
+        connect(m_doctor, &CDoctorDlg::Repaired, this, [this] { RunCommand(eCmdRefresh); });
+    }
+    m_doctor->show();
+    m_doctor->raise();
+    m_doctor->Check();
+    return m_doctor;
+}
+
+namespace {
+
+// The page tree's item for a finding's page: its title and its parent's.
+bool FindPageTitles(const std::vector<SSettingsPage>& pages, const SDoctorFinding& finding,
+                    const std::wstring& parent, std::wstring& title, std::wstring& parentTitle) {
+    for (const auto& page : pages) {
+        bool match = false;
+        switch (finding.page) {
+        case EDoctorPage::eGeneral:
+            match = page.kind == ESettingsPage::General;
+            break;
+        case EDoctorPage::eFileLocations:
+            match = page.kind == ESettingsPage::FileLocations;
+            break;
+        case EDoctorPage::eDrawingFolder:
+            match = page.kind == ESettingsPage::DrawingFolder &&
+                    page.application == finding.application;
+            break;
+        case EDoctorPage::eLines:
+            match = page.kind == ESettingsPage::Lines;
+            break;
+        case EDoctorPage::eSection:
+            match = page.kind == ESettingsPage::Section &&
+                    page.application == finding.application && page.section == finding.section;
+            break;
+        case EDoctorPage::eLayers:
+            match = page.kind == ESettingsPage::Layers && page.application == finding.application;
+            break;
+        case EDoctorPage::eNone:
+            return false;
+        }
+        if (match) {
+            title = page.title;
+            parentTitle = parent;
+            return true;
+        }
+        if (FindPageTitles(page.children, finding, page.title, title, parentTitle))
+            return true;
+    }
+    return false;
+}
+
+} // namespace
+
+void CMainFrame::OpenFinding(const SDoctorFinding& finding) {
+    if (finding.standardId <= 0 ||
+        m_core.projects.GetProjectName(finding.standardId, true, true).empty())
+        return;
+    OpenStandard(finding.standardId);
+    // The check's window may be the active one: the standard's window comes
+    // forward, and is found by its standard.
+    raise();
+    activateWindow();
+    CStandardDocument* document = nullptr;
+    for (QMdiSubWindow* window : m_documents->subWindowList()) {
+        auto* candidate = qobject_cast<CStandardDocument*>(window->widget());
+        if (candidate && candidate->StandardId() == finding.standardId)
+            document = candidate;
+    }
+    std::wstring title, parentTitle;
+    if (!document || !FindPageTitles(SettingsPageTree(false), finding, L"", title, parentTitle))
+        return;
+    if (QTreeWidgetItem* item = document->Pages()->FindPage(Q(title), Q(parentTitle)))
+        document->ShowPage(item);
 }
 
 void CMainFrame::ShowHelp(const std::wstring& topic) {

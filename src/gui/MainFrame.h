@@ -14,10 +14,13 @@
 #include <QLabel>
 #include <QMainWindow>
 #include <QMdiArea>
+#include <QPointer>
 #include <functional>
 #include <map>
 
+class CDoctorDlg;
 class CNavigatorDlg;
+struct SDoctorFinding;
 
 class CMainFrame : public QMainWindow, public INavigatorOwner, public IPageHost {
     Q_OBJECT
@@ -51,6 +54,11 @@ public:
     void StandardFilesChanged(std::int32_t standardId, const QWidget* changer) override;
     // Edit > Undo: the active comparison's last copy.
     QAction* UndoAction() const { return m_undo; }
+    // Tools > Check Datafiles Folder...: shows the check (made once, kept
+    // while open) and runs it again.
+    CDoctorDlg* CheckDatafilesFolder();
+    // Opens the standard a finding is about, at its page.
+    void OpenFinding(const SDoctorFinding& finding);
     // "Help..." of a view: opens its topic or says the help is missing.
     void ShowHelp(const std::wstring& topic) override;
     // What opens help pages and reports (the desktop's default program unless
@@ -97,6 +105,7 @@ private:
     QLabel* m_folder = nullptr;
     QLabel* m_result = nullptr;
     COpener m_opener;
+    QPointer<CDoctorDlg> m_doctor;
     QString m_nextFolder;
     bool m_layoutRestored = false;
 };

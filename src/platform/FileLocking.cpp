@@ -64,6 +64,23 @@ ELockAttempt TryLockFile(const std::filesystem::path& lockFile, SLockHandle& han
     return ELockAttempt::Locked;
 }
 
+bool IsLockFileHeld(const std::filesystem::path& lockFile) {
+    HANDLE file = ::CreateFileW(lockFile.c_str(), GENERIC_READ,
+                                FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE, nullptr,
+                                OPEN_EXISTING, FILE_ATTRIBUTE_NORMAL, nullptr);
+    if (file == INVALID_HANDLE_VALUE) {
+        const DWORD code = ::GetLastError();
+        return code != ERROR_FILE_NOT_FOUND && code != ERROR_PATH_NOT_FOUND;
+    }
+    // A shared lock is refused while anyone holds the exclusive one.
+    OVERLAPPED overlapped{};
+    const bool unlocked = ::LockFileEx(file, LOCKFILE_FAIL_IMMEDIATELY, 0, 1, 0, &overlapped);
+    if (unlocked)
+        ::UnlockFileEx(file, 0, 1, 0, &overlapped);
+    ::CloseHandle(file);
+    return !unlocked;
+}
+
 void UnlockFile(const std::filesystem::path&, SLockHandle& handle) {
     if (!handle.IsOpen())
         return;
@@ -158,6 +175,27 @@ ELockAttempt TryLockFile(const std::filesystem::path& lockFile, SLockHandle& han
     }
     handle.value = fd;
     return ELockAttempt::Locked;
+}
+
+bool IsLockFileHeld(const std::filesystem::path& lockFile) {
+    const int fd = ::open(lockFile.c_str(), O_RDONLY | O_CLOEXEC | O_NOFOLLOW);
+    if (fd < 0)
+        return errno != ENOENT && errno != ENOTDIR;
+    struct flock lock {};
+    lock.l_type = F_WRLCK;
+    lock.l_whence = SEEK_SET;
+    int result = -1;
+#ifdef F_OFD_GETLK
+    result = ::fcntl(fd, F_OFD_GETLK, &lock);
+#endif
+    if (result != 0) {
+        lock = {};
+        lock.l_type = F_WRLCK;
+        lock.l_whence = SEEK_SET;
+        result = ::fcntl(fd, F_GETLK, &lock);
+    }
+    ::close(fd);
+    return result != 0 || lock.l_type != F_UNLCK;
 }
 
 void UnlockFile(const std::filesystem::path& lockFile, SLockHandle& handle) {

@@ -27,6 +27,11 @@ struct SLockHandle {
 ELockAttempt TryLockFile(const std::filesystem::path& lockFile, SLockHandle& handle,
                          std::error_code& error);
 
+// Whether someone holds the lock of `lockFile` now, asked without taking
+// it (Windows takes a shared lock for a moment). A file that is gone is
+// free; one that cannot be looked at counts as held.
+bool IsLockFileHeld(const std::filesystem::path& lockFile);
+
 // Removes the lock file and drops the lock. Someone waiting on the old file
 // notices that it is gone and takes a new one.
 void UnlockFile(const std::filesystem::path& lockFile, SLockHandle& handle);

@@ -612,13 +612,25 @@ std::wstring RegistryRepairKindName(SRegistryRepair::EKind kind) {
     return L"";
 }
 
+std::vector<std::wstring> StandardFolderNames(const CVX2D_Datafiles& datafiles, bool& listed) {
+    return FoldersStartingWith(datafiles.ProjectsFolder(), L"VX2D_PRJ_", listed);
+}
+
+SRegistryRepair PlanRegistryRepair(const CVX2D_IniFile& registry,
+                                   const std::vector<std::wstring>& folders) {
+    CVX2D_IniFile copy(registry);
+    copy.SetAutoSave(false);
+    SRegistryRepair repair;
+    RepairRegistry(copy, folders, true, repair);
+    return repair;
+}
+
 EProjectResult CVX2D_ProjectRegistry::CheckProjectRegistry(SRegistryRepair* repair, bool dryRun) {
     SRegistryRepair ignored;
     SRegistryRepair& found = repair ? *repair : ignored;
     found.changes.clear();
     bool folderListed = false;
-    const auto folders =
-        FoldersStartingWith(m_datafiles.ProjectsFolder(), L"VX2D_PRJ_", folderListed);
+    const auto folders = StandardFolderNames(m_datafiles, folderListed);
     // Decide on a plain read: a check that finds nothing to repair, as most
     // start-ups do, neither waits for the lock nor needs a writable share.
     CVX2D_IniFile ini;

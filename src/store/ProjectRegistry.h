@@ -39,6 +39,16 @@ struct SRegistryRepair {
 // "dropped", "registered", "counter".
 std::wstring RegistryRepairKindName(SRegistryRepair::EKind kind);
 
+// The names of the standard folders ("VX2D_PRJ_...", in any letter case) in
+// the datafiles folder's "Projects", sorted; `listed` is false when the
+// folder could not be read.
+std::vector<std::wstring> StandardFolderNames(const CVX2D_Datafiles& datafiles, bool& listed);
+
+// What the registry check would repair in `registry` as read, given the
+// standard folders on disk; `registry` itself stays as it is.
+SRegistryRepair PlanRegistryRepair(const CVX2D_IniFile& registry,
+                                   const std::vector<std::wstring>& folders);
+
 struct SNewProject {
     std::wstring name;
     int units = 0;          // 0 metric, anything else imperial

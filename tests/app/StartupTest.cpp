@@ -142,6 +142,9 @@ TEST_F(StartupTest, FirstRunStandardsGetFoldersLocationsAndALine) {
               std::string::npos);
     EXPECT_NE(general.find("Working = 1"), std::string::npos);
     EXPECT_TRUE(fs::is_directory(datafiles.Path() / "Drawings" / "Metric Standard" / "Ortho"));
+    // The folders the first standards name are there.
+    EXPECT_TRUE(fs::is_directory(datafiles.Path() / "Borders"));
+    EXPECT_TRUE(fs::is_directory(datafiles.Path() / "Templates"));
     EXPECT_EQ(ReadBytes(test::P(folder + L"Lines.ini")), "[LineList]\r\nVX2D_LINE_1 = Line 1\r\n");
     CProfile profile(registry);
     EXPECT_EQ(profile.GetString(L"NewProject", L"SettingFlowFolder"),

@@ -1,12 +1,14 @@
 // Takes the screenshots a reviewer looks at: the main window, an open
 // settings page, each page of a standard, the question on closing a modified
-// one, the comparison (whole and differences only) and the drawings list, on
+// one, the comparison (whole and differences only), the drawings list and
+// the check of the datafiles folder, on
 // a seeded datafiles folder; with --dark, under a dark palette. Run by
 // tests/gui/screenshots.sh under Xvfb.
 #include "gui/BackgroundWork.h"
 #include "gui/CompareWindow.h"
 #include "gui/DatafilesChooser.h"
 #include "gui/Desktop.h"
+#include "gui/DoctorDlg.h"
 #include "gui/DrawingsFormView.h"
 #include "gui/FileDialogs.h"
 #include "gui/MainFrame.h"
@@ -30,6 +32,7 @@
 #include <QThread>
 #include <QTimer>
 #include <atomic>
+#include <fstream>
 
 namespace {
 
@@ -202,6 +205,26 @@ int main(int argc, char** argv) {
                               QThread::msleep(20);
                           }
                       });
+    }
+
+    {
+        // The check of the whole folder, with a few problems put in: a bad
+        // layer and setting of "Tank Farm", its GUID that of "Refinery
+        // Metric", and a lock file nobody holds.
+        CBackgroundWork::showAfterMs = 400;
+        const std::filesystem::path root = core.datafiles.Root();
+        const std::filesystem::path tank = root / "Projects" / "VX2D_PRJ_3 - Tank Farm";
+        std::ofstream(tank / "Layers.ini", std::ios::binary)
+            << "[PID - Linetypes]\r\n014 = WAVY\r\n[PID - LineWeights]\r\n016 = 7\r\n";
+        std::ofstream(tank / "PID.ini", std::ios::binary) << "[Settings]\r\nVariable 145 = 2,5\r\n";
+        std::ofstream(root / "ClientDatafile.ini.lock", std::ios::binary) << "";
+        // A copy made by hand, GUID and all.
+        std::filesystem::copy_file(
+            root / "Projects" / "VX2D_PRJ_1 - Refinery Metric" / "General.ini",
+            tank / "General.ini", std::filesystem::copy_options::overwrite_existing);
+        CDoctorDlg* doctor = frame.CheckDatafilesFolder();
+        doctor->Table()->selectRow(0);
+        Save(doctor, out, QStringLiteral("check-datafiles-folder.png"));
     }
     return 0;
 }

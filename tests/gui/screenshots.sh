@@ -47,7 +47,7 @@ if $help_images; then
   for name in main-window settings-page drawings page-layers page-lines page-specs \
     page-general-settings page-file-locations page-border-settings comparison \
     compare-differences-only apply-to-other-standards \
-    new-standard-wizard first-start; do
+    new-standard-wizard first-start check-datafiles-folder; do
     if command -v convert >/dev/null; then
       convert "$shots/$name.png" -resize '960x960>' -strip -colors 128 "PNG8:$images/$name.png"
     else

@@ -3,6 +3,7 @@
 // exist, the index reaches every page, and the pages made from the settings
 // catalogues and layer sets are the ones committed.
 #include "HelpPages.h"
+#include "app/DatafilesDoctor.h"
 #include "app/Environment.h"
 #include "contents/ProjectLayers.h"
 #include "contents/SettingsCatalogue.h"
@@ -143,6 +144,7 @@ protected:
         }
         Add(L"comparison", CVX2D_StandardComparison::kHelpTopic);
         Add(L"apply to other standards", kPushHelpTopic);
+        Add(L"datafiles check", CDatafilesDoctor::kHelpTopic);
     }
 
     std::vector<std::pair<std::string, std::wstring>> topics;
