@@ -17,6 +17,7 @@
 #include "editors/SpecsEditor.h"
 #include "editors/StandardComparison.h"
 #include "platform/Utf8.h"
+#include "support/SpecsPageEditor.h"
 #include "support/TestSupport.h"
 
 #include <fmt/xchar.h>
@@ -104,7 +105,7 @@ protected:
             Add(where, CLinesEditor(registry, prompter).HelpTopic());
             break;
         case ESettingsPage::Specs:
-            Add(where, CSpecsEditor(registry, prompter).HelpTopic());
+            Add(where, test::CSpecsPageEditor(registry, prompter).HelpTopic());
             break;
         case ESettingsPage::Section: {
             CSettingsEditor editor(registry, prompter);
