@@ -206,8 +206,9 @@ TEST_F(CliLinesSpecsTest, RefusedSpecOperationsSayWhyAndChangeNothing) {
         const SRun run = Run(args);
         EXPECT_EQ(run.code, code);
         EXPECT_EQ(run.out, "");
-        if (!err.empty())
+        if (!err.empty()) {
             EXPECT_EQ(run.err, err);
+        }
     }
     EXPECT_EQ(ReadBytes(Root() / "SpecDatafile.ini"), registered);
     EXPECT_TRUE(fs::is_directory(Root() / "Specs" / "VX2D_CLIENT_1" / "VX2D_SPEC_2"));
