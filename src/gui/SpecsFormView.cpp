@@ -77,6 +77,7 @@ CSpecsFormView::CSpecsFormView(CStandardsCore& core, IPageHost& host, std::int32
       m_copy(new QPushButton(tr("Copy..."), this)), m_delete(new QPushButton(tr("Delete"), this)),
       m_openFolder(new QPushButton(tr("Open Folder"), this)) {
     m_grid->setObjectName(QStringLiteral("specsGrid"));
+    m_grid->setItemDelegate(new CCellFrameDelegate(m_grid));
     SetUpGrid(m_grid, {tr("Spec"), tr("Id"), tr("Folder")}, QAbstractItemView::EditKeyPressed, true,
               kFolderColumn);
     m_empty->setObjectName(QStringLiteral("noSpecsNote"));

@@ -542,9 +542,9 @@ TEST_F(StandardTransferTest, AnImportedStandardGetsItsOwnSpecsUnderNewIds) {
               "VX2D_SPEC_3 = Vents\r\nVX2D_SPEC_4 = Vents\r\n");
     std::vector<SSpecDestination> found;
     ASSERT_TRUE(destinations.Read(copy, found));
-    EXPECT_EQ(found, (std::vector<SSpecDestination>{
-                         {1, L"Specs\\Common\\VX2D_SPEC_1\\"},
-                         {4, L"Projects\\VX2D_PRJ_2 - Pipe\\VX2D_SPEC_4\\"}}));
+    EXPECT_EQ(found,
+              (std::vector<SSpecDestination>{{1, L"Specs\\Common\\VX2D_SPEC_1\\"},
+                                             {4, L"Projects\\VX2D_PRJ_2 - Pipe\\VX2D_SPEC_4\\"}}));
     EXPECT_TRUE(prompter.asked.empty());
 
     // Where its specs cannot be registered, the import makes no standard.

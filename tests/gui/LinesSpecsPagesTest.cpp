@@ -101,6 +101,8 @@ private slots:
         QVERIFY(world->core.clients.CreateClient(clientId, clientName));
         QVERIFY(world->core.clients.RenameClient(clientId, L"Acme"));
         QVERIFY(world->core.clients.AddProjectToClient(clientId, id));
+        // The navigator shows the standard under its client from the start.
+        frame = std::make_unique<CMainFrame>(world->core, world->dialogs);
         frame->resize(1200, 800);
         frame->show();
         auto* view = qobject_cast<CSpecsFormView*>(OpenStandardPage(
