@@ -130,6 +130,18 @@ bool SaveChanges(CVX2D_IniFile& reg, const CEntryChanges& changes, CUndo& undo) 
     return true;
 }
 
+// Changes the "Specs.ini" of each standard of `files`, each in one locked
+// update; false at the first that fails.
+bool ChangeSpecFiles(const CVX2D_ProjectRegistry& projects,
+                     const std::map<std::int32_t, CEntryChanges>& files, CUndo& undo) {
+    for (const auto& [projectId, changes] : files) {
+        const std::wstring path = projects.StandardFile(projectId, kSpecFile);
+        if (path.empty() || !ChangeFile(path, changes, undo))
+            return false;
+    }
+    return true;
+}
+
 // The register document's spec of that id.
 bool Lookup(const CVX2D_IniFile& reg, std::int32_t id, SSpecInfo& spec) {
     for (const auto& found : CVX2D_ProjectSpecs::SpecsOf(reg)) {
@@ -192,6 +204,13 @@ std::vector<std::int32_t> SplitList(const std::wstring& list) {
         ids.push_back(ParseSpecKey(list.substr(start, end - start)));
         start = end + 1;
     }
+    return ids;
+}
+
+std::vector<std::int32_t> IdsOf(const std::vector<SProjectInfo>& standards) {
+    std::vector<std::int32_t> ids;
+    for (const auto& standard : standards)
+        ids.push_back(standard.id);
     return ids;
 }
 
@@ -294,6 +313,29 @@ std::wstring CVX2D_SpecRegister::SpecFileOf(std::int32_t projectId) const {
     return m_projects.StandardFile(projectId, kSpecFile);
 }
 
+bool CVX2D_SpecRegister::OpenRegisterForUpdate(CVX2D_IniFile& reg) const {
+    reg.SetAutoSave(false);
+    const std::wstring path = CVX2D_ProjectSpecs(m_projects).GetSpecRegisterPath();
+    return !path.empty() && reg.OpenForUpdate(path) == CVX2D_IniFile::eOk;
+}
+
+bool CVX2D_SpecRegister::Agreed(const std::wstring& question) const {
+    return Prompter().Ask({question, L"", EPromptButtons::YesNo, EPromptIcon::Exclamation,
+                           EPromptAnswer::No}) == EPromptAnswer::Yes;
+}
+
+std::vector<SProjectInfo> CVX2D_SpecRegister::Losing(const std::vector<SProjectInfo>& checking,
+                                                     std::int32_t specId,
+                                                     const SSpecPlace& place) const {
+    std::vector<SProjectInfo> losing;
+    const SSpecInfo moved{specId, L"", place.scope, place.ownerId};
+    for (const auto& standard : checking) {
+        if (!MayUse(moved, standard.id, ClientOf(standard.id)))
+            losing.push_back(standard);
+    }
+    return losing;
+}
+
 ESpecResult CVX2D_SpecRegister::LocationFolder(const SSpecPlace& place,
                                                std::wstring& folder) const {
     return Location(place, folder, true);
@@ -333,6 +375,13 @@ ESpecResult CVX2D_SpecRegister::Location(const SSpecPlace& place, std::wstring& 
     }
 }
 
+std::wstring CVX2D_SpecRegister::CurrentFolder(const SSpecInfo& spec) const {
+    std::wstring folder;
+    if (Location(PlaceOf(spec), folder) != eSpecOk)
+        return {};
+    return folder + MakeSpecKey(spec.id);
+}
+
 bool CVX2D_SpecRegister::MakeLocation(const std::wstring& folder) const {
     // Only the installation makes a datafiles folder.
     if (!m_projects.Datafiles().Exists())
@@ -363,9 +412,10 @@ ESpecResult CVX2D_SpecRegister::SpecFolder(std::int32_t specId, std::wstring& fo
     SSpecInfo spec;
     if (const ESpecResult found = FindSpec(specId, spec); found != eSpecOk)
         return found;
-    if (const ESpecResult located = Location(PlaceOf(spec), folder); located != eSpecOk)
-        return located;
-    folder += MakeSpecKey(specId) + kPathSeparator;
+    folder = CurrentFolder(spec);
+    if (folder.empty())
+        return eSpecCantGetLocationFolder;
+    folder += kPathSeparator;
     return eSpecOk;
 }
 
@@ -443,12 +493,7 @@ ESpecResult CVX2D_SpecRegister::StandardsLosing(std::int32_t specId, const SSpec
     std::vector<SProjectInfo> checking;
     if (const ESpecResult found = StandardsChecking(specId, checking); found != eSpecOk)
         return found;
-    standards.clear();
-    const SSpecInfo moved{specId, L"", place.scope, place.ownerId};
-    for (const auto& standard : checking) {
-        if (!MayUse(moved, standard.id, ClientOf(standard.id)))
-            standards.push_back(standard);
-    }
+    standards = Losing(checking, specId, place);
     return eSpecOk;
 }
 
@@ -537,9 +582,7 @@ ESpecResult CVX2D_SpecRegister::MakeSpec(std::int32_t specId, const std::wstring
     if (const ESpecResult located = Location(place, parent, true); located != eSpecOk)
         return located;
     CVX2D_IniFile reg;
-    reg.SetAutoSave(false);
-    const std::wstring path = CVX2D_ProjectSpecs(m_projects).GetSpecRegisterPath();
-    if (path.empty() || reg.OpenForUpdate(path) != CVX2D_IniFile::eOk)
+    if (!OpenRegisterForUpdate(reg))
         return eSpecCantOpenDatafile;
     SSpecInfo source;
     if (specId > 0 && !Lookup(reg, specId, source))
@@ -554,9 +597,7 @@ ESpecResult CVX2D_SpecRegister::MakeSpec(std::int32_t specId, const std::wstring
         reg, 1, [&](std::int32_t n) { return Exists(parent + MakeSpecKey(n)); }, changes)[0];
     const std::wstring key = MakeSpecKey(newId);
     const std::wstring folder = parent + key;
-    std::wstring sourceFolder;
-    if (specId > 0 && Location(PlaceOf(source), sourceFolder) == eSpecOk)
-        sourceFolder += MakeSpecKey(specId);
+    const std::wstring sourceFolder = specId > 0 ? CurrentFolder(source) : L"";
     CVX2D_FolderTree& tree = m_projects.FolderTree();
     CUndo undo;
     // A spec whose folder has gone still gets one of its own.
@@ -588,9 +629,7 @@ ESpecResult CVX2D_SpecRegister::RenameSpec(std::int32_t specId, const std::wstri
     if (const ESpecResult found = StandardsChecking(specId, checking); found != eSpecOk)
         return found;
     CVX2D_IniFile reg;
-    reg.SetAutoSave(false);
-    if (reg.OpenForUpdate(CVX2D_ProjectSpecs(m_projects).GetSpecRegisterPath()) !=
-        CVX2D_IniFile::eOk)
+    if (!OpenRegisterForUpdate(reg))
         return eSpecCantOpenDatafile;
     SSpecInfo spec;
     if (!Lookup(reg, specId, spec))
@@ -609,11 +648,8 @@ ESpecResult CVX2D_SpecRegister::RenameSpec(std::int32_t specId, const std::wstri
         files[standard.id].push_back({kSpecList, key, name, true});
     if (spec.scope == eSpecProject)
         files[spec.ownerId].push_back({kProjectSpecs, key, name});
-    for (const auto& [projectId, changes] : files) {
-        const std::wstring path = SpecFileOf(projectId);
-        if (path.empty() || !ChangeFile(path, changes, undo))
-            return eSpecCantOpenDatafile;
-    }
+    if (!ChangeSpecFiles(m_projects, files, undo))
+        return eSpecCantOpenDatafile;
     undo.Done();
     return eSpecOk;
 }
@@ -631,21 +667,12 @@ ESpecResult CVX2D_SpecRegister::MoveSpec(std::int32_t specId, const SSpecPlace& 
     std::vector<SProjectInfo> checking;
     if (const ESpecResult found = StandardsChecking(specId, checking); found != eSpecOk)
         return found;
-    std::vector<SProjectInfo> losing;
-    const SSpecInfo moved{specId, spec.name, place.scope, place.ownerId};
-    for (const auto& standard : checking) {
-        if (!MayUse(moved, standard.id, ClientOf(standard.id)))
-            losing.push_back(standard);
-    }
-    if (!losing.empty() && !confirmed &&
-        Prompter().Ask({MoveQuestion(spec, place, losing), L"", EPromptButtons::YesNo,
-                        EPromptIcon::Exclamation, EPromptAnswer::No}) != EPromptAnswer::Yes)
+    const std::vector<SProjectInfo> losing = Losing(checking, specId, place);
+    if (!losing.empty() && !confirmed && !Agreed(MoveQuestion(spec, place, losing)))
         return eSpecCancelled;
 
     CVX2D_IniFile reg;
-    reg.SetAutoSave(false);
-    if (reg.OpenForUpdate(CVX2D_ProjectSpecs(m_projects).GetSpecRegisterPath()) !=
-        CVX2D_IniFile::eOk)
+    if (!OpenRegisterForUpdate(reg))
         return eSpecCantOpenDatafile;
     if (!Lookup(reg, specId, spec))
         return eSpecCantFind;
@@ -654,14 +681,10 @@ ESpecResult CVX2D_SpecRegister::MoveSpec(std::int32_t specId, const SSpecPlace& 
     if (!MakeLocation(parent))
         return eSpecCantGetLocationFolder;
     const std::wstring key = MakeSpecKey(specId);
-    std::wstring from;
-    if (Location(PlaceOf(spec), from) == eSpecOk)
-        from += key;
+    const std::wstring from = CurrentFolder(spec);
     const std::wstring to = parent + key;
     CVX2D_FolderTree& tree = m_projects.FolderTree();
-    std::vector<std::int32_t> affected;
-    for (const auto& standard : checking)
-        affected.push_back(standard.id);
+    const std::vector<std::int32_t> affected = IdsOf(checking);
     bool wroteDestinations = false;
     CUndo undo;
     // Runs last: the destinations as the restored files have them.
@@ -687,11 +710,8 @@ ESpecResult CVX2D_SpecRegister::MoveSpec(std::int32_t specId, const SSpecPlace& 
         files[place.ownerId].push_back({kProjectSpecs, key, spec.name});
     for (const auto& standard : losing)
         files[standard.id].push_back({kSpecList, key, L""});
-    for (const auto& [projectId, changes] : files) {
-        const std::wstring path = SpecFileOf(projectId);
-        if (path.empty() || !ChangeFile(path, changes, undo))
-            return eSpecCantOpenDatafile;
-    }
+    if (!ChangeSpecFiles(m_projects, files, undo))
+        return eSpecCantOpenDatafile;
     wroteDestinations = true;
     if (WriteDestinations(affected) != eSpecOk)
         return eSpecCantOpenDatafile;
@@ -706,27 +726,19 @@ ESpecResult CVX2D_SpecRegister::DeleteSpec(std::int32_t specId, bool confirmed) 
     std::vector<SProjectInfo> checking;
     if (const ESpecResult found = StandardsChecking(specId, checking); found != eSpecOk)
         return found;
-    if (!confirmed &&
-        Prompter().Ask({DeleteQuestion(spec, checking), L"", EPromptButtons::YesNo,
-                        EPromptIcon::Exclamation, EPromptAnswer::No}) != EPromptAnswer::Yes)
+    if (!confirmed && !Agreed(DeleteQuestion(spec, checking)))
         return eSpecCancelled;
 
     CVX2D_IniFile reg;
-    reg.SetAutoSave(false);
-    if (reg.OpenForUpdate(CVX2D_ProjectSpecs(m_projects).GetSpecRegisterPath()) !=
-        CVX2D_IniFile::eOk)
+    if (!OpenRegisterForUpdate(reg))
         return eSpecCantOpenDatafile;
     if (!Lookup(reg, specId, spec))
         return eSpecCantFind;
     const std::wstring key = MakeSpecKey(specId);
-    std::wstring folder;
-    if (Location(PlaceOf(spec), folder) == eSpecOk)
-        folder += key;
+    const std::wstring folder = CurrentFolder(spec);
     const std::wstring aside = folder + L" (deleted)";
     CVX2D_FolderTree& tree = m_projects.FolderTree();
-    std::vector<std::int32_t> affected;
-    for (const auto& standard : checking)
-        affected.push_back(standard.id);
+    const std::vector<std::int32_t> affected = IdsOf(checking);
     bool wroteDestinations = false;
     CUndo undo;
     undo.Add([&] {
@@ -749,11 +761,8 @@ ESpecResult CVX2D_SpecRegister::DeleteSpec(std::int32_t specId, bool confirmed) 
         files[standard.id].push_back({kSpecList, key, L""});
     if (spec.scope == eSpecProject)
         files[spec.ownerId].push_back({kProjectSpecs, key, L""});
-    for (const auto& [projectId, fileChanges] : files) {
-        const std::wstring path = SpecFileOf(projectId);
-        if (path.empty() || !ChangeFile(path, fileChanges, undo))
-            return eSpecCantOpenDatafile;
-    }
+    if (!ChangeSpecFiles(m_projects, files, undo))
+        return eSpecCantOpenDatafile;
     wroteDestinations = true;
     if (WriteDestinations(affected) != eSpecOk)
         return eSpecCantOpenDatafile;
@@ -857,9 +866,7 @@ bool CVX2D_SpecRegister::Arrived(std::int32_t id, std::int32_t sourceId,
         return true;
 
     CVX2D_IniFile reg;
-    reg.SetAutoSave(false);
-    if (reg.OpenForUpdate(CVX2D_ProjectSpecs(m_projects).GetSpecRegisterPath()) !=
-        CVX2D_IniFile::eOk)
+    if (!OpenRegisterForUpdate(reg))
         return false;
     registered = CVX2D_ProjectSpecs::SpecsOf(reg);
     const std::map<std::int32_t, std::wstring> own = OwnSpecs(folder, specs, registered, sourceId);
@@ -928,9 +935,7 @@ bool CVX2D_SpecRegister::Moved(std::int32_t id, const std::wstring& folder) {
 
 void CVX2D_SpecRegister::Purged(std::int32_t id) {
     CVX2D_IniFile reg;
-    reg.SetAutoSave(false);
-    if (reg.OpenForUpdate(CVX2D_ProjectSpecs(m_projects).GetSpecRegisterPath()) ==
-        CVX2D_IniFile::eOk) {
+    if (OpenRegisterForUpdate(reg)) {
         CEntryChanges changes;
         for (const auto& spec : CVX2D_ProjectSpecs::SpecsOf(reg)) {
             if (spec.scope != eSpecProject || spec.ownerId != id)

@@ -149,11 +149,20 @@ private:
     ESpecResult Location(const SSpecPlace& place, std::wstring& folder, bool newPlace = false,
                          std::int32_t overrideId = 0,
                          const std::wstring& overrideFolder = {}) const;
+    // Where a spec of the register has its folder (no separator at the end);
+    // empty when its place has none.
+    std::wstring CurrentFolder(const SSpecInfo& spec) const;
     // Makes the folders down to a place's folder; false when it is not there.
     bool MakeLocation(const std::wstring& folder) const;
     ESpecResult WriteDestinations(const std::vector<std::int32_t>& projectIds,
                                   std::int32_t overrideId, const std::wstring& overrideFolder);
     std::wstring SpecFileOf(std::int32_t projectId) const;
+    bool OpenRegisterForUpdate(CVX2D_IniFile& reg) const;
+    // Asks a Yes/No question whose default is No.
+    bool Agreed(const std::wstring& question) const;
+    // Those of `checking` that could not use the spec in `place`.
+    std::vector<SProjectInfo> Losing(const std::vector<SProjectInfo>& checking, std::int32_t specId,
+                                     const SSpecPlace& place) const;
     IPrompter& Prompter() const { return m_projects.Prompter(); }
 
     const CVX2D_ProjectRegistry& m_projects;

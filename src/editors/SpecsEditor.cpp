@@ -5,9 +5,11 @@
 #include "datafile/Ids.h"
 #include "datafile/Text.h"
 #include "platform/System.h"
+#include "platform/Utf8.h"
 #include "store/ClientRegistry.h"
 
 #include <algorithm>
+#include <filesystem>
 #include <fmt/xchar.h>
 #include <map>
 
@@ -276,5 +278,12 @@ bool CSpecsEditor::OpenFolder(std::size_t row) {
     if (!Told(m_specs.SpecFolder(m_rows[row].id, folder),
               fmt::format(L"Error opening the folder of spec '{}'.", m_rows[row].name)))
         return false;
+    std::error_code ec;
+    if (!std::filesystem::is_directory(platform::ToPath(WithoutTrailingSeparator(folder)), ec)) {
+        m_prompter.Show(
+            fmt::format(L"The folder of spec '{}' is not there:\n{}", m_rows[row].name, folder),
+            EPromptIcon::Exclamation);
+        return false;
+    }
     return OpenOrTell(m_opener, folder, L"the folder", m_prompter);
 }

@@ -3,6 +3,7 @@
 // the close question write.
 #include "editors/LinesEditor.h"
 #include "editors/SpecsEditor.h"
+#include "platform/Utf8.h"
 #include "support/SpecsPageEditor.h"
 #include "support/TestSupport.h"
 
@@ -249,6 +250,11 @@ TEST_F(LinesSpecsEditorTest, ThePageManagesSpecsAtOnceAndKeepsUnappliedChecks) {
     });
     EXPECT_TRUE(editor.OpenFolder(rowOf(10)));
     EXPECT_EQ(test::P(opened), Root() / "Specs" / "VX2D_CLIENT_1" / "VX2D_SPEC_10" / "");
+    // A spec entered in the register by hand may have no folder yet.
+    EXPECT_FALSE(editor.OpenFolder(rowOf(6)));
+    EXPECT_EQ(LastMessage(),
+              L"The folder of spec 'Client A' is not there:\n" +
+                  platform::FromPath(Root() / "Specs" / "VX2D_CLIENT_1" / "VX2D_SPEC_6" / ""));
 
     EXPECT_TRUE(editor.Apply());
     EXPECT_EQ(Read("Specs.ini"), "[ProjectSpecs]\r\nVX2D_SPEC_11 = Copy of CS150\r\n\r\n"
