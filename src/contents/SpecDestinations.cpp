@@ -49,19 +49,16 @@ bool CVX2D_SpecDestinations::Read(std::int32_t projectId,
     return read;
 }
 
-bool CVX2D_SpecDestinations::Replace(const CSpecDestinationMap& sections) {
-    const std::lock_guard lock(m_mutex);
-    if (m_strPath.empty())
-        return false;
-    if (m_ini.OpenForUpdate(m_strPath) != CVX2D_IniFile::eOk) {
-        m_bRead = false;
-        return false;
-    }
+namespace {
+
+// Gives `ini` the sections; true when that changed it.
+bool Give(CVX2D_IniFile& ini, const CSpecDestinationMap& sections) {
+    bool changed = false;
     for (const auto& [projectId, destinations] : sections) {
         const std::wstring section = MakeProjectKey(projectId);
         std::vector<std::wstring> keys, values;
-        m_ini.SetSection(section);
-        m_ini.GetSectionEntries(keys, values);
+        ini.SetSection(section);
+        ini.GetSectionEntries(keys, values);
         std::vector<std::wstring> wantedKeys, wantedValues;
         for (const auto& destination : destinations) {
             wantedKeys.push_back(MakeSpecKey(destination.specId));
@@ -75,11 +72,32 @@ bool CVX2D_SpecDestinations::Replace(const CSpecDestinationMap& sections) {
             wanted[wantedKeys[i]] = wantedValues[i];
         if (had == wanted)
             continue;
-        m_ini.DeleteSection(section);
-        m_ini.SetSection(section);
-        m_ini.SetSectionEntries(wantedKeys, wantedValues);
+        changed = true;
+        ini.DeleteSection(section);
+        ini.SetSection(section);
+        ini.SetSectionEntries(wantedKeys, wantedValues);
     }
-    const bool saved = !m_ini.IsModified() || m_ini.Save() == CVX2D_IniFile::eOk;
+    return changed;
+}
+
+} // namespace
+
+bool CVX2D_SpecDestinations::Replace(const CSpecDestinationMap& sections) {
+    const std::lock_guard lock(m_mutex);
+    if (m_strPath.empty())
+        return false;
+    // What the file holds already needs neither the lock nor a write.
+    if (Refresh()) {
+        CVX2D_IniFile probe = m_ini;
+        probe.SetAutoSave(false);
+        if (!Give(probe, sections))
+            return true;
+    }
+    if (m_ini.OpenForUpdate(m_strPath) != CVX2D_IniFile::eOk) {
+        m_bRead = false;
+        return false;
+    }
+    const bool saved = !Give(m_ini, sections) || m_ini.Save() == CVX2D_IniFile::eOk;
     // Still under the lock: a saved document is what the file holds; one
     // that failed to be saved must not be read as the file.
     m_bRead = saved;

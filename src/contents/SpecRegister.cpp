@@ -934,8 +934,15 @@ bool CVX2D_SpecRegister::Moved(std::int32_t id, const std::wstring& folder) {
 }
 
 void CVX2D_SpecRegister::Purged(std::int32_t id) {
+    std::vector<SSpecInfo> registered;
+    const bool read = CVX2D_ProjectSpecs(m_projects).GetSpecRegister(registered) == eSpecOk;
+    const bool owns =
+        std::any_of(registered.begin(), registered.end(), [id](const SSpecInfo& spec) {
+            return spec.scope == eSpecProject && spec.ownerId == id;
+        });
     CVX2D_IniFile reg;
-    if (OpenRegisterForUpdate(reg)) {
+    // Most standards own no spec: their purge takes no lock.
+    if ((!read || owns) && OpenRegisterForUpdate(reg)) {
         CEntryChanges changes;
         for (const auto& spec : CVX2D_ProjectSpecs::SpecsOf(reg)) {
             if (spec.scope != eSpecProject || spec.ownerId != id)
