@@ -207,13 +207,14 @@ void AddSpecsCommands(CLI::App& app, SCliContext& context) {
     };
     // --common, --client ID, --standard ID: at most one of them.
     const auto placeOptions = [args](CLI::App* command, const char* what) {
-        auto* common = command->add_flag("--common", args->common, std::string("Common: ") + what);
+        const std::string scope = std::string(" (") + what + ")";
+        auto* common =
+            command->add_flag("--common", args->common, "Common to every standard" + scope);
         SPlaceOptions given;
         given.client = AddClientId(command, "--client", args->clientId,
-                                   std::string("A client's (id or exact name): ") + what, false);
-        given.standard =
-            AddStandardOption(command, "--standard", args->standardId,
-                              std::string("A standard's own (id or exact name): ") + what);
+                                   "A client's, by id or exact name" + scope, false);
+        given.standard = AddStandardOption(command, "--standard", args->standardId,
+                                           "A standard's own, by id or exact name" + scope);
         common->excludes(given.client)->excludes(given.standard);
         given.client->excludes(given.standard);
         return given;
