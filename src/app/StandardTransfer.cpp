@@ -141,6 +141,14 @@ CStandardTransfer::Import(const std::vector<std::wstring>& files, std::int32_t c
             fail(imported, why);
             continue;
         }
+        // Its own specs come with it and take ids of this installation.
+        if (!m_projects.ContentsArrived(imported.id)) {
+            fail(imported,
+                 Remove(imported.id, clientId,
+                        L"The standard's own specs could not be entered in the register of "
+                        L"specs."));
+            continue;
+        }
         imported.skipped = extraction.skipped;
         RaiseLastLineId(m_projects.Datafiles(), folder + L"Lines.ini");
         for (const auto& entry : imported.skipped)

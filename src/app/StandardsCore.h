@@ -3,11 +3,13 @@
 // per-user profile. The desktop program and the command line both build one.
 #pragma once
 
-#include "store/Profile.h"
-#include "store/Installation.h"
+#include "contents/SpecDestinations.h"
+#include "contents/SpecRegister.h"
 #include "platform/Registry.h"
 #include "store/ClientRegistry.h"
 #include "store/Datafiles.h"
+#include "store/Installation.h"
+#include "store/Profile.h"
 #include "store/ProjectRegistry.h"
 
 #include <memory>
@@ -20,7 +22,13 @@ struct CStandardsCore {
                    IPrompter& prompterIn)
         : registry(std::move(registryIn)), installation(*registry, datafilesOverride),
           datafiles(installation.DatafilesPath()), prompter(prompterIn),
-          projects(datafiles, prompter), clients(datafiles), profile(*registry) {}
+          projects(datafiles, prompter), clients(datafiles), profile(*registry),
+          specDestinations(datafiles), specs(projects, specDestinations) {
+        projects.SetContents(&specs);
+    }
+    // The registry points at `specs`: the core stays where it was made.
+    CStandardsCore(const CStandardsCore&) = delete;
+    CStandardsCore& operator=(const CStandardsCore&) = delete;
 
     // The standard's name for messages, or its id when it has none.
     std::wstring NameOf(std::int32_t id) const {
@@ -35,4 +43,10 @@ struct CStandardsCore {
     CVX2D_ProjectRegistry projects;
     CVX2D_ClientRegistry clients;
     CProfile profile;
+    // The drafting applications' spec destinations: one document for the
+    // whole run over this datafiles folder.
+    CVX2D_SpecDestinations specDestinations;
+    // Pipe specs and their folders; told of standards' copies, renames and
+    // purges by `projects`.
+    CVX2D_SpecRegister specs;
 };

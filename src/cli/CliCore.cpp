@@ -212,14 +212,17 @@ void AddStandardId(CLI::App* command, std::int32_t& id) {
 
 void AddStandardId(CLI::App* command, const std::string& label, std::int32_t& id,
                    const std::string& help, bool noneAllowed) {
-    command
-        ->add_option_function<std::string>(
-            label,
-            [&id, noneAllowed](const std::string& text) {
-                References().push_back({&id, text, false, noneAllowed});
-            },
-            help)
-        ->required();
+    AddStandardOption(command, label, id, help, noneAllowed)->required();
+}
+
+CLI::Option* AddStandardOption(CLI::App* command, const std::string& label, std::int32_t& id,
+                               const std::string& help, bool noneAllowed) {
+    return command->add_option_function<std::string>(
+        label,
+        [&id, noneAllowed](const std::string& text) {
+            References().push_back({&id, text, false, noneAllowed});
+        },
+        help);
 }
 
 CLI::Option* AddClientId(CLI::App* command, const std::string& label, std::int32_t& id,

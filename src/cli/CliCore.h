@@ -143,6 +143,9 @@ void AddStandardId(CLI::App* command, std::int32_t& id);
 // The same under another label and help; `noneAllowed` lets -1 stand for no standard.
 void AddStandardId(CLI::App* command, const std::string& label, std::int32_t& id,
                    const std::string& help, bool noneAllowed);
+// The same as an option that may be left out ("--standard").
+CLI::Option* AddStandardOption(CLI::App* command, const std::string& label, std::int32_t& id,
+                               const std::string& help, bool noneAllowed = false);
 // A client given as an id or by its exact name; with `noneAllowed`, 0 stands
 // for no client.
 CLI::Option* AddClientId(CLI::App* command, const std::string& label, std::int32_t& id,

@@ -1,9 +1,8 @@
-// lines ..., specs ..., drawings list: a standard's line numbers, its checked
-// pipe specs with the register of specs, and the files of its drawings folders.
+// lines ..., drawings list: a standard's line numbers and the files of its
+// drawings folders.
 #include "cli/CliCore.h"
 #include "contents/DrawingsListing.h"
 #include "contents/ProjectLines.h"
-#include "contents/ProjectSpecs.h"
 #include "datafile/Application.h"
 #include "datafile/Names.h"
 #include "datafile/Text.h"
@@ -25,7 +24,7 @@ std::string IsoDate(std::int64_t seconds) {
 
 struct SArgs {
     std::int32_t id = 0;
-    std::int32_t itemId = 0; // a line id or a spec id
+    std::int32_t itemId = 0; // a line id
     std::string name;
     std::string application;
     bool withDeleted = false;
@@ -35,11 +34,6 @@ struct SArgs {
 void CheckLine(ELineResult result, const std::wstring& what) {
     if (result != eLineOk)
         throw CCliFailure(what + L"\n\n" + CVX2D_ProjectLines::GetErrorText(result));
-}
-
-void CheckSpecResult(ESpecResult result, const std::wstring& what) {
-    if (result != eSpecOk)
-        throw CCliFailure(what + L"\n\n" + CVX2D_ProjectSpecs::GetErrorText(result));
 }
 
 COutput LinesList(const SCliOptions& options, const SArgs& a) {
@@ -76,41 +70,6 @@ void LinesRename(const SCliOptions& options, const SArgs& a) {
         throw CCliFailure(what + L"\n\n" + CVX2D_ProjectLines::GetErrorText(result) + L": " +
                           NameProblem(name));
     CheckLine(result, what);
-}
-
-COutput SpecsList(const SCliOptions& options, const SArgs& a) {
-    SCore core(options);
-    std::vector<std::int32_t> ids;
-    std::vector<std::wstring> names;
-    CheckSpecResult(
-        CVX2D_ProjectSpecs(core.projects).GetCheckedSpecs(a.id, ids, names),
-        fmt::format(L"Error reading the checked specs of standard '{}'.", core.NameOf(a.id)));
-    COutput output({{"spec_id"}, {"name"}});
-    for (std::size_t i = 0; i < ids.size(); ++i)
-        output.Add({ids[i], names[i]});
-    return output;
-}
-
-std::wstring ScopeText(const SSpecInfo& spec) {
-    switch (spec.scope) {
-    case eSpecClient:
-        return fmt::format(L"client {}", spec.ownerId);
-    case eSpecProject:
-        return fmt::format(L"standard {}", spec.ownerId);
-    default:
-        return L"common";
-    }
-}
-
-COutput SpecsRegister(const SCliOptions& options) {
-    SCore core(options);
-    std::vector<SSpecInfo> specs;
-    CheckSpecResult(CVX2D_ProjectSpecs(core.projects).GetSpecRegister(specs),
-                    L"Error reading the register of specs.");
-    COutput output({{"spec_id"}, {"scope"}, {"name"}});
-    for (const auto& spec : specs)
-        output.Add({spec.id, ScopeText(spec), spec.name});
-    return output;
 }
 
 COutput DrawingsList(const SCliOptions& options, const SArgs& a) {
@@ -200,42 +159,6 @@ void AddLinesCommands(CLI::App& app, SCliContext& context) {
                                       core.NameOf(args->id)));
             });
         });
-}
-
-void AddSpecsCommands(CLI::App& app, SCliContext& context) {
-    auto args = std::make_shared<SArgs>();
-    SCliContext* ctx = &context;
-    auto* group = AddGroup(app, "specs", "Pipe specs: the register and a standard's checks");
-    using CSpecOperation = ESpecResult (CVX2D_ProjectSpecs::*)(std::int32_t, std::int32_t) const;
-    auto specAction = [ctx, args](CSpecOperation operation, const wchar_t* what) {
-        return [ctx, args, operation, what] {
-            ctx->Run([ctx, args, operation, what] {
-                SCore core(ctx->options);
-                CheckSpecResult(
-                    (CVX2D_ProjectSpecs(core.projects).*operation)(args->id, args->itemId),
-                    fmt::format(fmt::runtime(what), args->itemId, core.NameOf(args->id)));
-            });
-        };
-    };
-
-    auto* list = group->add_subcommand("list", "SPEC_ID, NAME of the specs checked for a standard");
-    AddStandardId(list, args->id);
-    list->callback(
-        [ctx, args] { ctx->Print([ctx, args] { return SpecsList(ctx->options, *args); }); });
-    auto* check = group->add_subcommand("check", "Check a spec of the register for a standard");
-    AddStandardId(check, args->id);
-    check->add_option("SPEC_ID", args->itemId, "The spec's id (see specs list)")->required();
-    check->callback(
-        specAction(&CVX2D_ProjectSpecs::CheckSpec, L"Error checking spec {} for standard '{}'."));
-    auto* uncheck = group->add_subcommand("uncheck", "Uncheck a spec for a standard");
-    AddStandardId(uncheck, args->id);
-    uncheck->add_option("SPEC_ID", args->itemId, "The spec's id (see specs list)")->required();
-    uncheck->callback(specAction(&CVX2D_ProjectSpecs::UncheckSpec,
-                                 L"Error unchecking spec {} for standard '{}'."));
-    group
-        ->add_subcommand("register",
-                         "SPEC_ID, SCOPE (common, client N or standard N), NAME of every spec")
-        ->callback([ctx] { ctx->Print([ctx] { return SpecsRegister(ctx->options); }); });
 }
 
 void AddDrawingsCommands(CLI::App& app, SCliContext& context) {

@@ -67,7 +67,7 @@ void Merge(const SCliContext& context, const SMergeArgs& a, std::ostream& out) {
         throw CCliFailure(L"--group narrows --all-differences; name rows without it.", 2);
     SCore core(context.options);
     const SMergeSelection selection{Wide(a.rows), a.allDifferences, Wide(a.groups), false};
-    const CStandardMerge merge(core.projects);
+    const CStandardMerge merge(core.specs);
     std::wstring error;
     bool usage = false;
     COutput output({{"row"}, {"section"}, {"label"}, {"old"}, {"new"}});
@@ -141,8 +141,8 @@ void Push(const SCliContext& context, const SPushArgs& a, std::ostream& out) {
         };
     std::vector<SPushResult> results;
     std::wstring error;
-    if (!PushRows(core.projects, a.from, Wide(a.rows), targets, {a.dryRun, a.includeDeleted},
-                  results, error, progress))
+    if (!PushRows(core.specs, a.from, Wide(a.rows), targets, {a.dryRun, a.includeDeleted}, results,
+                  error, progress))
         throw CCliFailure(error, 2);
 
     COutput output({{"standard"}, {"name"}, {"row"}, {"section"}, {"label"}, {"old"}, {"new"}});

@@ -91,6 +91,12 @@ ESpecResult CVX2D_ProjectSpecs::GetSpecRegister(std::vector<SSpecInfo>& specs) c
     CVX2D_IniFile ini;
     if (!OpenRegister(ini))
         return eSpecCantOpenDatafile;
+    specs = SpecsOf(ini);
+    return eSpecOk;
+}
+
+std::vector<SSpecInfo> CVX2D_ProjectSpecs::SpecsOf(const CVX2D_IniFile& ini) {
+    std::vector<SSpecInfo> specs;
     std::map<std::wstring, std::pair<ESpecScope, std::int32_t>> scopes;
     for (const auto& e : ini.Entries()) {
         // A spec named in both lists belongs to the standard, the narrower scope.
@@ -107,7 +113,7 @@ ESpecResult CVX2D_ProjectSpecs::GetSpecRegister(std::vector<SSpecInfo>& specs) c
             std::tie(spec.scope, spec.ownerId) = it->second;
         specs.push_back(std::move(spec));
     }
-    return eSpecOk;
+    return specs;
 }
 
 ESpecResult CVX2D_ProjectSpecs::CheckSpec(std::int32_t projectId, std::int32_t specId) const {

@@ -33,6 +33,9 @@ enum [[nodiscard]] ESpecResult{
     // Outside the message table: a line id or application number that no
     // caller should pass; its text is "Unknown error".
     eSpecInvalidArgument = 11,
+    // Outside the message table: the user said No to the question before a
+    // move or a delete; nothing was changed and nothing is told.
+    eSpecCancelled = 12,
 };
 
 enum ESpecScope { eSpecCommon = 0, eSpecClient = 1, eSpecProject = 2 };
@@ -65,6 +68,8 @@ public:
     // Every spec of the register in file order with its scope. A datafiles
     // folder without a register has no specs.
     ESpecResult GetSpecRegister(std::vector<SSpecInfo>& specs) const;
+    // The specs of a register document in file order with their scopes.
+    static std::vector<SSpecInfo> SpecsOf(const CVX2D_IniFile& specRegister);
 
     // Checks a spec of the register for the standard under the register's
     // name. Only specs the standard may use are found: common ones, its

@@ -96,8 +96,8 @@ std::wstring Part(const CValue& value, std::size_t at) {
 // is staged in its editor, then every editor saves once.
 class CTargetWriter {
 public:
-    CTargetWriter(const CVX2D_ProjectRegistry& registry, std::int32_t targetId)
-        : m_registry(registry), m_nTarget(targetId) {}
+    CTargetWriter(CVX2D_SpecRegister& specs, std::int32_t targetId)
+        : m_specs(specs), m_registry(specs.Projects()), m_nTarget(targetId) {}
 
     SMergeOutcome Write(const std::vector<SMergeChange>& changes) {
         std::vector<std::optional<std::wstring>> failures(changes.size());
@@ -387,7 +387,7 @@ private:
 
     std::optional<std::wstring> SaveSpecs(const std::vector<SMergeChange>& changes,
                                           const std::vector<std::size_t>& indexes) {
-        CSpecsEditor specs(m_registry, m_prompter);
+        CSpecsEditor specs(m_registry, m_prompter, m_specs);
         if (!specs.Open(m_nTarget))
             return m_prompter.Take(L"The specs cannot be read.");
         for (const std::size_t i : indexes) {
@@ -407,6 +407,7 @@ private:
                              : std::optional(m_prompter.Take(L"The specs cannot be saved."));
     }
 
+    CVX2D_SpecRegister& m_specs;
     const CVX2D_ProjectRegistry& m_registry;
     const std::int32_t m_nTarget;
     CCollectingPrompter m_prompter;
@@ -519,7 +520,8 @@ std::wstring LayerRowId(int application, std::int32_t layerKey) {
     return fmt::format(L"Layers/{}/{:03d}", ApplicationName(application), layerKey);
 }
 
-CStandardMerge::CStandardMerge(const CVX2D_ProjectRegistry& registry) : m_registry(registry) {}
+CStandardMerge::CStandardMerge(CVX2D_SpecRegister& specs)
+    : m_specs(specs), m_registry(specs.Projects()) {}
 
 bool CStandardMerge::Plan(std::int32_t sourceId, std::int32_t targetId,
                           const SMergeSelection& selection, SMergePlan& plan, std::wstring& error,
@@ -615,17 +617,18 @@ bool CStandardMerge::Merge(std::int32_t sourceId, std::int32_t targetId,
 }
 
 SMergeOutcome CStandardMerge::Apply(const SMergePlan& plan) const {
-    SMergeOutcome outcome = CTargetWriter(m_registry, plan.targetId).Write(plan.changes);
+    SMergeOutcome outcome = CTargetWriter(m_specs, plan.targetId).Write(plan.changes);
     outcome.undo = SMergePlan{plan.targetId, plan.targetId, plan.targetName, plan.targetName, {}};
     AddUndo(outcome.undo, outcome.applied);
     return outcome;
 }
 
-bool PushRows(const CVX2D_ProjectRegistry& registry, std::int32_t sourceId,
+bool PushRows(CVX2D_SpecRegister& specs, std::int32_t sourceId,
               const std::vector<std::wstring>& rowIds, const std::vector<std::int32_t>& targets,
               const SPushOptions& options, std::vector<SPushResult>& results, std::wstring& error,
               const CProgress& progress) {
     results.clear();
+    const CVX2D_ProjectRegistry& registry = specs.Projects();
     // The rows must be rows the source has (lines and specs may be missing
     // from it: pushing their absence removes them).
     {
@@ -654,7 +657,7 @@ bool PushRows(const CVX2D_ProjectRegistry& registry, std::int32_t sourceId,
         error = ProjectResultText(read);
         return false;
     }
-    const CStandardMerge merge(registry);
+    const CStandardMerge merge(specs);
     for (std::size_t t = 0; t < targets.size(); ++t) {
         SPushResult result;
         result.id = targets[t];

@@ -14,6 +14,7 @@
 // English and a metric standard compare E with A0.
 #pragma once
 
+#include "contents/SpecRegister.h"
 #include "editors/StandardComparison.h"
 #include "store/Progress.h"
 #include "store/ProjectRegistry.h"
@@ -91,8 +92,9 @@ std::wstring LayerRowId(int application, std::int32_t layerKey);
 
 class CStandardMerge {
 public:
-    // Asks nobody: what goes wrong is kept in the outcome.
-    explicit CStandardMerge(const CVX2D_ProjectRegistry& registry);
+    // Over the standards of `specs`' registry; asks nobody: what goes wrong
+    // is kept in the outcome.
+    explicit CStandardMerge(CVX2D_SpecRegister& specs);
 
     // What copying the selected rows from `sourceId` into `targetId` would
     // change: the named rows whose values differ. False, changing nothing,
@@ -114,6 +116,7 @@ public:
     SMergeOutcome Apply(const SMergePlan& plan) const;
 
 private:
+    CVX2D_SpecRegister& m_specs;
     const CVX2D_ProjectRegistry& m_registry;
 };
 
@@ -143,7 +146,7 @@ struct SPushOptions {
 // `progress` counts targets; when it says stop, the targets not reached are
 // left out of the result. False only when the rows name nothing the source
 // has (`error`, a usage fault).
-bool PushRows(const CVX2D_ProjectRegistry& registry, std::int32_t sourceId,
+bool PushRows(CVX2D_SpecRegister& specs, std::int32_t sourceId,
               const std::vector<std::wstring>& rowIds, const std::vector<std::int32_t>& targets,
               const SPushOptions& options, std::vector<SPushResult>& results, std::wstring& error,
               const CProgress& progress = {});

@@ -288,8 +288,8 @@ void CCompareSettingsFormView::CopySelected(int intoSide) {
     SMergeOutcome outcome;
     std::wstring error;
     QApplication::setOverrideCursor(Qt::WaitCursor);
-    const bool merged = CStandardMerge(m_core.projects)
-                            .Merge(source, target, {ids, false, {}, false}, outcome, error);
+    const bool merged =
+        CStandardMerge(m_core.specs).Merge(source, target, {ids, false, {}, false}, outcome, error);
     QApplication::restoreOverrideCursor();
     if (!merged) {
         m_core.prompter.Show(
@@ -314,7 +314,7 @@ void CCompareSettingsFormView::Undo() {
         return;
     const SMergePlan undo = std::exchange(m_undo, SMergePlan{});
     QApplication::setOverrideCursor(Qt::WaitCursor);
-    const SMergeOutcome outcome = CStandardMerge(m_core.projects).Apply(undo);
+    const SMergeOutcome outcome = CStandardMerge(m_core.specs).Apply(undo);
     QApplication::restoreOverrideCursor();
     emit UndoChanged();
     emit StandardChanged(undo.targetId);

@@ -1,5 +1,6 @@
 #include "gui/Grid.h"
 
+#include <QApplication>
 #include <QHeaderView>
 #include <QPainter>
 
@@ -64,7 +65,27 @@ void CCellFrameDelegate::paint(QPainter* painter, const QStyleOptionViewItem& op
     // The style's own dotted focus line is replaced by the frame.
     plain.state &= ~QStyle::State_HasFocus;
     QStyledItemDelegate::paint(painter, plain, index);
+    if (index.data(Qt::CheckStateRole).isValid())
+        PaintCheckOutline(painter, option, index);
     PaintFrame(painter, option);
+}
+
+void CCellFrameDelegate::PaintCheckOutline(QPainter* painter, const QStyleOptionViewItem& option,
+                                           const QModelIndex& index) const {
+    QStyleOptionViewItem item = option;
+    initStyleOption(&item, index);
+    const QStyle* style = item.widget ? item.widget->style() : QApplication::style();
+    const QRect box =
+        style->subElementRect(QStyle::SE_ItemViewItemCheckIndicator, &item, item.widget);
+    painter->save();
+    // Some styles draw an empty box in a dark palette nearly as dark as the
+    // cell: an outline in the text's subdued colour keeps it in sight.
+    const bool chosen = option.state & QStyle::State_Selected;
+    painter->setPen(chosen ? option.palette.color(QPalette::HighlightedText)
+                           : SubduedText(option.palette));
+    painter->setBrush(Qt::NoBrush);
+    painter->drawRect(QRectF(box).adjusted(0.5, 0.5, -0.5, -0.5));
+    painter->restore();
 }
 
 void CCellFrameDelegate::PaintFrame(QPainter* painter, const QStyleOptionViewItem& option) {

@@ -35,7 +35,8 @@ void GreyOut(const QTableWidget* grid, std::initializer_list<QTableWidgetItem*> 
 
 // Draws cells as usual and a frame in the palette's highlight colour around
 // the current cell while the grid has the focus, so the keyboard's place
-// shows on any cell, chosen or not, in light and dark palettes.
+// shows on any cell, chosen or not, in light and dark palettes; a check box
+// gets an outline that shows on both.
 class CCellFrameDelegate : public QStyledItemDelegate {
 public:
     using QStyledItemDelegate::QStyledItemDelegate;
@@ -43,6 +44,11 @@ public:
                const QModelIndex& index) const override;
     // The frame alone, for delegates that paint their cells themselves.
     static void PaintFrame(QPainter* painter, const QStyleOptionViewItem& option);
+
+private:
+    // An outline around a cell's check box, seen on any palette.
+    void PaintCheckOutline(QPainter* painter, const QStyleOptionViewItem& option,
+                           const QModelIndex& index) const;
 };
 
 // How far apart two colours are for the eye: 1 (the same luminance) to 21

@@ -91,6 +91,17 @@ protected:
             SetEditor(m_editor);
     }
 
+    // The same for an editor that also needs `extra`, one of the core's
+    // objects; it saves on Apply.
+    template <class TExtra>
+    CEditorPageView(CStandardsCore& core, IPageHost& host, QWidget* parent, const QString& name,
+                    TExtra& extra)
+        : CPageView(core, host, parent), m_editor(core.projects, core.prompter, extra),
+          m_header(MakeHeader()) {
+        setObjectName(name);
+        SetEditor(m_editor);
+    }
+
     std::wstring HelpTopic() const override { return m_editor.HelpTopic(); }
     QPushButton* MakeRestoreButton() {
         return CPageView::MakeRestoreButton([this] { m_editor.RestoreDefaults(); });

@@ -179,7 +179,7 @@ void CPushDialog::Preview() {
     std::vector<SPushResult> results;
     std::wstring error;
     QApplication::setOverrideCursor(Qt::WaitCursor);
-    const bool planned = PushRows(m_core.projects, m_nSource, TickedRows(), TickedStandards(),
+    const bool planned = PushRows(m_core.specs, m_nSource, TickedRows(), TickedStandards(),
                                   {true, false}, results, error);
     QApplication::restoreOverrideCursor();
     if (!planned) {
@@ -201,8 +201,8 @@ void CPushDialog::Apply() {
     bool pushed = false;
     CBackgroundWork::Run(this, tr("Applying values to %n standard(s)...", "", targets.size()), true,
                          [&](const CProgress& progress) {
-                             pushed = PushRows(m_core.projects, m_nSource, rows, targets, {},
-                                               results, error, progress);
+                             pushed = PushRows(m_core.specs, m_nSource, rows, targets, {}, results,
+                                               error, progress);
                          });
     if (!pushed) {
         m_core.prompter.Show(error, EPromptIcon::Stop);

@@ -145,3 +145,18 @@ bool CVX2D_FolderTree::DeleteTree(const std::wstring& folder) {
     fs::remove_all(path, ec);
     return !ec && !fs::exists(path, ec);
 }
+
+bool CVX2D_FolderTree::MakeFolder(const std::wstring& folder) {
+    std::error_code ec;
+    return fs::create_directory(platform::ToPath(WithoutTrailingSeparator(folder)), ec) && !ec;
+}
+
+bool CVX2D_FolderTree::MoveFolder(const std::wstring& from, const std::wstring& to) {
+    const fs::path source = platform::ToPath(WithoutTrailingSeparator(from));
+    const fs::path target = platform::ToPath(WithoutTrailingSeparator(to));
+    std::error_code ec;
+    if (!fs::is_directory(source, ec) || fs::exists(fs::symlink_status(target, ec)))
+        return false;
+    platform::Rename(source, target, ec);
+    return !ec;
+}

@@ -25,6 +25,12 @@ public:
     // Deletes the folder and everything in it; true when nothing is left.
     virtual bool DeleteTree(const std::wstring& folder);
 
+    // Makes one new, empty folder (its parent must exist); false when
+    // something of that name is there already or it cannot be made.
+    virtual bool MakeFolder(const std::wstring& folder);
+    // Renames a folder, never onto anything that exists.
+    virtual bool MoveFolder(const std::wstring& from, const std::wstring& to);
+
     // The first "Backup (n) of <name>" beside `folder` that does not exist.
     static std::wstring BackupNameFor(const std::wstring& folder);
 

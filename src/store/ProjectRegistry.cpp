@@ -403,6 +403,9 @@ EProjectResult CVX2D_ProjectRegistry::CopyProject(std::int32_t id, std::int32_t&
         return RollBack(ini, copyId, Exists(folder) ? folder : L"", result);
     if (!RaiseLastLineId(m_datafiles, WithTrailingSeparator(folder) + L"Lines.ini"))
         return RollBack(ini, copyId, folder, eProjectCantOpenDatafile);
+    // The copy's own specs get ids of their own, or the copy is undone.
+    if (m_pContents && !m_pContents->Arrived(copyId, id, WithTrailingSeparator(folder)))
+        return RollBack(ini, copyId, folder, eProjectErrorCopyingFolder);
     newId = copyId;
     newName = copyName;
     return eProjectOk;
@@ -451,12 +454,22 @@ EProjectResult CVX2D_ProjectRegistry::RenameProject(std::int32_t id, const std::
     const bool move = from != to;
     if (move && !MoveFolder(from, to))
         return eProjectErrorMovingFolder;
+    // What points into the folder follows it, or the folder goes back.
+    const auto follow = [&](const std::wstring& folder) {
+        return !move || !m_pContents || m_pContents->Moved(id, WithTrailingSeparator(folder));
+    };
+    if (!follow(to)) {
+        MoveFolder(to, from);
+        return eProjectCantOpenDatafile;
+    }
     ini.SetSection(list);
     ini.SetString(MakeProjectKey(id), name);
     if (!SaveRegistry(ini, true)) {
         // The registry still names the old folder: put it back there.
-        if (move)
+        if (move) {
             MoveFolder(to, from);
+            follow(from);
+        }
         return eProjectCantOpenDatafile;
     }
     return eProjectOk;
@@ -518,8 +531,18 @@ EProjectResult CVX2D_ProjectRegistry::PurgeProject(std::int32_t id) {
         ini.SetString(key, name);
         if (!SaveRegistry(ini))
             return eProjectCantOpenDatafile;
+        return eProjectOk;
     }
+    if (m_pContents)
+        m_pContents->Purged(id);
     return eProjectOk;
+}
+
+bool CVX2D_ProjectRegistry::ContentsArrived(std::int32_t id) {
+    if (!m_pContents)
+        return true;
+    std::wstring folder;
+    return GetProjectFolder(id, folder) == eProjectOk && m_pContents->Arrived(id, 0, folder);
 }
 
 namespace {

@@ -8,6 +8,7 @@
 #include "store/Datafiles.h"
 #include "store/FolderTree.h"
 #include "store/Prompter.h"
+#include "store/StandardContents.h"
 
 #include <cstdint>
 #include <string>
@@ -65,6 +66,15 @@ public:
     // Copies and deletes folder trees through `tree` instead of the disk's
     // own service (a shell with progress, a test that makes a step fail).
     void SetFolderTree(CVX2D_FolderTree* tree) { m_pTree = tree; }
+    // The folder tree service the registry uses, for whatever else keeps
+    // folders in the datafiles folder.
+    CVX2D_FolderTree& FolderTree() const { return m_pTree ? *m_pTree : m_defaultTree; }
+    // Tells `contents` of copies, renames and purges of standards (nullptr:
+    // nobody); it must outlive the registry's use.
+    void SetContents(IStandardContents* contents) { m_pContents = contents; }
+    // A new standard's folder was filled from an archive: what it holds is
+    // registered for it. False when that failed (nothing of it registered).
+    bool ContentsArrived(std::int32_t id);
 
     const CVX2D_Datafiles& Datafiles() const { return m_datafiles; }
     IPrompter& Prompter() const { return m_prompter; }
@@ -133,13 +143,14 @@ private:
     EProjectResult RollBack(CVX2D_IniFile& ini, std::int32_t id, const std::wstring& createdFolder,
                             EProjectResult failure);
 
-    CVX2D_FolderTree& Tree() { return m_pTree ? *m_pTree : m_defaultTree; }
+    CVX2D_FolderTree& Tree() { return FolderTree(); }
 
     const CVX2D_Datafiles& m_datafiles;
     IPrompter& m_prompter;
-    CVX2D_FolderTree m_defaultTree;
+    mutable CVX2D_FolderTree m_defaultTree;
     // The registry as last read, for lookups; changes always read afresh
     // under the lock.
     mutable CDatafileSnapshot m_snapshot;
     CVX2D_FolderTree* m_pTree = nullptr;
+    IStandardContents* m_pContents = nullptr;
 };

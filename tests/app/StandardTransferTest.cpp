@@ -2,6 +2,7 @@
 // round trip, old ".xpj" exports, archives that try to escape, files that are
 // no archives and the limits of one import.
 #include "app/StandardTransfer.h"
+#include "contents/SpecRegister.h"
 #include "platform/Utf8.h"
 #include "store/ClientRegistry.h"
 #include "store/IniRegistry.h"
@@ -503,6 +504,60 @@ TEST_F(StandardTransferTest, AnArchiveThatFailsPartWayLeavesNoStandard) {
     EXPECT_EQ(Standards(), std::vector<std::wstring>{std::to_wstring(good) + L" Good"});
     EXPECT_EQ(Folders(), std::vector<std::string>{"VX2D_PRJ_" + std::to_string(good) + " - Good"});
     EXPECT_EQ(clients.GetClientProjectIds(client), std::vector<std::int32_t>{good});
+}
+
+// A standard's own specs travel inside its archive and take ids of the
+// installation that imports it; checks of specs that installation does not
+// have under that id and name are left behind.
+TEST_F(StandardTransferTest, AnImportedStandardGetsItsOwnSpecsUnderNewIds) {
+    CVX2D_SpecDestinations destinations{Datafiles()};
+    CVX2D_SpecRegister specs{registry, destinations};
+    registry.SetContents(&specs);
+    const std::int32_t id = Create(L"Pipe");
+    std::int32_t specId = 0;
+    ASSERT_EQ(specs.CreateSpec(L"CS150", {}, specId), eSpecOk);
+    ASSERT_EQ(specs.CreateSpec(L"SS300", {}, specId), eSpecOk);
+    ASSERT_EQ(specs.CreateSpec(L"Vents", {eSpecProject, id}, specId), eSpecOk);
+    for (std::int32_t spec : {1, 2, 3})
+        ASSERT_EQ(specs.CheckSpec(id, spec), eSpecOk);
+    WriteBytes(FolderOf(id) / "VX2D_SPEC_3" / "vent.dwg", "v");
+    const std::wstring archive = outside.File(L"Pipe.xst");
+    ASSERT_TRUE(transfer.Export(id, archive));
+    // Here spec 2 is no longer what the archive's standard checked.
+    ASSERT_EQ(specs.RenameSpec(2, L"SS300 B"), eSpecOk);
+
+    const auto imported = transfer.Import({archive}, 0, false);
+    ASSERT_EQ(imported.size(), 1u);
+    const std::int32_t copy = imported[0].id;
+    ASSERT_EQ(copy, 2);
+    EXPECT_EQ(ReadBytes(FolderOf(copy) / "VX2D_SPEC_4" / "vent.dwg"), "v");
+    EXPECT_FALSE(fs::exists(FolderOf(copy) / "VX2D_SPEC_3"));
+    EXPECT_EQ(ReadBytes(FolderOf(copy) / "Specs.ini"),
+              "[ProjectSpecs]\r\nVX2D_SPEC_4 = Vents\r\n\r\n"
+              "[SpecList]\r\nVX2D_SPEC_1 = CS150\r\nVX2D_SPEC_4 = Vents\r\n");
+    EXPECT_EQ(ReadBytes(Root() / "SpecDatafile.ini"),
+              "[General]\r\nLastSpecId = 4\r\n\r\n"
+              "[ProjectSpecs]\r\nVX2D_SPEC_3 = VX2D_PRJ_1\r\nVX2D_SPEC_4 = VX2D_PRJ_2\r\n\r\n"
+              "[SpecList]\r\nVX2D_SPEC_1 = CS150\r\nVX2D_SPEC_2 = SS300 B\r\n"
+              "VX2D_SPEC_3 = Vents\r\nVX2D_SPEC_4 = Vents\r\n");
+    std::vector<SSpecDestination> found;
+    ASSERT_TRUE(destinations.Read(copy, found));
+    EXPECT_EQ(found,
+              (std::vector<SSpecDestination>{{1, L"Specs\\Common\\VX2D_SPEC_1\\"},
+                                             {4, L"Projects\\VX2D_PRJ_2 - Pipe\\VX2D_SPEC_4\\"}}));
+    EXPECT_TRUE(prompter.asked.empty());
+
+    // Where its specs cannot be registered, the import makes no standard.
+    fs::create_directories(Root() / "SpecDatafile.ini.lock");
+    const std::vector<std::wstring> before = Standards();
+    const auto refused = transfer.Import({archive}, 0, false);
+    ASSERT_EQ(refused.size(), 1u);
+    EXPECT_EQ(refused[0].id, 0);
+    EXPECT_EQ(Standards(), before);
+    ASSERT_EQ(prompter.asked.size(), 1u);
+    EXPECT_EQ(prompter.asked[0].text,
+              ImportError("Pipe.xst", L"The standard's own specs could not be entered in the "
+                                      L"register of specs."));
 }
 
 TEST_F(StandardTransferTest, ACancelRemovesTheStandardBeingImportedAndEndsTheImport) {

@@ -3,6 +3,8 @@
 // the close question write.
 #include "editors/LinesEditor.h"
 #include "editors/SpecsEditor.h"
+#include "platform/Utf8.h"
+#include "support/SpecsPageEditor.h"
 #include "support/TestSupport.h"
 
 #include <filesystem>
@@ -124,7 +126,7 @@ TEST_F(LinesSpecsEditorTest, SpecsOfferedAndWhatApplyWrites) {
     // Client 2's spec is still checked from before a move between clients.
     WriteBytes(Folder() / "Specs.ini",
                "[SpecList]\r\nVX2D_SPEC_6 = Client A\r\nVX2D_SPEC_9 = Client B\r\n");
-    CSpecsEditor editor(registry, prompter);
+    test::CSpecsPageEditor editor(registry, prompter);
     ASSERT_TRUE(editor.Open(1));
     EXPECT_EQ(editor.Header(), L"Specs - Pipe");
     std::wstring shown;
@@ -166,7 +168,7 @@ TEST_F(LinesSpecsEditorTest, ClosingAModifiedSpecsPageAsks) {
     for (const auto& c : cases) {
         fs::remove(Folder() / "Specs.ini");
         prompter.asked.clear();
-        CSpecsEditor editor(registry, prompter);
+        test::CSpecsPageEditor editor(registry, prompter);
         ASSERT_TRUE(editor.Open(1));
         ASSERT_TRUE(editor.SetChecked(2, true));
         prompter.answers = {c.answer};
@@ -181,7 +183,7 @@ TEST_F(LinesSpecsEditorTest, ClosingAModifiedSpecsPageAsks) {
 }
 
 TEST_F(LinesSpecsEditorTest, ApplyShowsASpecThatLeftTheRegister) {
-    CSpecsEditor editor(registry, prompter);
+    test::CSpecsPageEditor editor(registry, prompter);
     ASSERT_TRUE(editor.Open(1));
     ASSERT_TRUE(editor.SetChecked(0, true));
     WriteBytes(Root() / "SpecDatafile.ini", "[SpecList]\r\nVX2D_SPEC_6 = Client A\r\n");
@@ -190,6 +192,75 @@ TEST_F(LinesSpecsEditorTest, ApplyShowsASpecThatLeftTheRegister) {
               L"Error checking spec 'CS150' for standard 'Pipe'.\n\nCan't find spec");
     EXPECT_FALSE(fs::exists(Folder() / "Specs.ini"));
     EXPECT_FALSE(editor.ApplyEnabled());
+}
+
+TEST_F(LinesSpecsEditorTest, ThePageManagesSpecsAtOnceAndKeepsUnappliedChecks) {
+    test::CSpecsPageEditor editor(registry, prompter);
+    ASSERT_TRUE(editor.Open(1));
+    std::wstring places;
+    for (const auto& choice : editor.Places())
+        places += choice.text + L"\n";
+    EXPECT_EQ(places, L"Common\nClient 'Client 1'\nStandard 'Pipe'\n");
+    const auto shown = [&] {
+        std::wstring text;
+        for (const auto& row : editor.Rows())
+            text += row.group + L": " + std::to_wstring(row.id) + L" " + row.name +
+                    (row.checked ? L" x" : L"") + L"\n";
+        return text;
+    };
+    const auto rowOf = [&](std::int32_t id) {
+        for (std::size_t i = 0; i < editor.Rows().size(); ++i) {
+            if (editor.Rows()[i].id == id)
+                return i;
+        }
+        return editor.Rows().size();
+    };
+    ASSERT_TRUE(editor.SetChecked(0, true)); // CS150, not applied
+
+    const auto made = editor.NewSpec(L"Drains", {eSpecClient, 1});
+    ASSERT_TRUE(made);
+    EXPECT_EQ(editor.Rows()[*made].id, 10);
+    EXPECT_EQ(editor.Rows()[*made].folder, test::N(L"Specs/VX2D_CLIENT_1/VX2D_SPEC_10"));
+    const auto copied = editor.CopySpec(rowOf(5), editor.ProposedCopyName(rowOf(5)), {});
+    ASSERT_TRUE(copied);
+    EXPECT_TRUE(editor.MoveSpec(*copied, {eSpecProject, 1}));
+    EXPECT_EQ(shown(), L"Common specs: 5 CS150 x\n"
+                       L"Specs of client 'Client 1': 6 Client A\n"
+                       L"Specs of client 'Client 1': 10 Drains\n"
+                       L"Specs of standard 'Pipe': 11 Copy of CS150\n"
+                       L"Specs of standard 'Pipe': 7 Pipe own\n");
+    EXPECT_TRUE(editor.ApplyEnabled());
+    EXPECT_TRUE(prompter.asked.empty());
+
+    // Refusals say why; a No changes nothing and says nothing more.
+    EXPECT_FALSE(editor.RenameSpec(rowOf(10), L"a/b"));
+    EXPECT_EQ(LastMessage(), L"Error renaming spec 'Drains' to 'a/b'.\n\nInvalid name: a name "
+                             L"cannot hold '/' (none of < > : \" / \\ | ? * may be used).");
+    EXPECT_FALSE(editor.NewSpec(L"drains", {eSpecClient, 1}));
+    EXPECT_EQ(LastMessage(), L"Error creating spec 'drains'.\n\nSpec already exists");
+    prompter.answers = {EPromptAnswer::No};
+    EXPECT_FALSE(editor.DeleteSpec(rowOf(7)));
+    EXPECT_EQ(LastMessage(), L"Delete spec 'Pipe own' and its folder for good?");
+    EXPECT_EQ(rowOf(7), 4u);
+
+    std::wstring opened;
+    editor.SetOpener([&](const std::wstring& target) {
+        opened = target;
+        return true;
+    });
+    EXPECT_TRUE(editor.OpenFolder(rowOf(10)));
+    EXPECT_EQ(test::P(opened), Root() / "Specs" / "VX2D_CLIENT_1" / "VX2D_SPEC_10" / "");
+    // A spec entered in the register by hand may have no folder yet.
+    EXPECT_FALSE(editor.OpenFolder(rowOf(6)));
+    EXPECT_EQ(LastMessage(),
+              L"The folder of spec 'Client A' is not there:\n" +
+                  platform::FromPath(Root() / "Specs" / "VX2D_CLIENT_1" / "VX2D_SPEC_6" / ""));
+
+    EXPECT_TRUE(editor.Apply());
+    EXPECT_EQ(Read("Specs.ini"), "[ProjectSpecs]\r\nVX2D_SPEC_11 = Copy of CS150\r\n\r\n"
+                                 "[SpecList]\r\nVX2D_SPEC_5 = CS150\r\n");
+    EXPECT_EQ(ReadBytes(Root() / "SpecDestinationDatafile.ini"),
+              "[VX2D_PRJ_1]\r\nVX2D_SPEC_5 = Specs\\Common\\VX2D_SPEC_5\\\r\n");
 }
 
 } // namespace

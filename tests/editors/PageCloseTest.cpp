@@ -7,6 +7,7 @@
 #include "editors/LayersEditor.h"
 #include "editors/SettingsEditor.h"
 #include "editors/SpecsEditor.h"
+#include "support/SpecsPageEditor.h"
 #include "support/TestSupport.h"
 
 #include <functional>
@@ -68,7 +69,7 @@ const SCase kCases[] = {
          return e.Open(1, 2) && e.SetCellText(0, ELayerColumn::Name, L"PROCX");
      }),
      "= PROCX\r\n"},
-    {"specs", "Specs.ini", Make<CSpecsEditor>([](CSpecsEditor& e, const std::wstring&) {
+    {"specs", "Specs.ini", Make<test::CSpecsPageEditor>([](CSpecsEditor& e, const std::wstring&) {
          return e.Open(1) && e.SetChecked(0, true);
      }),
      "VX2D_SPEC_5 = CS150\r\n"},

@@ -122,7 +122,9 @@ protected:
         return texts;
     }
 
-    CStandardMerge merge{registry};
+    CVX2D_SpecDestinations destinations{Datafiles()};
+    CVX2D_SpecRegister specs{registry, destinations};
+    CStandardMerge merge{specs};
 };
 
 TEST_F(StandardMergeTest, AllDifferencesLeaveOnlyTheStandardsOwnFoldersAndUndoPutsThemBack) {
@@ -268,13 +270,13 @@ TEST_F(StandardMergeTest, APushGoesOnPastSkippedAndFailedStandards) {
     const std::string plantBefore = test::ReadBytes(FolderOf(2) / "PID.ini");
     std::vector<SPushResult> results;
     std::wstring error;
-    ASSERT_TRUE(PushRows(registry, 1, rows, targets, {true, false}, results, error)) << error;
+    ASSERT_TRUE(PushRows(specs, 1, rows, targets, {true, false}, results, error)) << error;
     ASSERT_EQ(results.size(), 5u);
     EXPECT_EQ(IdsOf(results[0].changes), rows);
     EXPECT_EQ(test::ReadBytes(FolderOf(2) / "PID.ini"), plantBefore); // a dry run writes nothing
 
     std::size_t reached = 0;
-    ASSERT_TRUE(PushRows(registry, 1, rows, targets, {}, results, error,
+    ASSERT_TRUE(PushRows(specs, 1, rows, targets, {}, results, error,
                          [&](std::size_t done, std::size_t, const std::wstring&) {
                              reached = done;
                              return true;
@@ -295,10 +297,10 @@ TEST_F(StandardMergeTest, APushGoesOnPastSkippedAndFailedStandards) {
         EXPECT_EQ(std::count(left.begin(), left.end(), L"Lines/Line/100-A"), 0);
     }
 
-    ASSERT_TRUE(PushRows(registry, 1, rows, {4}, {false, true}, results, error));
+    ASSERT_TRUE(PushRows(specs, 1, rows, {4}, {false, true}, results, error));
     EXPECT_EQ(IdsOf(results[0].changes), rows); // a deleted standard when asked for
 
-    EXPECT_FALSE(PushRows(registry, 1, {L"PID/Settings/999"}, {2}, {}, results, error));
+    EXPECT_FALSE(PushRows(specs, 1, {L"PID/Settings/999"}, {2}, {}, results, error));
     EXPECT_EQ(error, L"Standard 'Pipe' has no row called 'PID/Settings/999'.");
 }
 

@@ -17,6 +17,7 @@
 #include "gui/PushDialog.h"
 #include "gui/QtPrompter.h"
 #include "gui/QtText.h"
+#include "gui/SpecsFormView.h"
 #include "gui/StandardDocument.h"
 #include "store/IniRegistry.h"
 
@@ -120,6 +121,17 @@ int main(int argc, char** argv) {
         QString name = title.toLower();
         Save(&frame, out,
              QStringLiteral("page-%1.png").arg(name.replace(QLatin1Char(' '), QLatin1Char('-'))));
+    }
+
+    {
+        // The question of New... on the Specs page.
+        auto* specs = qobject_cast<CSpecsFormView*>(
+            document->ShowPage(document->Pages()->FindPage(QStringLiteral("Specs"), QString())));
+        CSpecPlaceDialog dialog(
+            QStringLiteral("New Spec"), QStringLiteral("A new spec gets an empty folder."),
+            QStringLiteral("SS316L Northwind"), specs->Editor().Places(), {eSpecClient, 1}, &frame);
+        dialog.show();
+        Save(&dialog, out, QStringLiteral("spec-dialog.png"));
     }
 
     // A changed value, then the question on closing the standard's window:

@@ -69,7 +69,8 @@ const SPageKind kPages[] = {
      }},
     {"specs", "Specs", "", L"Specs.ini", L"specs", "VX2D_SPEC_5 = CS150\r\n",
      [](QWidget* page, const QString&) {
-         Find<QTableWidget>(page, "specsGrid")->item(0, 0)->setCheckState(Qt::Checked);
+         // Row 0 is the heading of the common specs.
+         Find<QTableWidget>(page, "specsGrid")->item(1, 0)->setCheckState(Qt::Checked);
      }},
 };
 

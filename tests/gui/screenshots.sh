@@ -31,6 +31,10 @@ cli settings set 1 PID 145 3.5
 cli general set 1 drawings_pid "$data/Drawings/PID"
 cli lines create 1 && cli lines create 1
 cli layers set 1 PID 16 color 255,0,0
+cli specs create CS150 && cli specs create SS316L
+cli specs create "CS150 Northwind" --client 1
+cli specs create "Refinery vents" --standard 1
+cli specs check 1 1 && cli specs check 1 3
 for name in P-100 P-101 P-200; do head -c 40000 /dev/urandom > "$data/Drawings/PID/$name.dwg"; done
 
 shots="$build"/screenshots

@@ -19,6 +19,7 @@
 #include "editors/StandardComparison.h"
 #include "editors/StandardMerge.h"
 #include "platform/Utf8.h"
+#include "support/SpecsPageEditor.h"
 #include "support/TestSupport.h"
 
 #include <fmt/xchar.h>
@@ -106,7 +107,7 @@ protected:
             Add(where, CLinesEditor(registry, prompter).HelpTopic());
             break;
         case ESettingsPage::Specs:
-            Add(where, CSpecsEditor(registry, prompter).HelpTopic());
+            Add(where, test::CSpecsPageEditor(registry, prompter).HelpTopic());
             break;
         case ESettingsPage::Section: {
             CSettingsEditor editor(registry, prompter);
