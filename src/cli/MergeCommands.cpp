@@ -215,8 +215,8 @@ void AddMergeCommands(CLI::App& app, SCliContext& context) {
             "(row ids as 'compare FROM TO' prints them), through the same rules as the pages. "
             "Prints ROW, SECTION, LABEL, OLD (TO's value before) and NEW for each row written; "
             "--dry-run prints the rows that would change. A heading's id names every row under "
-            "it. --all-differences leaves rows that belong to a standard (a folder inside its "
-            "own folder) unless they are named");
+            "it. --all-differences leaves rows that belong to a standard (its drawings folders, "
+            "a borders or templates folder inside its own folder) unless they are named");
         AddStandardId(merge, "FROM", args->from, "The standard to copy from: its id or exact name",
                       false);
         AddStandardId(merge, "TO", args->to, "The standard to change: its id or exact name", false);

@@ -292,10 +292,14 @@ private:
                  g2.m_strTemplatesLocation);
     }
 
+    // A standard's drawings are its own wherever they lie (the first
+    // standards and the wizard put them under the standard's name); a
+    // borders or templates folder is its own inside the standard's folder.
     void Location(const std::wstring& key, const std::wstring& label, const std::wstring& folder1,
                   const std::wstring& folder2) {
-        Value(L"Locations/" + key, label, folder1, folder2).own =
-            Inside(folder1, One().folder) || Inside(folder2, Two().folder);
+        Value(L"Locations/" + key, label, folder1, folder2).own = key.starts_with(L"Drawings/") ||
+                                                                  Inside(folder1, One().folder) ||
+                                                                  Inside(folder2, Two().folder);
     }
 
     void Borders() {

@@ -49,8 +49,9 @@ struct SCompareRow {
     // standard has no such line or spec.
     std::vector<std::wstring> value1;
     std::vector<std::wstring> value2;
-    // A folder that lies inside its own standard's folder on either side:
-    // it belongs to that standard, so a merge of all differences leaves it.
+    // A value that belongs to its standard: a drawings folder, or a folder
+    // inside the standard's own folder on either side. A merge of all
+    // differences leaves it.
     bool own = false;
     bool centred = false; // the label cell's text format
     bool differ = false;

@@ -28,7 +28,7 @@
 struct SMergeSelection {
     std::vector<std::wstring> ids;
     // Every row that differs, apart from rows that belong to their own
-    // standard (a folder inside the standard's folder); `groups` (names of
+    // standard (see SCompareRow::own); `groups` (names of
     // CompareGroups, any letter case) narrows it, empty meaning all.
     bool allDifferences = false;
     std::vector<std::wstring> groups;

@@ -47,6 +47,7 @@ protected:
         const std::wstring own = platform::FromPath(FolderOf(1) / "Drawings" / "");
         EXPECT_TRUE(CVX2D_GeneralSettings().Update(registry, 1, [&](CVX2D_GeneralSettings& g) {
             g.m_nDisplayedUnits = 1;
+            g.SetDrawingsLocation(1, L"D:\\Drawings\\Pipe\\");
             g.SetDrawingsLocation(2, own);
             g.m_strTemplatesLocation = L"T:\\Templates\\";
         }));
@@ -130,6 +131,7 @@ protected:
 TEST_F(StandardMergeTest, AllDifferencesLeaveOnlyTheStandardsOwnFoldersAndUndoPutsThemBack) {
     MakePipeDiffer();
     const Ids differing = {L"General/Settings/DisplayedUnits",
+                           L"Locations/Drawings/ELECTRIC",
                            L"Locations/Drawings/PID",
                            L"Locations/Folders/Templates",
                            L"Borders/A1/limits",
@@ -145,10 +147,11 @@ TEST_F(StandardMergeTest, AllDifferencesLeaveOnlyTheStandardsOwnFoldersAndUndoPu
     std::wstring error;
     ASSERT_TRUE(merge.Merge(1, 2, AllDifferences(), outcome, error)) << error;
     EXPECT_TRUE(outcome.Ok());
+    // Pipe's drawings folders stay Pipe's, inside its folder or not.
     Ids merged = differing;
-    merged.erase(merged.begin() + 1); // Pipe's own drawings folder stays Pipe's
+    merged.erase(merged.begin() + 1, merged.begin() + 3);
     EXPECT_EQ(IdsOf(outcome.applied), merged);
-    EXPECT_EQ(Differing(1, 2), Ids{L"Locations/Drawings/PID"});
+    EXPECT_EQ(Differing(1, 2), (Ids{L"Locations/Drawings/ELECTRIC", L"Locations/Drawings/PID"}));
 
     // Plant's line 200-B was marked deleted, not removed.
     SLineList lines;
