@@ -673,7 +673,7 @@ bool CDatafilesDoctor::Examine(std::vector<SDoctorFinding>& findings,
                         fmt::format(L"{}{}", standards[other].id, Quoted(standards[other].name));
             }
             SDoctorFinding f = Finding(
-                ESeverity::eError, L"duplicate-guid",
+                ESeverity::eWarning, L"duplicate-guid",
                 L"Projects" + kSep + standard.folderName + kSep + L"General.ini",
                 fmt::format(L"Standard {}{} has the GUID {} of standard {} as well (a copy "
                             L"keeps its source's GUID).",

@@ -120,11 +120,12 @@ TEST(DatafilesDoctorTest, FindsEachKindWithItsPlaceAndAdvice) {
            "lists standard 55"}}},
         {"a copy with its source's GUID",
          [](SWorld& w) {
-             fs::copy_file(w.Folder() / "General.ini", w.Folder2() / "General.ini",
-                           fs::copy_options::overwrite_existing);
+             // Not fs::copy_file: MinGW's cannot replace a file.
+             test::WriteBytes(w.Folder2() / "General.ini",
+                              test::ReadBytes(w.Folder() / "General.ini"));
          },
-         {{ES::eError, "duplicate-guid", 1, 0, pipe + "General.ini", "of standard 2 'Elec'"},
-          {ES::eError, "duplicate-guid", 2, 0, elec + "General.ini", "of standard 1 'Pipe'"}}},
+         {{ES::eWarning, "duplicate-guid", 1, 0, pipe + "General.ini", "of standard 2 'Elec'"},
+          {ES::eWarning, "duplicate-guid", 2, 0, elec + "General.ini", "of standard 1 'Pipe'"}}},
         {"a missing General.ini",
          [](SWorld& w) { fs::remove(w.Folder2() / "General.ini"); },
          {{ES::eError, "general-ini-missing", 2, 0, elec + "General.ini", "no General.ini"}}},
