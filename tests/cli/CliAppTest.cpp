@@ -36,6 +36,19 @@ TEST_F(CliTest, InstallMakesTheFirstStandardsAndRecordsTheFolder) {
               "1\tactive\t0\tEnglish Standard\n2\tactive\t0\tMetric Standard\n");
 }
 
+TEST_F(CliTest, ArchivesOfAccentedNamesInAFolderOfAnotherScriptTravel) {
+    Ok({"standard", "create", "Pipe"});
+    // Windows reads narrow names in its code page: these need wide ones.
+    const fs::path folder = Root() / fs::path(u8"Αρχεία τυποποίησης");
+    fs::create_directories(folder);
+    const std::string archive =
+        platform::ToUtf8(platform::FromPath(folder / fs::path(u8"Rafinería Señal.xst")));
+    EXPECT_EQ(Ok({"export", "1", archive}), "");
+    EXPECT_EQ(Ok({"import", archive}), "2\tRafinería Señal\n");
+    EXPECT_TRUE(
+        fs::exists(Projects() / fs::path(u8"VX2D_PRJ_2 - Rafinería Señal") / "General.ini"));
+}
+
 TEST_F(CliTest, NavigatorTreeIndentsStandardsUnderTheirClients) {
     Ok({"client", "create"});
     Ok({"client", "rename", "1", "Zeta"});
