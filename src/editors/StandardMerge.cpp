@@ -593,15 +593,10 @@ bool CStandardMerge::Merge(std::int32_t sourceId, std::int32_t targetId,
         outcome.failed = general.failed;
         if (unitsChanged && !plan.changes.empty()) {
             // Sheets and settings defaults follow the new units: compare again.
-            SMergeSelection rest = selection;
-            if (!rest.allDifferences) {
-                rest.ids.clear();
-                for (const auto& change : plan.changes)
-                    rest.ids.push_back(change.id);
-            }
+            const std::vector<SMergeChange> planned = plan.changes;
             std::wstring again;
-            if (!Plan(sourceId, targetId, rest, plan, again)) {
-                for (auto& change : plan.changes)
+            if (!Plan(sourceId, targetId, selection, plan, again)) {
+                for (const auto& change : planned)
                     outcome.failed.push_back({change, again});
                 plan.changes.clear();
             }
