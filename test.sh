@@ -26,6 +26,13 @@ for arg in "$@"; do
 done
 jobs=$(nproc 2>/dev/null || echo 2)
 
+# Each stage says how long it took: CI's time is the sum of them.
+stage_start=$SECONDS
+stage() {
+    echo "test.sh: $1 took $((SECONDS - stage_start)) s (${SECONDS} s in all)"
+    stage_start=$SECONDS
+}
+
 windows_tests() {
     sd_ensure_windows_packages
     sd_windows_deps
@@ -33,11 +40,14 @@ windows_tests() {
     export WINEPREFIX=${WINEPREFIX:-$(dirname "$SD_WINDOWS_DEPS")/wine}
     export WINEDEBUG=${WINEDEBUG:--all}
     cmake --preset windows >/dev/null
+    stage "the Windows libraries"
     cmake --build --preset windows -j "$jobs"
+    stage "the Windows build"
     # Wine's server and prefix are made ready by one program first: test
     # programs starting together on a cold server now and then never end.
     wine build-windows/bin/standards-desk-cli.exe --version >/dev/null
     ctest --preset windows -j "$jobs"
+    stage "the Windows tests"
 }
 
 if $windows_only; then
@@ -47,27 +57,35 @@ fi
 
 sd_ensure_packages
 sd_ensure_comma_locale
+stage "the packages"
 
 preset=default
 [ "${CI:-}" = "true" ] && preset=ci
 
 cmake --preset "$preset" >/dev/null
 cmake --build --preset "$preset" -j "$jobs"
+stage "the build"
 ctest --preset "$preset" -j "$jobs"
+stage "the tests"
 # Offices in Germany, France and elsewhere write 2,5: nothing may depend on it.
 # (The package is made once.)
 LC_ALL="$SD_COMMA_LOCALE" ctest --preset "$preset" -j "$jobs" -LE package
+stage "the tests under $SD_COMMA_LOCALE"
 
 if [ "${CI:-}" = "true" ]; then
     cmake --preset sanitize >/dev/null
     cmake --build --preset sanitize -j "$jobs"
+    stage "the sanitizer build"
     ASAN_OPTIONS=detect_leaks=1 UBSAN_OPTIONS=print_stacktrace=1 \
         ctest --preset sanitize -j "$jobs" -L core
+    stage "the tests under the sanitizers"
 
     # About 30 seconds of fuzzing for each reader of outside input.
     cmake --preset fuzz >/dev/null
     cmake --build --preset fuzz -j "$jobs"
+    stage "the fuzz build"
     scripts/fuzz.sh build-fuzz/bin 30
+    stage "fuzzing"
 fi
 
 # The core and the command line on Windows, under Wine.

@@ -14,7 +14,7 @@
 
 namespace cli {
 
-namespace {
+namespace app_verbs {
 
 struct SArgs {
     std::int32_t id = 0;
@@ -177,9 +177,10 @@ COutput NavigatorTree(const SCliOptions& options) {
     return output;
 }
 
-} // namespace
+} // namespace app_verbs
 
 void AddAppCommands(CLI::App& app, SCliContext& context) {
+    using namespace app_verbs;
     auto args = std::make_shared<SArgs>();
     SCliContext* ctx = &context;
     app.add_subcommand("install",

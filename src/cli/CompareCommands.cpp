@@ -11,7 +11,7 @@
 
 namespace cli {
 
-namespace {
+namespace compare_verbs {
 
 struct SArgs {
     std::int32_t id1 = -1;
@@ -74,9 +74,10 @@ void Compare(const SCliOptions& options, const SArgs& a, std::ostream& out) {
         throw CCliFailure(CompareErrorText(result.reason));
 }
 
-} // namespace
+} // namespace compare_verbs
 
 void AddCompareCommands(CLI::App& app, SCliContext& context) {
+    using namespace compare_verbs;
     auto args = std::make_shared<SArgs>();
     SCliContext* ctx = &context;
     auto* compare = app.add_subcommand(

@@ -12,7 +12,7 @@
 
 namespace cli {
 
-namespace {
+namespace completion_verbs {
 
 // The words that may come next, by "GROUP/VERB" as far as they are typed
 // ("/" before the group; "GROUP/*" for a command without verbs).
@@ -155,9 +155,10 @@ void Fish(std::ostream& out, const CWordTable& table) {
         << "complete -c standards-desk-cli -a '(__standards_desk_cli_next)'\n";
 }
 
-} // namespace
+} // namespace completion_verbs
 
 void AddCompletionCommands(CLI::App& app, SCliContext& context) {
+    using namespace completion_verbs;
     auto* completion = app.add_subcommand(
         "completion", "Print the completion script of a shell (bash, zsh or "
                       "fish), e.g. 'source <(standards-desk-cli completion bash)'");

@@ -13,7 +13,7 @@ namespace cli {
 
 namespace fs = std::filesystem;
 
-namespace {
+namespace datafile_verbs {
 
 struct SArgs {
     std::string file, section, key, value, def;
@@ -83,9 +83,10 @@ std::string ArgumentHelp(const std::string& label) {
     return "The value to store";
 }
 
-} // namespace
+} // namespace datafile_verbs
 
 void AddDatafileCommands(CLI::App& app, SCliContext& context) {
+    using namespace datafile_verbs;
     auto args = std::make_shared<SArgs>();
     SCliContext* ctx = &context;
     auto* group = AddGroup(app, "datafile", "Read and change any datafile through the engine");

@@ -12,7 +12,7 @@
 
 namespace cli {
 
-namespace {
+namespace doctor_verbs {
 
 struct SArgs {
     std::string format = "tsv";
@@ -160,9 +160,10 @@ void Repair(const SCliOptions& options, const SArgs& a, std::ostream& out, bool 
         throw CCliFailure(L"Some repairs were not made.");
 }
 
-} // namespace
+} // namespace doctor_verbs
 
 void AddDoctorCommands(CLI::App& app, SCliContext& context) {
+    using namespace doctor_verbs;
     auto args = std::make_shared<SArgs>();
     SCliContext* ctx = &context;
     auto* doctor = app.add_subcommand(

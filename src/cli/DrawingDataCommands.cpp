@@ -16,7 +16,7 @@
 
 namespace cli {
 
-namespace {
+namespace drawing_data_verbs {
 
 // The column a FIELD argument names; any other name is bad usage.
 template <typename EColumn, std::size_t N>
@@ -254,9 +254,10 @@ void LayersSet(const SCliOptions& options, const SLayersArgs& a) {
         prompter.Fail(what);
 }
 
-} // namespace
+} // namespace drawing_data_verbs
 
 void AddBordersCommands(CLI::App& app, SCliContext& context) {
+    using namespace drawing_data_verbs;
     auto args = std::make_shared<SBordersArgs>();
     SCliContext* ctx = &context;
     auto* group =
@@ -280,6 +281,7 @@ void AddBordersCommands(CLI::App& app, SCliContext& context) {
 }
 
 void AddLayersCommands(CLI::App& app, SCliContext& context) {
+    using namespace drawing_data_verbs;
     auto args = std::make_shared<SLayersArgs>();
     SCliContext* ctx = &context;
     auto* group = AddGroup(

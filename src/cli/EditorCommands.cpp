@@ -14,7 +14,7 @@
 
 namespace cli {
 
-namespace {
+namespace editor_verbs {
 
 struct SArgs : SSectionArgs {
     std::vector<std::string> names;
@@ -153,9 +153,10 @@ COutput Editor(const SCliOptions& options, const SArgs& a) {
     return output;
 }
 
-} // namespace
+} // namespace editor_verbs
 
 void AddEditorCommands(CLI::App& app, SCliContext& context) {
+    using namespace editor_verbs;
     auto args = std::make_shared<SArgs>();
     SCliContext* ctx = &context;
     const char* const appHelp = "1-4 or ELECTRIC, PID (P&ID), ISOMETRIC, ORTHO";

@@ -9,7 +9,7 @@
 
 namespace cli {
 
-namespace {
+namespace general_verbs {
 
 using G = CVX2D_GeneralSettings;
 
@@ -149,9 +149,10 @@ void Set(const SCliOptions& options, const SArgs& a) {
         throw CCliFailure(what);
 }
 
-} // namespace
+} // namespace general_verbs
 
 void AddGeneralCommands(CLI::App& app, SCliContext& context) {
+    using namespace general_verbs;
     auto args = std::make_shared<SArgs>();
     SCliContext* ctx = &context;
     auto* group = AddGroup(app, "general", "A standard's general settings");

@@ -6,7 +6,7 @@
 
 namespace cli {
 
-namespace {
+namespace help_verbs {
 
 // Examples by the command's path under the program ("standard purge").
 const std::map<std::string, std::vector<std::string>>& Examples() {
@@ -136,13 +136,15 @@ void AddFooters(CLI::App& command, const std::string& globals) {
         AddFooters(*sub, globals);
 }
 
-} // namespace
+} // namespace help_verbs
 
 bool HasExamples(const CLI::App& command) {
+    using namespace help_verbs;
     return Examples().contains(PathOf(command));
 }
 
 void AddHelpFooters(CLI::App& app) {
+    using namespace help_verbs;
     // The program's own options, as its --help lists them.
     std::string globals = "Global options (before or after the verb):\n";
     for (const CLI::Option* option : app.get_options()) {

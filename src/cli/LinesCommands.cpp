@@ -15,7 +15,7 @@
 
 namespace cli {
 
-namespace {
+namespace lines_verbs {
 
 // A time as ISO 8601 in UTC: "2024-03-10T11:00:00Z".
 std::string IsoDate(std::int64_t seconds) {
@@ -107,9 +107,10 @@ COutput DrawingsList(const SCliOptions& options, const SArgs& a) {
     return output;
 }
 
-} // namespace
+} // namespace lines_verbs
 
 void AddLinesCommands(CLI::App& app, SCliContext& context) {
+    using namespace lines_verbs;
     auto args = std::make_shared<SArgs>();
     SCliContext* ctx = &context;
     auto* group = AddGroup(app, "lines", "A standard's line numbers");
@@ -162,6 +163,7 @@ void AddLinesCommands(CLI::App& app, SCliContext& context) {
 }
 
 void AddDrawingsCommands(CLI::App& app, SCliContext& context) {
+    using namespace lines_verbs;
     auto args = std::make_shared<SArgs>();
     SCliContext* ctx = &context;
     auto* group = AddGroup(app, "drawings", "The drawing files of a standard's folders");

@@ -11,7 +11,7 @@
 
 namespace cli {
 
-namespace {
+namespace merge_verbs {
 
 struct SMergeArgs {
     std::int32_t from = 0;
@@ -203,9 +203,10 @@ void Push(const SCliContext& context, const SPushArgs& a, std::ostream& out) {
             fmt::format(L"The push failed for {} of {} standards.", failed, results.size()));
 }
 
-} // namespace
+} // namespace merge_verbs
 
 void AddMergeCommands(CLI::App& app, SCliContext& context) {
+    using namespace merge_verbs;
     SCliContext* ctx = &context;
     {
         auto args = std::make_shared<SMergeArgs>();

@@ -8,7 +8,7 @@
 
 namespace cli {
 
-namespace {
+namespace report_verbs {
 
 struct SArgs {
     std::int32_t id = 0;
@@ -34,9 +34,10 @@ void Report(const SCliOptions& options, const SArgs& a, std::ostream& out) {
     out << platform::ToUtf8(text);
 }
 
-} // namespace
+} // namespace report_verbs
 
 void AddReportCommands(CLI::App& app, SCliContext& context) {
+    using namespace report_verbs;
     auto args = std::make_shared<SArgs>();
     SCliContext* ctx = &context;
     auto* report = app.add_subcommand(

@@ -15,7 +15,7 @@
 
 namespace cli {
 
-namespace {
+namespace restore_verbs {
 
 struct SArgs : SSectionArgs {
     bool yes = false;
@@ -118,9 +118,10 @@ COutput Restore(const SCliOptions& options, const SArgs& a) {
     return RestoreSettings(core, a, application, section);
 }
 
-} // namespace
+} // namespace restore_verbs
 
 void AddRestoreCommands(CLI::App& app, SCliContext& context) {
+    using namespace restore_verbs;
     auto args = std::make_shared<SArgs>();
     SCliContext* ctx = &context;
     CLI::App* settings = app.get_subcommand("settings");

@@ -12,7 +12,7 @@
 
 namespace cli {
 
-namespace {
+namespace settings_verbs {
 
 using Base = CVX2D_ProjectSettingsBase;
 
@@ -144,9 +144,10 @@ const char* const kColumns =
     "SECTION_ID, VARIABLE_ID, LABEL, KEY, KIND (1 toggle, 2 string, 3 font, 4 integer, 5 real, "
     "6 folder, 7 text, 8 choice), VALUE, CLEAN";
 
-} // namespace
+} // namespace settings_verbs
 
 void AddSettingsCommands(CLI::App& app, SCliContext& context) {
+    using namespace settings_verbs;
     auto args = std::make_shared<SArgs>();
     SCliContext* ctx = &context;
     auto* group =

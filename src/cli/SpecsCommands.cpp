@@ -8,7 +8,7 @@
 
 namespace cli {
 
-namespace {
+namespace specs_verbs {
 
 struct SArgs {
     std::int32_t id = 0;     // a standard
@@ -183,9 +183,10 @@ COutput SpecsDestinations(const SCliOptions& options, const SArgs& a) {
     return output;
 }
 
-} // namespace
+} // namespace specs_verbs
 
 void AddSpecsCommands(CLI::App& app, SCliContext& context) {
+    using namespace specs_verbs;
     auto args = std::make_shared<SArgs>();
     SCliContext* ctx = &context;
     auto* group =

@@ -12,7 +12,7 @@
 
 namespace cli {
 
-namespace {
+namespace store_verbs {
 
 struct SArgs {
     std::int32_t id = 0;
@@ -233,9 +233,10 @@ COutput RegistryCheck(const SCliOptions& options, const SArgs& a) {
     return output;
 }
 
-} // namespace
+} // namespace store_verbs
 
 void AddClientCommands(CLI::App& app, SCliContext& context) {
+    using namespace store_verbs;
     auto args = std::make_shared<SArgs>();
     SCliContext* ctx = &context;
     auto* group = AddGroup(app, "client", "Clients and their standards");
@@ -257,6 +258,7 @@ void AddClientCommands(CLI::App& app, SCliContext& context) {
 }
 
 void AddStandardCommands(CLI::App& app, SCliContext& context) {
+    using namespace store_verbs;
     auto args = std::make_shared<SArgs>();
     SCliContext* ctx = &context;
     auto* group =

@@ -10,7 +10,7 @@
 
 namespace fs = std::filesystem;
 
-namespace {
+namespace datafiles_choice_test {
 
 class DatafilesChoiceTest : public ::testing::Test {
 protected:
@@ -106,4 +106,4 @@ TEST_F(DatafilesChoiceTest, TheChooserSaysWhetherAFolderIsUnknownOrAway) {
     EXPECT_NE(away.find(L"cannot be reached"), std::wstring::npos);
 }
 
-} // namespace
+} // namespace datafiles_choice_test

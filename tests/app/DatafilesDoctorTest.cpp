@@ -21,7 +21,7 @@ namespace fs = std::filesystem;
 using test::N;
 using test::WriteBytes;
 
-namespace {
+namespace datafiles_doctor_test {
 
 using ES = EDoctorSeverity;
 using ER = EDoctorRepair;
@@ -385,4 +385,4 @@ TEST(DatafilesDoctorTest, ALockSomeoneHoldsIsNeitherReportedNorRemoved) {
 }
 #endif
 
-} // namespace
+} // namespace datafiles_doctor_test

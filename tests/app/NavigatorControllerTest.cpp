@@ -10,7 +10,7 @@
 
 namespace fs = std::filesystem;
 
-namespace {
+namespace navigator_controller_test {
 
 struct CFakeOwner : INavigatorOwner {
     std::vector<std::pair<ENavRequest, std::int32_t>> requests;
@@ -348,4 +348,4 @@ TEST_F(NavigatorTest, NewStandardGoesToTheSelectedClient) {
     EXPECT_EQ(nav.Tree().PathOf(nav.Selection()), (std::vector<std::wstring>{L"acme", L"Fresh"}));
 }
 
-} // namespace
+} // namespace navigator_controller_test

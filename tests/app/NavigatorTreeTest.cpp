@@ -5,7 +5,7 @@
 #include <gtest/gtest.h>
 #include <random>
 
-namespace {
+namespace navigator_tree_test {
 
 // Every item is found by its handle, under the right parent, at its place.
 void ExpectIndexed(const CNavigatorTree& tree, const std::vector<CNavItem>& level,
@@ -101,4 +101,4 @@ TEST(NavigatorTree, TheIndexAndTheLogFollowEveryEdit) {
     }
 }
 
-} // namespace
+} // namespace navigator_tree_test

@@ -6,7 +6,7 @@
 
 #include <gtest/gtest.h>
 
-namespace {
+namespace new_standard_wizard_test {
 
 class NewStandardWizardTest : public ::testing::Test, protected test::CStandardOnDisk {
 protected:
@@ -83,4 +83,4 @@ TEST_F(NewStandardWizardTest, ACopyTakesTheChosenNameAndClient) {
         << "nothing is copied under a refused name";
 }
 
-} // namespace
+} // namespace new_standard_wizard_test

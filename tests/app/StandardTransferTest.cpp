@@ -20,7 +20,7 @@ namespace fs = std::filesystem;
 using test::ReadBytes;
 using test::WriteBytes;
 
-namespace {
+namespace standard_transfer_test {
 
 std::map<std::string, std::string> Files(const fs::path& folder) {
     std::map<std::string, std::string> files;
@@ -628,4 +628,4 @@ TEST(StandardArchiveNames, ExtensionAndNameComeFromTheFileName) {
     }
 }
 
-} // namespace
+} // namespace standard_transfer_test

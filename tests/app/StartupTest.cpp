@@ -12,7 +12,7 @@ namespace fs = std::filesystem;
 using test::ReadBytes;
 using test::WriteBytes;
 
-namespace {
+namespace startup_test {
 
 class StartupTest : public ::testing::Test {
 protected:
@@ -274,4 +274,4 @@ TEST_F(WindowsComponentsTest, TheThumbnailControlIsRegisteredOnlyWhenItsThreeVal
     EXPECT_TRUE(ran.empty());
 }
 
-} // namespace
+} // namespace startup_test

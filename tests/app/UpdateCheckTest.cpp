@@ -9,7 +9,7 @@
 
 namespace fs = std::filesystem;
 
-namespace {
+namespace update_check_test {
 
 const std::wstring kSupport = L"Software\\VANDIX\\2D Kryn\\2023\\Support";
 
@@ -223,4 +223,4 @@ TEST_F(UpdateCheckTest, ReadsFileAddressesThroughTheSameReader) {
     EXPECT_FALSE(ReadUpdatePage(L"file://" + suite.Text() + L"missing.html").has_value());
 }
 
-} // namespace
+} // namespace update_check_test

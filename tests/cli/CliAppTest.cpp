@@ -11,7 +11,7 @@
 
 namespace fs = std::filesystem;
 
-namespace {
+namespace cli_app_test {
 
 using test::CliTest;
 using test::ReadBytes;
@@ -161,4 +161,4 @@ TEST_F(CliTest, UpdateCheckPrintsItsDecision) {
     EXPECT_EQ(bad.err, "'tomorrow' is not a date of the form YYYY-MM-DD HH:MM:SS.\n");
 }
 
-} // namespace
+} // namespace cli_app_test

@@ -12,7 +12,7 @@
 
 namespace fs = std::filesystem;
 
-namespace {
+namespace cli_compare_test {
 
 using test::ReadBytes;
 
@@ -173,4 +173,4 @@ TEST_F(CliCompareTest, PushGoesOnPastAStandardItCannotChange) {
     EXPECT_EQ(json[1]["changes"][0]["new"], "3.5");
 }
 
-} // namespace
+} // namespace cli_compare_test

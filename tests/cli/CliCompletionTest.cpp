@@ -8,7 +8,7 @@
 #include <string>
 #include <vector>
 
-namespace {
+namespace cli_completion_test {
 
 namespace fs = std::filesystem;
 
@@ -80,4 +80,4 @@ TEST_F(CliCompletionTest, EveryShellHasItsScriptAndOthersAreRefused) {
     EXPECT_EQ(Run({"completion", "tcsh"}).code, 2);
 }
 
-} // namespace
+} // namespace cli_completion_test

@@ -8,7 +8,7 @@
 
 namespace fs = std::filesystem;
 
-namespace {
+namespace cli_doctor_test {
 
 using test::CliTest;
 using test::ReadBytes;
@@ -125,4 +125,4 @@ TEST_F(CliDoctorTest, AtATerminalTheStepsComeBeforeTheQuestion) {
     EXPECT_TRUE(fs::exists(Root() / "ProjectDatafile.ini.lock")) << "repaired after a no";
 }
 
-} // namespace
+} // namespace cli_doctor_test

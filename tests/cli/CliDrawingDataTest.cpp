@@ -10,7 +10,7 @@
 namespace fs = std::filesystem;
 using test::ReadBytes;
 
-namespace {
+namespace cli_drawing_data_test {
 
 using test::Joined;
 using test::SRun;
@@ -225,4 +225,4 @@ TEST_F(CliDrawingDataTest, LayersRefuseWhatThePageDoesNotOfferAndChangeNothing) 
         Pipe() / "Layers.ini");
 }
 
-} // namespace
+} // namespace cli_drawing_data_test

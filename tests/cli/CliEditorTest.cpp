@@ -9,7 +9,7 @@ namespace fs = std::filesystem;
 using test::ReadBytes;
 using test::WriteBytes;
 
-namespace {
+namespace cli_editor_test {
 
 // Standard 1 "Pipe" (metric) whose ISOMETRIC drawings are in "dwg/" and
 // templates in "tpl/" of the test's own folder.
@@ -127,4 +127,4 @@ TEST_F(CliEditorTest, OpenDryRunPrintsWhatWouldBeStarted) {
                                (Dwg() / "Valve.dwg").string() + "' does not exist.\n");
 }
 
-} // namespace
+} // namespace cli_editor_test

@@ -16,7 +16,7 @@ using test::ReadBytes;
 using test::SRun;
 using test::WriteBytes;
 
-namespace {
+namespace cli_input_test {
 
 // Client 1 "Acme" and two standards: 1 "Plant A" and 2 "Plant B".
 class CliInputTest : public test::CliTest {
@@ -366,4 +366,4 @@ TEST_F(CliInputTest, InvalidNamesSayWhichRuleTheyBreak) {
 #endif
 }
 
-} // namespace
+} // namespace cli_input_test

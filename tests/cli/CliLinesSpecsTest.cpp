@@ -11,7 +11,7 @@ namespace fs = std::filesystem;
 using test::ReadBytes;
 using test::WriteBytes;
 
-namespace {
+namespace cli_lines_specs_test {
 
 using test::Joined;
 using test::SRun;
@@ -250,4 +250,4 @@ TEST_F(CliLinesSpecsTest, OnAShareAFolderThatCannotBeMadeOrDeletedLeavesTheRegis
     fs::permissions(common / "VX2D_SPEC_1" / "Kept", fs::perms::all);
 }
 
-} // namespace
+} // namespace cli_lines_specs_test

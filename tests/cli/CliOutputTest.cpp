@@ -12,7 +12,7 @@
 
 namespace fs = std::filesystem;
 
-namespace {
+namespace cli_output_test {
 
 using nlohmann::json;
 using test::Joined;
@@ -187,4 +187,4 @@ TEST_F(CliOutputTest, AFailedWriteToStandardOutputFails) {
 }
 #endif
 
-} // namespace
+} // namespace cli_output_test

@@ -5,7 +5,7 @@
 #include <gtest/gtest.h>
 #include <regex>
 
-namespace {
+namespace cli_report_test {
 
 using test::ReadBytes;
 
@@ -55,4 +55,4 @@ TEST_F(CliReportTest, AMissingStandardFails) {
     EXPECT_EQ(run.err, "There is no standard 9 (see 'standard list --deleted')\n");
 }
 
-} // namespace
+} // namespace cli_report_test

@@ -4,7 +4,7 @@
 
 #include <gtest/gtest.h>
 
-namespace {
+namespace cli_restore_test {
 
 using test::Joined;
 
@@ -140,4 +140,4 @@ TEST_F(CliRestoreTest, RefusalsSayWhy) {
     EXPECT_NE(Show("1"), Show("2"));
 }
 
-} // namespace
+} // namespace cli_restore_test

@@ -10,7 +10,7 @@ namespace fs = std::filesystem;
 using test::ReadBytes;
 using test::WriteBytes;
 
-namespace {
+namespace cli_settings_test {
 
 using test::Joined;
 using test::SRun;
@@ -161,4 +161,4 @@ TEST_F(CliSettingsTest, BadUsageExitsWithTwo) {
     }
 }
 
-} // namespace
+} // namespace cli_settings_test

@@ -4,7 +4,7 @@
 
 #include <gtest/gtest.h>
 
-namespace {
+namespace cli_shared_folder_test {
 
 namespace fs = std::filesystem;
 using test::SRun;
@@ -138,4 +138,4 @@ TEST_F(CliSharedFolderTest, AMissingDatafilesFolderIsReportedAndOnlyTheInstallat
     EXPECT_TRUE(fs::exists(away / "ProjectDatafile.ini"));
 }
 
-} // namespace
+} // namespace cli_shared_folder_test

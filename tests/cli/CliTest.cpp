@@ -11,7 +11,7 @@ namespace fs = std::filesystem;
 using test::ReadBytes;
 using test::WriteBytes;
 
-namespace {
+namespace cli_test {
 
 using test::CliTest;
 using test::Joined;
@@ -370,4 +370,4 @@ TEST_F(CliTest, WithoutADatafilesFolderNothingRuns) {
               "[ClientList]\r\nVX2D_CLIENT_1 = Client 1\r\n\r\n[General]\r\nLastClientId = 1\r\n");
 }
 
-} // namespace
+} // namespace cli_test

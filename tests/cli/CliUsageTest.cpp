@@ -8,7 +8,7 @@
 #include <string>
 #include <vector>
 
-namespace {
+namespace cli_usage_test {
 
 // Calls `visit` with every command of the program and its path
 // ("standards-desk-cli group verb").
@@ -95,4 +95,4 @@ TEST_F(CliUsageRunTest, AVerbsHelpShowsWhatEachArgumentIs) {
         EXPECT_NE(run.out.find(text), std::string::npos) << run.out;
 }
 
-} // namespace
+} // namespace cli_usage_test

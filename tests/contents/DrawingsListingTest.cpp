@@ -16,7 +16,7 @@
 namespace fs = std::filesystem;
 using test::WriteBytes;
 
-namespace {
+namespace drawings_listing_test {
 
 // 2023-04-05 13:03:09 UTC
 constexpr std::time_t kWritten = 1680699789;
@@ -100,4 +100,4 @@ TEST(DrawingDateTextTest, ATimeWithoutALocalFormIsAnInvalidArgument) {
         EXPECT_THROW(DrawingDateText(time), std::invalid_argument) << time;
 }
 
-} // namespace
+} // namespace drawings_listing_test

@@ -11,7 +11,7 @@ namespace fs = std::filesystem;
 using test::ReadBytes;
 using test::WriteBytes;
 
-namespace {
+namespace project_borders_test {
 
 class ProjectBordersTest : public ::testing::Test, protected test::CStandardOnDisk {
 protected:
@@ -178,4 +178,4 @@ TEST_F(ProjectBordersTest, SizesAndLimitTexts) {
         EXPECT_EQ(CVX2D_ProjectBorders::IsLimitText(text), limit) << text;
 }
 
-} // namespace
+} // namespace project_borders_test

@@ -15,7 +15,7 @@ namespace fs = std::filesystem;
 using test::ReadBytes;
 using test::WriteBytes;
 
-namespace {
+namespace project_layers_test {
 
 using L = CVX2D_ProjectLayers;
 
@@ -311,4 +311,4 @@ TEST_F(ProjectLayersTest, ASuccessfulSaveClearsTheChangesAndAFailedOneKeepsThem)
     EXPECT_FALSE(fs::exists(Root() / "Projects" / "VX2D_PRJ_2 - No folder"));
 }
 
-} // namespace
+} // namespace project_layers_test

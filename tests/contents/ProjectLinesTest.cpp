@@ -13,7 +13,7 @@ namespace fs = std::filesystem;
 using test::ReadBytes;
 using test::WriteBytes;
 
-namespace {
+namespace project_lines_test {
 
 std::string CounterAt(int last) {
     return "[General]\r\nLastLineId = " + std::to_string(last) + "\r\n";
@@ -183,4 +183,4 @@ TEST_F(ProjectLinesTest, RepairAndCopyRaiseTheCounterToTheHighestLiveLine) {
     EXPECT_EQ(Counter(), CounterAt(90));
 }
 
-} // namespace
+} // namespace project_lines_test

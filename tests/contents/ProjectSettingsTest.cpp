@@ -14,7 +14,7 @@ namespace fs = std::filesystem;
 using test::ReadBytes;
 using test::WriteBytes;
 
-namespace {
+namespace project_settings_test {
 
 using Base = CVX2D_ProjectSettingsBase;
 
@@ -333,4 +333,4 @@ TEST_F(ProjectSettingsTest, LoadingFromGeneralSettingsAlreadyRead) {
     EXPECT_TRUE(settings->GetPath().empty());
 }
 
-} // namespace
+} // namespace project_settings_test

@@ -14,7 +14,7 @@ namespace fs = std::filesystem;
 using test::ReadBytes;
 using test::WriteBytes;
 
-namespace {
+namespace project_specs_test {
 
 const std::string kRegister =
     "[ClientSpecs]\r\nVX2D_SPEC_6 = VX2D_CLIENT_1\r\n"
@@ -155,4 +155,4 @@ TEST_F(ProjectSpecsTest, LineSpecListsStartFromTheCheckedSpecsPerApplication) {
     EXPECT_TRUE(ids.empty());
 }
 
-} // namespace
+} // namespace project_specs_test

@@ -10,7 +10,7 @@
 #include <set>
 #include <vector>
 
-namespace {
+namespace settings_catalogue_test {
 
 using Base = CVX2D_ProjectSettingsBase;
 
@@ -206,4 +206,4 @@ TEST(ApplicationTest, NamesAndWhatAUserMayType) {
         EXPECT_EQ(ParseApplication(text), application) << text;
 }
 
-} // namespace
+} // namespace settings_catalogue_test

@@ -5,7 +5,7 @@
 
 #include <gtest/gtest.h>
 
-namespace {
+namespace settings_text_test {
 
 using Base = CVX2D_ProjectSettingsBase;
 
@@ -50,4 +50,4 @@ TEST(SettingsTextTest, TypedTextIsStoredByKind) {
     }
 }
 
-} // namespace
+} // namespace settings_text_test

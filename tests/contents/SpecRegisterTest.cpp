@@ -16,7 +16,7 @@ namespace fs = std::filesystem;
 using test::ReadBytes;
 using test::WriteBytes;
 
-namespace {
+namespace spec_register_test {
 
 // A folder service whose steps fail when told, as on a share.
 class CFailingTree : public CVX2D_FolderTree {
@@ -395,4 +395,4 @@ TEST_F(SpecRegisterTest, DestinationsFollowTheFileAndKeepOtherWorkstationsSectio
               "[VX2D_PRJ_7]\r\nVX2D_SPEC_1 = Specs\\Common\\VX2D_SPEC_1\\\r\n");
 }
 
-} // namespace
+} // namespace spec_register_test

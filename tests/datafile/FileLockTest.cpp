@@ -9,7 +9,7 @@
 
 namespace fs = std::filesystem;
 
-namespace {
+namespace file_lock_test {
 
 class FileLockTest : public ::testing::Test {
 protected:
@@ -101,4 +101,4 @@ TEST_F(FileLockTest, AMissingFolderFailsAtOnceAndSaysSo) {
     EXPECT_EQ(LastDatafileProblem().kind, EDatafileProblem::Missing);
 }
 
-} // namespace
+} // namespace file_lock_test

@@ -7,7 +7,7 @@
 
 #include <gtest/gtest.h>
 
-namespace {
+namespace ids_test {
 
 // The keys themselves are checked through the registries' bytes.
 TEST(IdsTest, ParsesNumberedNames) {
@@ -109,7 +109,7 @@ TEST(IdsTest, RefusesNamesThatCannotBeFolderNames) {
         << "the whole path would be longer than the platform allows";
 }
 
-} // namespace
+} // namespace ids_test
 
 TEST(TextTest, AFolderEndsInTheSeparatorItAlreadyUses) {
     // Drawings folders are often Windows paths, even in a datafiles folder

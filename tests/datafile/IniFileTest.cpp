@@ -16,7 +16,7 @@ namespace fs = std::filesystem;
 using test::ReadBytes;
 using test::WriteBytes;
 
-namespace {
+namespace ini_file_test {
 
 std::wstring Dump(const CVX2D_IniFile& ini) {
     std::wstring text;
@@ -535,4 +535,4 @@ TEST_F(IniFileTest, OpenForUpdateHoldsTheLockUntilTheDocumentGoes) {
     EXPECT_EQ(ReadBytes(test::P(File())), "[S]\r\nA = 1\r\n");
 }
 
-} // namespace
+} // namespace ini_file_test

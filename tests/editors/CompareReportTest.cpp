@@ -6,7 +6,7 @@
 
 #include <gtest/gtest.h>
 
-namespace {
+namespace compare_report_test {
 
 using Kind = ECompareRowKind;
 
@@ -114,4 +114,4 @@ TEST(CompareReportTest, HtmlShowsTheGridWithItsColoursAndEscapedTexts) {
     EXPECT_FALSE(SaveCompareReport(dir.File(L"missing/report.html"), L"x"));
 }
 
-} // namespace
+} // namespace compare_report_test

@@ -17,7 +17,7 @@ namespace fs = std::filesystem;
 using test::ReadBytes;
 using test::WriteBytes;
 
-namespace {
+namespace drawings_manager_test {
 
 // Standard 1 "Pipe" whose ISOMETRIC drawings live in "dwg/" and templates in
 // "tpl/"; the program itself runs from "bin/".
@@ -380,4 +380,4 @@ TEST_F(DrawingsManagerTest, TheFolderActionNamesThisSystemsFileManager) {
         EXPECT_EQ(text, L"Open folder in Windows Explorer");
 }
 
-} // namespace
+} // namespace drawings_manager_test

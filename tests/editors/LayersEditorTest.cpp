@@ -16,7 +16,7 @@ namespace fs = std::filesystem;
 using test::ReadBytes;
 using test::WriteBytes;
 
-namespace {
+namespace layers_editor_test {
 
 // What "Layers.ini" holds for the application `prefix`: each given entry as
 // "SECTION|KEY|VALUE", and every layer of the set (`layers` of them) in each
@@ -40,9 +40,9 @@ void ExpectWholeSet(const fs::path& file, const std::wstring& prefix, std::size_
     }
 }
 
-} // namespace
+} // namespace layers_editor_test
 
-namespace {
+namespace layers_editor_test {
 
 // Standard 1 "Pipe", version 2023, metric.
 class LayersEditorTest : public ::testing::Test, protected test::CStandardOnDisk {
@@ -245,4 +245,4 @@ TEST_F(LayersEditorTest, RestoringASettingsSectionRewritesOnlyWhatDiffers) {
         RestoreSettingsDefaults(*all, CVX2D_ProjectSettingsBase::eScalingVariables, general));
 }
 
-} // namespace
+} // namespace layers_editor_test

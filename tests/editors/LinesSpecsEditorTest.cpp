@@ -15,7 +15,7 @@ namespace fs = std::filesystem;
 using test::ReadBytes;
 using test::WriteBytes;
 
-namespace {
+namespace lines_specs_editor_test {
 
 // Standard 1 "Pipe" under client 1, standard 2 "Other", standard 3 "Gone"
 // without a folder; specs 5 common, 6 of client 1, 7 of Pipe, 8 of Other,
@@ -263,4 +263,4 @@ TEST_F(LinesSpecsEditorTest, ThePageManagesSpecsAtOnceAndKeepsUnappliedChecks) {
               "[VX2D_PRJ_1]\r\nVX2D_SPEC_5 = Specs\\Common\\VX2D_SPEC_5\\\r\n");
 }
 
-} // namespace
+} // namespace lines_specs_editor_test

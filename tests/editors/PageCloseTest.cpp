@@ -16,7 +16,7 @@
 
 namespace fs = std::filesystem;
 
-namespace {
+namespace page_close_test {
 
 using CMakeEditor = std::function<std::unique_ptr<CPageEditor>(
     const CVX2D_ProjectRegistry&, IPrompter&, const std::wstring& datafiles)>;
@@ -125,4 +125,4 @@ TEST(PageCloseTest, AFailedSaveOnClosingKeepsThePageAndItsChanges) {
     }
 }
 
-} // namespace
+} // namespace page_close_test

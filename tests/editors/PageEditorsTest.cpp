@@ -15,7 +15,7 @@ namespace fs = std::filesystem;
 using test::ReadBytes;
 using test::WriteBytes;
 
-namespace {
+namespace page_editors_test {
 
 std::wstring Joined(const std::vector<std::wstring>& texts) {
     std::wstring joined;
@@ -396,4 +396,4 @@ TEST_F(PageEditorsTest, ClosingAModifiedPageAsksWhetherToSave) {
     }
 }
 
-} // namespace
+} // namespace page_editors_test

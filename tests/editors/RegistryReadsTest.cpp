@@ -15,7 +15,7 @@
 #include <gtest/gtest.h>
 #include <map>
 
-namespace {
+namespace registry_reads_test {
 
 class RegistryReadsTest : public ::testing::Test, protected test::CStandardOnDisk {
 protected:
@@ -94,4 +94,4 @@ TEST_F(RegistryReadsTest, EachActionReadsEachRegistryAtMostOnce) {
     }
 }
 
-} // namespace
+} // namespace registry_reads_test

@@ -11,7 +11,7 @@ namespace fs = std::filesystem;
 using test::ReadBytes;
 using test::WriteBytes;
 
-namespace {
+namespace settings_editor_test {
 
 std::wstring Joined(const std::vector<std::wstring>& texts) {
     std::wstring joined;
@@ -260,4 +260,4 @@ TEST(SettingsPageTreeTest, ListsEveryPageAndLeavesOutLinesWhenFlagged) {
     EXPECT_EQ(toggles.section, 8);
 }
 
-} // namespace
+} // namespace settings_editor_test

@@ -12,7 +12,7 @@
 namespace fs = std::filesystem;
 using test::WriteBytes;
 
-namespace {
+namespace standard_comparison_test {
 
 using Kind = ECompareRowKind;
 
@@ -375,4 +375,4 @@ TEST(RatingFormatsTest, RatingXmlShapesAndTheBuiltInList) {
     EXPECT_EQ(FindRatingFormat(BuiltInRatingFormats(), 0), nullptr);
 }
 
-} // namespace
+} // namespace standard_comparison_test

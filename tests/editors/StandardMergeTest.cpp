@@ -17,7 +17,7 @@
 
 namespace fs = std::filesystem;
 
-namespace {
+namespace standard_merge_test {
 
 using Ids = std::vector<std::wstring>;
 
@@ -307,4 +307,4 @@ TEST_F(StandardMergeTest, APushGoesOnPastSkippedAndFailedStandards) {
     EXPECT_EQ(error, L"Standard 'Pipe' has no row called 'PID/Settings/999'.");
 }
 
-} // namespace
+} // namespace standard_merge_test

@@ -15,7 +15,7 @@ namespace fs = std::filesystem;
 using test::ReadBytes;
 using test::WriteBytes;
 
-namespace {
+namespace standard_report_test {
 
 using CFields = std::vector<std::wstring>;
 
@@ -135,4 +135,4 @@ TEST_F(StandardReportTest, WrittenToTheTemporaryFolder) {
     EXPECT_NE(bytes.find("\nORTHO - Layers\n==============\n"), std::string::npos);
 }
 
-} // namespace
+} // namespace standard_report_test

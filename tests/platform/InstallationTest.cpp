@@ -14,7 +14,7 @@
 namespace fs = std::filesystem;
 using test::ReadBytes;
 
-namespace {
+namespace installation_test {
 
 class InstallationTest : public ::testing::Test {
 protected:
@@ -212,4 +212,4 @@ TEST(IniRegistryDefaults, WritesIntoTheFoldersTheEnvironmentNames) {
     EXPECT_EQ(ReadBytes(user.Path() / "VANDIX" / "registry.ini"), "[K]\r\nV = u\r\n");
 }
 
-} // namespace
+} // namespace installation_test

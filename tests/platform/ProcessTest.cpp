@@ -11,7 +11,7 @@
 
 namespace fs = std::filesystem;
 
-namespace {
+namespace process_test {
 
 struct SFolders {
     test::CTempDir dir;
@@ -95,4 +95,4 @@ TEST(Processes, ArgumentsAreQuotedSoThatAWindowsProgramSplitsThemBack) {
         EXPECT_EQ(platform::QuotedArgument(arg), quoted) << platform::ToUtf8(arg);
 }
 
-} // namespace
+} // namespace process_test

@@ -13,7 +13,7 @@ using platform::FromUtf8;
 using platform::ToPath;
 using platform::ToUtf8;
 
-namespace {
+namespace utf8_test {
 
 TEST(Utf8, RoundTripsEverySequenceLength) {
     // The first and last character of each sequence length.
@@ -88,4 +88,4 @@ TEST(Utf8, ANameOnDiskThatIsNotUtf8ReadsAsLatin1) {
     EXPECT_EQ(FromPath(entry.path().filename()), L"caf\u00E9.ini");
 }
 
-} // namespace
+} // namespace utf8_test

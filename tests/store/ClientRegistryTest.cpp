@@ -9,7 +9,7 @@ namespace fs = std::filesystem;
 using test::ReadBytes;
 using test::WriteBytes;
 
-namespace {
+namespace client_registry_test {
 
 class ClientRegistryTest : public ::testing::Test {
 protected:
@@ -176,4 +176,4 @@ TEST_F(ClientRegistryTest, UnknownDatafilesFolderFailsEverywhere) {
     EXPECT_FALSE(fs::exists("ClientDatafile.ini"));
 }
 
-} // namespace
+} // namespace client_registry_test

@@ -16,7 +16,7 @@
 
 namespace fs = std::filesystem;
 
-namespace {
+namespace concurrency_test {
 
 struct SFacts {
     std::map<std::int32_t, std::pair<std::wstring, bool>> clients; // id -> name, alive
@@ -152,4 +152,4 @@ TEST(ConcurrencyTest, EightWorkstationsMakingMixedUpdatesLoseNothing) {
     }
 }
 
-} // namespace
+} // namespace concurrency_test

@@ -15,7 +15,7 @@ namespace fs = std::filesystem;
 using test::ReadBytes;
 using test::WriteBytes;
 
-namespace {
+namespace folder_tree_test {
 
 // Every file under `folder` with its bytes, and every folder as "name/".
 std::map<std::string, std::string> Tree(const fs::path& folder) {
@@ -149,4 +149,4 @@ TEST_F(FolderTreeTest, ACopyReportsItsBytesAndStopsWhenTold) {
     }
 }
 
-} // namespace
+} // namespace folder_tree_test

@@ -13,7 +13,7 @@ namespace fs = std::filesystem;
 using test::ReadBytes;
 using test::WriteBytes;
 
-namespace {
+namespace general_settings_test {
 
 std::string Narrow(const std::wstring& text) {
     return std::string(text.begin(), text.end());
@@ -111,4 +111,4 @@ TEST_F(GeneralSettingsTest, SaveLeavesAnUnchangedFileAloneAndWritesExactFormats)
         "RatingsFormat = 3\r\nWorking = -2\r\n");
 }
 
-} // namespace
+} // namespace general_settings_test

@@ -7,7 +7,7 @@
 
 #include <gtest/gtest.h>
 
-namespace {
+namespace opener_test {
 
 TEST(OpenerTest, AnOpenerThatFailsOrIsMissingIsToldToTheUser) {
     enum EOpener { eWorks, eFails, eMissing };
@@ -51,4 +51,4 @@ TEST(OpenerTest, TheAdviceNamesWhatThisSystemOpensWith) {
     EXPECT_EQ(platform::FileManagerName().find(L"Windows"), std::wstring::npos);
 }
 
-} // namespace
+} // namespace opener_test

@@ -24,7 +24,7 @@ namespace fs = std::filesystem;
 using test::ReadBytes;
 using test::WriteBytes;
 
-namespace {
+namespace project_registry_test {
 
 std::set<std::string> Listing(const fs::path& folder) {
     std::set<std::string> names;
@@ -421,10 +421,6 @@ TEST_F(ProjectRegistryTest, InvalidNamesAreRefusedBeforeAnythingIsWritten) {
     EXPECT_EQ(Listing(Projects()), std::set<std::string>{"VX2D_PRJ_1 - Pipe"});
 }
 
-} // namespace
-
-namespace {
-
 // The registry's bytes and every folder and file below the datafiles folder.
 std::string Snapshot(const fs::path& root) {
     std::string text;
@@ -435,8 +431,6 @@ std::string Snapshot(const fs::path& root) {
     }
     return text;
 }
-
-} // namespace
 
 TEST_F(ProjectRegistryTest, OnAFullDiskNothingIsReportedDoneAndNothingIsHalfDone) {
     const std::int32_t keep = Create(L"Keep");
@@ -526,8 +520,6 @@ TEST_F(ProjectRegistryTest, AMissingDatafilesFolderIsReportedAndNeverMade) {
     EXPECT_FALSE(fs::exists(away));
 }
 
-namespace {
-
 // Two workstations on one folder, each with its registry object and so its
 // own snapshot: a change made by one is never undone by the other's
 // snapshot, whatever the order of their lookups and changes.
@@ -551,4 +543,4 @@ TEST_F(ProjectRegistryTest, AnotherWorkstationsChangesSurviveTheSnapshot) {
     EXPECT_NE(bytes.find("Tank 2"), std::string::npos);
 }
 
-} // namespace
+} // namespace project_registry_test
