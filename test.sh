@@ -2,8 +2,8 @@
 # Installs what is missing, builds, and runs every test through ctest.
 # Every test runs a second time under a decimal-comma locale.
 # Under CI=true warnings are errors and the core tests run once more in an
-# AddressSanitizer + UndefinedBehaviorSanitizer build, and the fuzz targets run
-# for a short while.
+# AddressSanitizer + UndefinedBehaviorSanitizer build (clang), whose fuzz
+# targets then run for a short while.
 #
 #   ./test.sh             the Linux build and tests (and under CI=true also the
 #                         sanitizer, fuzz and Windows runs)
@@ -80,11 +80,9 @@ if [ "${CI:-}" = "true" ]; then
         ctest --preset sanitize -j "$jobs" -L core
     stage "the tests under the sanitizers"
 
-    # About 30 seconds of fuzzing for each reader of outside input.
-    cmake --preset fuzz >/dev/null
-    cmake --build --preset fuzz -j "$jobs"
-    stage "the fuzz build"
-    scripts/fuzz.sh build-fuzz/bin 30
+    # 40 seconds of fuzzing for the readers of outside input (the
+    # sanitizer build has the fuzz targets too).
+    scripts/fuzz.sh build-sanitize/bin 40
     stage "fuzzing"
 fi
 

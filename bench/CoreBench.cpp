@@ -10,8 +10,10 @@
 #include "cli/CliCore.h"
 #include "datafile/IniFile.h"
 #include "editors/StandardComparison.h"
+#include "editors/StandardMerge.h"
 #include "editors/StandardReport.h"
 
+#include <algorithm>
 #include <fmt/format.h>
 #include <sstream>
 
@@ -233,6 +235,37 @@ void CompareTime() {
     }
 }
 
+// "Apply to Other Standards" planned for every standard of an office: each
+// target is compared with the source, so the time grows with the targets.
+// A dry run, so that the kept folder stays as it was made.
+void PushTime() {
+    constexpr int n = 1000;
+    Note(fmt::format("push, dry run, {} standards", n));
+    SBenchCore b(BenchFolder(OfficeSpec(n)));
+    std::vector<std::int32_t> targets;
+    for (std::int32_t id = 1; id <= n; ++id)
+        targets.push_back(id);
+    bool ok = true;
+    std::size_t changing = 0;
+    const double t = MedianSeconds(3, [&] {
+        std::vector<SPushResult> results;
+        std::wstring error;
+        ok = PushRows(b.core.specs, 1, {GeneralRowId(L"WorkingUnits")}, targets, {.dryRun = true},
+                      results, error) &&
+             results.size() == targets.size() && ok;
+        changing = static_cast<std::size_t>(std::count_if(
+            results.begin(), results.end(), [](const SPushResult& r) { return !r.changes.empty(); }));
+        for (const auto& result : results)
+            ok = ok && !result.Failed();
+    });
+    if (!ok)
+        FailedRow("push one row, dry run (PushRows)", Standards(n), "a target failed", "-");
+    else
+        InfoRow("push one row, dry run (PushRows)", Standards(n),
+                fmt::format("{} ({} a standard; {} would change)", TimeText(t),
+                            TimeText(t / n), changing));
+}
+
 } // namespace
 
 int main() {
@@ -243,5 +276,6 @@ int main() {
     ReadsPerAction();
     CompareTime();
     DoctorTime();
+    PushTime();
     return 0;
 }

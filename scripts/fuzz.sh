@@ -1,5 +1,5 @@
 #!/usr/bin/env bash
-# Runs each fuzz target for a while, starting from a copy of its sample inputs
+# Runs the fuzz targets side by side for a while, each from a copy of its sample inputs
 # in fuzz/corpus, so that the repository is never written to. A crash, leak,
 # hang or broken property fails the run; the input that caused it is kept in BIN_DIR/../fuzz-findings.
 # Usage: scripts/fuzz.sh BIN_DIR [SECONDS]
@@ -22,14 +22,23 @@ fi
 
 passed=0
 failed=0
-for target in IniFileFuzz GuidFuzz ArchiveFuzz; do
+targets=(IniFileFuzz GuidFuzz ArchiveFuzz)
+# All targets at once, each for SECONDS of the clock: the machine's cores
+# share them.
+declare -A pids
+for target in "${targets[@]}"; do
     work="$scratch/$target"
     mkdir -p "$work/corpus" "$work/tmp" "$work/artifacts"
     cp -R "$root/fuzz/corpus/$target/." "$work/corpus/"
     options=(-max_total_time="$seconds" -timeout=10 -rss_limit_mb=2048 -print_final_stats=1
              -artifact_prefix="$work/artifacts/")
     [ -f "$root/fuzz/$target.dict" ] && options+=(-dict="$root/fuzz/$target.dict")
-    if (cd "$work" && TMPDIR="$work/tmp" "$bin/$target" "${options[@]}" corpus >"$work/log" 2>&1); then
+    (cd "$work" && TMPDIR="$work/tmp" exec "$bin/$target" "${options[@]}" corpus >"$work/log" 2>&1) &
+    pids[$target]=$!
+done
+for target in "${targets[@]}"; do
+    work="$scratch/$target"
+    if wait "${pids[$target]}"; then
         runs=$(sed -n 's/^stat::number_of_executed_units: *//p' "$work/log")
         echo "$target: no findings in ${seconds} s ($runs inputs, corpus of $(ls "$work/corpus" | wc -l))"
         passed=$((passed + 1))

@@ -8,6 +8,7 @@
 namespace {
 
 template <class... F> struct SOverloaded : F... { using F::operator()...; };
+template <class... F> SOverloaded(F...) -> SOverloaded<F...>;
 
 // Characters as a terminal shows them: UTF-8 continuation bytes take no column.
 std::size_t Width(const std::string& text) {

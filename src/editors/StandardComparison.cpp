@@ -232,7 +232,7 @@ private:
              {std::pair{&One(), &m_out.header1}, std::pair{&Two(), &m_out.header2}}) {
             const auto found =
                 std::find_if(projects.begin(), projects.end(),
-                             [side](const SProjectInfo& info) { return info.id == side->id; });
+                             [id = side->id](const SProjectInfo& info) { return info.id == id; });
             if (found == projects.end())
                 return Fail(fmt::format(L"Standard {} does not exist.", side->id));
             side->name = found->name;

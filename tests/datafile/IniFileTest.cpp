@@ -510,7 +510,8 @@ TEST_F(IniFileTest, CopiesEverythingButTheLock) {
         EXPECT_EQ(copy.GetPath(), File());
         EXPECT_EQ(copy.GetSection(), L"S");
         EXPECT_TRUE(copy.IsModified());
-        copy = copy;
+        const CVX2D_IniFile& same = copy;
+        copy = same;
         EXPECT_EQ(Dump(copy), L"[S]A=1;[S]B=2;");
     }
     EXPECT_TRUE(fs::exists(lock)) << "the copy released the original's lock";
