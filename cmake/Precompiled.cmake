@@ -3,7 +3,7 @@
 # file; each group of targets below parses them once.
 #
 #   sd_precompile(TARGET KIND)          TARGET gets its own precompiled header
-#                                       of KIND: core, cli, test or gui
+#                                       of KIND: core, cli, test, gui or gui_test
 #   sd_precompile_reuse(TARGET FROM)    TARGET uses FROM's (same flags)
 #
 # SD_PRECOMPILE=OFF turns them off, to check that every file includes what it
